@@ -1,0 +1,33 @@
+// libqvxcam_hwutils: transforms between a sensor's active array and its TG domains.
+#pragma once
+
+#include <cstdint>
+
+namespace NSCamHW {
+
+/// x' = xScale * x + xOffset, w' = xScale * w, and the same for y and h.
+struct simplifiedMatrix {
+    float xScale = 1.0F;
+    float xOffset = 0.0F;
+    float yScale = 1.0F;
+    float yOffset = 0.0F;
+};
+
+/// The transforms of one sensor. Cheap to make; any thread.
+class HwTransHelper {
+ public:
+    explicit HwTransHelper(int32_t sensorId) : mSensorId(sensorId) {}
+
+    /// Active array to the TG domain of sensorMode.
+    /// @return false, matrix untouched, when the platform has no transform for the mode.
+    bool getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& matrix) const;
+
+    /// TG domain of sensorMode to the active array.
+    /// @return as for getMatrixFromActive; also false when the transform has no inverse.
+    bool getMatrixToActive(uint32_t sensorMode, simplifiedMatrix& matrix) const;
+
+ private:
+    int32_t mSensorId;
+};
+
+}  // namespace NSCamHW

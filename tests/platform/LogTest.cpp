@@ -1,0 +1,70 @@
+// Both log sinks: their switches, and the capture that tests and tools read.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <thread>
+
+#include "DebugWrapper.h"
+#include "ULogger.h"
+#include "host/LogCapture.h"
+#include "host/LogSwitches.h"
+
+namespace {
+
+using NSCam::Host::LogLine;
+using NSCam::Host::LogSink;
+using NSCam::Utils::ULog::ULogger;
+
+class LogTest : public testing::Test {
+ protected:
+    LogTest() { NSCam::Host::captureLog(true); }
+    ~LogTest() override {
+        NSCam::Host::captureLog(false);
+        NSCam::Host::resetLogSwitches();
+    }
+};
+
+TEST_F(LogTest, CapturesBothSinksInOrder) {
+    std::string const longest(1023, 'a');
+    log_dbg_print("test", 0, "%s:%d", "request", 7);
+    ULogger::sULogger->print(0, "test", 5, "length counts!", 13);
+    log_dbg_print("test", 2, "%scut", longest.c_str());
+
+    std::vector<LogLine> const expected{{LogSink::Print, 0, "request:7"},
+                                        {LogSink::Unified, 5, "length counts"},
+                                        {LogSink::Print, 2, longest}};
+    EXPECT_EQ(NSCam::Host::takeCapturedLog(), expected);
+    EXPECT_TRUE(NSCam::Host::takeCapturedLog().empty());
+}
+
+TEST_F(LogTest, KeepsLinesOfAllThreads) {
+    auto const work = [] {
+        for (int i = 0; i < 50; ++i) {
+            log_dbg_print("test", 0, "%d", i);
+            ULogger::sULogger->print(0, "test", 5, "line", 4);
+        }
+    };
+    std::thread other(work);
+    work();
+    other.join();
+
+    EXPECT_EQ(NSCam::Host::takeCapturedLog().size(), 200U);
+}
+
+TEST_F(LogTest, ResetRestoresSwitches) {
+    ULogger::sMode = 0;
+    ULogger::sDetailsLevel = 0;
+    ULogger::sNormalDetailsMask = 0;
+    NSCam::Host::setPrintLevel(2, false);
+    EXPECT_EQ(g_logInfoLv[2].flag & kLogLevelOn, 0);
+    EXPECT_EQ(g_logInfoLv[1].flag & kLogLevelOn, kLogLevelOn);
+
+    NSCam::Host::resetLogSwitches();
+
+    EXPECT_EQ(ULogger::sMode, 11U);
+    EXPECT_EQ(ULogger::sDetailsLevel, 3);
+    EXPECT_EQ(ULogger::sNormalDetailsMask, 0xFFFFFFFFU);
+    EXPECT_EQ(g_logInfoLv[2].flag & kLogLevelOn, kLogLevelOn);
+}
+
+}  // namespace
