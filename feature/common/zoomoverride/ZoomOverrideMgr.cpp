@@ -1,0 +1,284 @@
+// The manager: lifecycle, dispatch to the strategy, per-request history and TG crop correction.
+#include "ZoomOverrideMgr.h"
+
+#include "ICamsysSensorInfoHelper.h"
+#include "LogLines.h"
+#include "Numbers.h"
+#include "Properties.h"
+#include "TgCropFit.h"
+#include "ZoomOverrideInstantRequest.h"
+
+namespace NSCam::Feature {
+
+namespace {
+
+char const* toText(OverrideNotice notice) {
+    return notice == OverrideNotice::Repeating ? "repeating" : "default";
+}
+
+std::unique_ptr<ZoomOverrideBase> makeStrategy(ZoomOverrideMode mode,
+                                               std::shared_ptr<IZoomOverrideMgr> const& mgr,
+                                               int32_t logLevel) {
+    switch (mode) {
+        case ZoomOverrideMode::InstantRequest:
+            return std::make_unique<ZoomOverrideInstantRequest>(mgr, logLevel);
+        default:
+            return nullptr;
+    }
+}
+
+/// The answer of a manager without a strategy. What else the need holds stays the caller's.
+bool answerWithoutStrategy(ZoomOverrideNeedHeader& need) {
+    need.overrideValid = false;
+    need.mode = ZoomOverrideMode::None;
+    return false;
+}
+
+}  // namespace
+
+std::shared_ptr<IZoomOverrideMgr> IZoomOverrideMgr::getInstance() {
+    static std::mutex lock;
+    static std::shared_ptr<IZoomOverrideMgr> instance;
+    std::lock_guard const guard(lock);
+    if (!instance) {
+        instance = std::make_shared<ZoomOverrideMgr>();
+    }
+    // Toolchains without exceptions report a failed creation as an empty pointer.
+    if (!instance) {
+        ZLOG_ABORT_PLAIN("create ZoomOverrideMgr fail");
+    }
+    return instance;
+}
+
+ZoomOverrideMgr::ZoomOverrideMgr() {
+    ZLOG_DEBUG("[Zoom Override]: create instance +");
+    std::lock_guard const guard(mLock);
+    using Utils::Properties;
+    mLogLevel = Properties::property_get_int32("vendor.debug.camera.zoomOverride.log", 0);
+    mCloseP1Override =
+        Properties::property_get_int32("vendor.debug.camera.zoomOverride.closeP1Override", 0);
+    mCloseP2Override =
+        Properties::property_get_int32("vendor.debug.camera.zoomOverride.closeP2Override", 0);
+    ZLOG_DEBUG("[Zoom Override]: create instance - logLevel:%d", mLogLevel);
+}
+
+bool ZoomOverrideMgr::initialize(ZoomOverrideMode mode) {
+    std::lock_guard const guard(mLock);
+    mMode = mode;
+    // Strategies call back into the shared instance, whatever object this is.
+    auto const mgr = getInstance();
+
+    mRunTimeCropNeedData.clear();
+    mP1Cache.clear();
+    mSensorPortSizes.clear();
+    mLastRunTimeCropNeedData.reset();
+    mSensorSizeCache.clear();
+
+    mStrategy = makeStrategy(mMode, mgr, mLogLevel);
+    ZLOG_DEBUG("[Zoom Override] ZoomOverride Mode: %d ", static_cast<int32_t>(mMode));
+    return true;
+}
+
+ZoomOverrideMode ZoomOverrideMgr::getZoomOverrideMode() {
+    std::lock_guard const guard(mLock);
+    return mStrategy ? mStrategy->getZoomOverrideMode() : ZoomOverrideMode::None;
+}
+
+bool ZoomOverrideMgr::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
+    std::lock_guard const guard(mLock);
+    if (mMode == ZoomOverrideMode::ExternalAPI && mStrategy) {
+        mStrategy->configFspInfo(config);
+    }
+    return true;
+}
+
+bool ZoomOverrideMgr::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
+    std::lock_guard const guard(mLock);
+    if (mMode == ZoomOverrideMode::ExternalAPI && mStrategy) {
+        mStrategy->configSensorInfo(config);
+    }
+    return true;
+}
+
+bool ZoomOverrideMgr::configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) {
+    std::lock_guard const guard(mLock);
+    mSensorPortSizes = config.portSizes;
+    return true;
+}
+
+bool ZoomOverrideMgr::storeOverrideSetting(
+    IMetadata const* metadata, std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
+    std::lock_guard const guard(mLock);
+    if (mMode == ZoomOverrideMode::InstantRequest) {
+        mStrategy->storeOverrideSetting(metadata, streamIdMap);
+    }
+    return true;
+}
+
+bool ZoomOverrideMgr::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
+                                           std::shared_ptr<ZoomOverrideSetting> setting) {
+    std::lock_guard const guard(mLock);
+    if (mMode == ZoomOverrideMode::ByRequest && mStrategy) {
+        mStrategy->storeOverrideSetting(requestNo, notice, std::move(setting));
+    }
+    return true;
+}
+
+bool ZoomOverrideMgr::getP1CropSetting(ZoomOverrideRequest const& request,
+                                       ZoomOverrideP1Need& need) {
+    std::lock_guard const guard(mLock);
+    if (mCloseP1Override != 0) {
+        return false;
+    }
+    ZLOG_DEBUG("meta req %d, ratio %.2f sensorId:%d!!", request.requestNo, request.zoomRatio,
+               request.sensorId);
+
+    if (auto const cached = mP1Cache.find(request.requestNo); cached != mP1Cache.end()) {
+        ZLOG_TRACE("requestNo:%d sensorId:%d use zoom override cached", request.requestNo,
+                   request.sensorId);
+        need = cached->second.second;
+        return cached->second.first;
+    }
+    if (!mStrategy) {
+        return answerWithoutStrategy(need);
+    }
+    bool const overridden = mStrategy->getP1CropSetting(request, need);
+    mP1Cache.try_emplace(request.requestNo, overridden, need);
+    return overridden;
+}
+
+bool ZoomOverrideMgr::getP2CropSetting(ZoomOverrideRequest const& request, ZoomOverrideP2Need& need,
+                                       bool manual) {
+    std::lock_guard const guard(mLock);
+    if (mCloseP2Override != 0) {
+        return false;
+    }
+    ZLOG_DEBUG("meta req %d, ratio %.2f!!", request.requestNo, request.zoomRatio);
+    return mStrategy ? mStrategy->getP2CropSetting(request, need, manual)
+                     : answerWithoutStrategy(need);
+}
+
+bool ZoomOverrideMgr::get3ACropSetting(ZoomOverrideRequest const& request,
+                                       ZoomOverride3ANeed& need) {
+    std::lock_guard const guard(mLock);
+    ZLOG_DEBUG("meta req %d, ratio %.2f!!", request.requestNo, request.zoomRatio);
+    if (!mStrategy) {
+        return answerWithoutStrategy(need);
+    }
+    mStrategy->get3ACropSetting(request, need);
+    return true;
+}
+
+bool ZoomOverrideMgr::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
+                                             RunTimeCropNeedData&& data) {
+    std::lock_guard const guard(mLock);
+    ZLOG_TRACE("[Zoom Override] req %d, Notice:%s", requestNo, toText(notice));
+    if (notice == OverrideNotice::Repeating) {
+        ZLOG_TRACE("[Zoom Override][Repeating] req %d, keep last data", requestNo);
+        if (!mLastRunTimeCropNeedData) {
+            ZLOG_FATAL("null previous runtime data, may be OverrideNotice get wrong?");
+        }
+    } else {
+        // Copied, not moved: pipelines go on using the record that they hand in.
+        mLastRunTimeCropNeedData = std::make_shared<RunTimeCropNeedData>(data);
+    }
+    mRunTimeCropNeedData[requestNo] = mLastRunTimeCropNeedData;
+    return true;
+}
+
+bool ZoomOverrideMgr::onRequestDone(uint32_t requestNo) {
+    std::lock_guard const guard(mLock);
+    ZLOG_TRACE("req %d request Done, remove runtime crop data(%lu), p1 cached(%lu)", requestNo,
+               static_cast<unsigned long>(mRunTimeCropNeedData.size()),
+               static_cast<unsigned long>(mP1Cache.size()));
+    mRunTimeCropNeedData.erase(requestNo);
+    mP1Cache.erase(requestNo);
+    if (mStrategy) {
+        mStrategy->onRequestDone(requestNo);
+    }
+    return true;
+}
+
+std::shared_ptr<RunTimeCropNeedData> ZoomOverrideMgr::getHistoryCropNeedData(int32_t requestNo) {
+    auto const entry = mRunTimeCropNeedData.find(static_cast<uint32_t>(requestNo));
+    if (entry == mRunTimeCropNeedData.end() || !entry->second) {
+        ZLOG_FATAL("req(%d) not exist", requestNo);
+    }
+    ZLOG_DEBUG("reqNo:%d CropNeedDataPtr:%p", requestNo,
+               static_cast<void const*>(entry->second.get()));
+    return entry->second;
+}
+
+bool ZoomOverrideMgr::isPortExist(int32_t sensorId, int32_t port) {
+    auto const sensor = mSensorPortSizes.find(static_cast<uint32_t>(sensorId));
+    return sensor != mSensorPortSizes.end() &&
+           sensor->second.contains(static_cast<uint8_t>(static_cast<uint32_t>(port) & 0xFFU));
+}
+
+bool ZoomOverrideMgr::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,
+                                          MSize minSize, MRect& crop) {
+    MSize const sensor = sensorSize(sensorId, sensorMode);
+    ZLOG_DEBUG("sensorId:%d sensorMode:%d originalTgCrop:(%d,%d)(%dx%d)", sensorId, sensorMode,
+               crop.x, crop.y, crop.w, crop.h);
+
+    if (exceeds(crop, sensor)) {
+        ZLOG_WARNING("sensorId:%d sensorMode:%d  crop > maxSize crop: %dx%d maxSize:%dx%d",
+                     sensorId, sensorMode, crop.w, crop.h, sensor.w, sensor.h);
+        shrinkToSensor(crop, sensor);
+        ZLOG_DEBUG("sensorId:%d sensorMode:%d max size correctedTgCrop:(%d,%d)(%dx%d)", sensorId,
+                   sensorMode, crop.x, crop.y, crop.w, crop.h);
+    }
+
+    if (checkMinSize) {
+        if (fallsShortOf(crop, minSize)) {
+            ZLOG_WARNING("sensorId:%d sensorMode:%d : crop < minSize crop %dx%d minSize:%dx%d",
+                         sensorId, sensorMode, crop.w, crop.h, minSize.w, minSize.h);
+            growToMinSize(crop, minSize, sensor);
+        }
+        ZLOG_DEBUG("sensorId:%d sensorMode:%d min size correctedTgCrop:(%d,%d)(%dx%d)", sensorId,
+                   sensorMode, crop.x, crop.y, crop.w, crop.h);
+    }
+
+    // The right and bottom edges come last: a crop that is too large keeps its far edges in view.
+    if (crop.x < 0) {
+        crop.x = 0;
+        ZLOG_WARNING("sensorId:%d sensorMode:%d : point x < 0 fix to left", sensorId, sensorMode);
+    }
+    if (crop.y < 0) {
+        crop.y = 0;
+        ZLOG_WARNING("sensorId:%d sensorMode:%d : point y < 0 fix to top", sensorId, sensorMode);
+    }
+    if (wrapAdd(crop.x, crop.w) > sensor.w) {
+        crop.x = wrapSub(sensor.w, crop.w);
+        ZLOG_WARNING("sensorId:%d sensorMode:%d : width out of bound fix to right", sensorId,
+                     sensorMode);
+    }
+    if (wrapAdd(crop.y, crop.h) > sensor.h) {
+        crop.y = wrapSub(sensor.h, crop.h);
+        ZLOG_WARNING("sensorId:%d sensorMode:%d : height out of bound fix to bottom", sensorId,
+                     sensorMode);
+    }
+    ZLOG_DEBUG("sensorId:%d sensorMode:%d correctedTgCrop:(%d,%d)(%dx%d)", sensorId, sensorMode,
+               crop.x, crop.y, crop.w, crop.h);
+    return true;
+}
+
+MSize ZoomOverrideMgr::sensorSize(int32_t sensorId, int32_t sensorMode) {
+    auto const key = static_cast<uint32_t>(sensorId);
+    if (auto const sensor = mSensorSizeCache.find(key); sensor != mSensorSizeCache.end()) {
+        if (auto const mode = sensor->second.find(sensorMode); mode != sensor->second.end()) {
+            return mode->second;
+        }
+    }
+    MSize size;
+    auto const helper = utility::ICamsysSensorInfoHelper::getInstance();
+    if (!helper->getSensorSize(sensorId, sensorMode, size)) {
+        ZLOG_FATAL_FOR("correctTgCropRegion",
+                       "CamsysSensorInfoHelper getSensorSize Failed sensorId %d ,sensorMode %d",
+                       sensorId, sensorMode);
+    }
+    mSensorSizeCache[key][sensorMode] = size;
+    return size;
+}
+
+}  // namespace NSCam::Feature
