@@ -6,6 +6,7 @@
 #include "Numbers.h"
 #include "Properties.h"
 #include "TgCropFit.h"
+#include "ZoomOverrideByRequest.h"
 #include "ZoomOverrideInstantRequest.h"
 
 namespace NSCam::Feature {
@@ -20,6 +21,8 @@ std::unique_ptr<ZoomOverrideBase> makeStrategy(ZoomOverrideMode mode,
                                                std::shared_ptr<IZoomOverrideMgr> const& mgr,
                                                int32_t logLevel) {
     switch (mode) {
+        case ZoomOverrideMode::ByRequest:
+            return std::make_unique<ZoomOverrideByRequest>(mgr, logLevel);
         case ZoomOverrideMode::InstantRequest:
             return std::make_unique<ZoomOverrideInstantRequest>(mgr, logLevel);
         default:
@@ -118,7 +121,7 @@ bool ZoomOverrideMgr::storeOverrideSetting(
 bool ZoomOverrideMgr::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
                                            std::shared_ptr<ZoomOverrideSetting> setting) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ByRequest && mStrategy) {
+    if (mMode == ZoomOverrideMode::ByRequest) {
         mStrategy->storeOverrideSetting(requestNo, notice, std::move(setting));
     }
     return true;
