@@ -1,0 +1,67 @@
+// The default sensor crop mapper: crops by the tangents of the sensors' angles of view.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "ISensorCropMapperFactory.h"
+
+namespace NSCam::Feature {
+
+/// What the operations do is said at ISensorCropMapper. Serialised by a lock of its own.
+class SensorCropMapper : public ISensorCropMapper {
+ public:
+    /// Both arguments are what the factory has for every mapper; this one needs neither.
+    SensorCropMapper(ISensorCropMapperFactory::CreationParams const& params, char const* name);
+
+    bool initialize(SensorCropMapperInit const& init) override;
+    bool config(SensorCropMapperConfig const& config) override;
+
+    /// Crops every configured sensor to the field of view of the master's crop.
+    ///
+    /// A sensor with exactly the master's horizontal angle of view gets a crop of the master's
+    /// size; any other one is scaled by the tangents of the half angles. A crop that would begin
+    /// left of or above the origin becomes the whole array. Entries that out.sensorCrops has
+    /// already are kept.
+    /// @return false, with out.isValid false, when the master sensor is not configured.
+    bool getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) override;
+
+    /// Degrees of any size and sign to radians in [0, 2 pi).
+    static float degreeToRadians(float degree);
+
+    /// How much wider degreeA sees than degreeB: the ratio of the tangents of the half angles.
+    static float degreeRatio(float degreeA, float degreeB);
+
+ protected:
+    /// From 3 on the zoom ratio can be set by a debug property.
+    int32_t mLogLevel = 1;
+
+ private:
+    /// The wanted ratio, and whether it comes from the debug property.
+    struct WantedZoom {
+        float ratio;
+        bool debug;
+    };
+    WantedZoom wantedZoom(float zoomRatio) const;
+
+    /// The master sensor's information; null when it is not configured.
+    std::shared_ptr<ZoomOverrideSensorInfo> masterInfo() const;
+
+    /// The crop of a sensor that sees exactly as wide as the master.
+    MRect cropLikeMaster(uint32_t sensorId, MRect const& array, MSize masterCrop) const;
+
+    /// The crop of a sensor that sees wider or narrower than the master.
+    MRect cropByAngle(uint32_t sensorId, ZoomOverrideSensorInfo const& info,
+                      ZoomOverrideSensorInfo const& master, float zoomRatio) const;
+
+    std::mutex mLock;
+    std::vector<int32_t> mvSensorId;  // the master first
+    std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> mvInfo;
+    std::string mName;
+};
+
+}  // namespace NSCam::Feature
