@@ -7,6 +7,7 @@
 #include "Properties.h"
 #include "TgCropFit.h"
 #include "ZoomOverrideByRequest.h"
+#include "ZoomOverrideExternalAPI.h"
 #include "ZoomOverrideInstantRequest.h"
 
 namespace NSCam::Feature {
@@ -21,6 +22,8 @@ std::unique_ptr<ZoomOverrideBase> makeStrategy(ZoomOverrideMode mode,
                                                std::shared_ptr<IZoomOverrideMgr> const& mgr,
                                                int32_t logLevel) {
     switch (mode) {
+        case ZoomOverrideMode::ExternalAPI:
+            return std::make_unique<ZoomOverrideExternalAPI>(mgr, logLevel);
         case ZoomOverrideMode::ByRequest:
             return std::make_unique<ZoomOverrideByRequest>(mgr, logLevel);
         case ZoomOverrideMode::InstantRequest:
@@ -89,7 +92,7 @@ ZoomOverrideMode ZoomOverrideMgr::getZoomOverrideMode() {
 
 bool ZoomOverrideMgr::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ExternalAPI && mStrategy) {
+    if (mMode == ZoomOverrideMode::ExternalAPI) {
         mStrategy->configFspInfo(config);
     }
     return true;
@@ -97,7 +100,7 @@ bool ZoomOverrideMgr::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
 
 bool ZoomOverrideMgr::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ExternalAPI && mStrategy) {
+    if (mMode == ZoomOverrideMode::ExternalAPI) {
         mStrategy->configSensorInfo(config);
     }
     return true;
