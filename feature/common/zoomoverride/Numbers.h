@@ -29,6 +29,12 @@ inline int32_t roundToInt32(float value) {
     return truncateToInt32(std::round(value));
 }
 
+/// Any NaN becomes the same one: the sign of a computed NaN differs between CPUs, and logs print
+/// it.
+inline float withPlainNan(float value) {
+    return std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : value;
+}
+
 /// Sum in two's complement.
 constexpr int32_t wrapAdd(int32_t a, int32_t b) {
     return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));

@@ -74,8 +74,8 @@ bool SensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCropOutput
     auto const wanted = wantedZoom(in.zoomRatio);
     auto const region = appCropRegion(array, wanted.ratio);
     out.isValid = in.enable;
-    out.zoomRatio =
-        (static_cast<float>(array.w) - static_cast<float>(array.x)) / static_cast<float>(region.w);
+    out.zoomRatio = withPlainNan((static_cast<float>(array.w) - static_cast<float>(array.x)) /
+                                 static_cast<float>(region.w));
     ZLOG_DEBUG("debug(%d), Zoom ratio(%f), appCropRegion(%d, %d), %dx%d", wanted.debug,
                out.zoomRatio, region.x, region.y, region.w, region.h);
 
@@ -151,7 +151,8 @@ float SensorCropMapper::degreeToRadians(float degree) {
 }
 
 float SensorCropMapper::degreeRatio(float degreeA, float degreeB) {
-    return tangent(degreeToRadians(degreeA * 0.5F)) / tangent(degreeToRadians(degreeB * 0.5F));
+    return withPlainNan(tangent(degreeToRadians(degreeA * 0.5F)) /
+                        tangent(degreeToRadians(degreeB * 0.5F)));
 }
 
 }  // namespace NSCam::Feature

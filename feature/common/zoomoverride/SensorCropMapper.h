@@ -30,15 +30,11 @@ class SensorCropMapper : public ISensorCropMapper {
     /// @return false, with out.isValid false, when the master sensor is not configured.
     bool getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) override;
 
-    /// Degrees of any size and sign to radians in [0, 2 pi).
+    /// Degrees of any size and sign to radians from 0 to 2 pi.
     static float degreeToRadians(float degree);
 
     /// How much wider degreeA sees than degreeB: the ratio of the tangents of the half angles.
     static float degreeRatio(float degreeA, float degreeB);
-
- protected:
-    /// From 3 on the zoom ratio can be set by a debug property.
-    int32_t mLogLevel = 1;
 
  private:
     /// The wanted ratio, and whether it comes from the debug property.
@@ -59,6 +55,12 @@ class SensorCropMapper : public ISensorCropMapper {
                       ZoomOverrideSensorInfo const& master, float zoomRatio) const;
 
     std::mutex mLock;
+
+ protected:
+    /// From 3 on the zoom ratio can be set by a debug property.
+    int32_t mLogLevel = 1;
+
+ private:
     std::vector<int32_t> mvSensorId;  // the master first
     std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> mvInfo;
     std::string mName;

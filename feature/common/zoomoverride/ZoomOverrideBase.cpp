@@ -33,8 +33,9 @@ bool ZoomOverrideBase::storeOverrideSetting(IMetadata const*,
         "IntantRequestMethod");
 }
 
-bool ZoomOverrideBase::storeOverrideSetting(uint32_t, OverrideNotice,
-                                            std::shared_ptr<ZoomOverrideSetting>) {
+bool ZoomOverrideBase::storeOverrideSetting(
+    uint32_t, OverrideNotice,
+    std::shared_ptr<ZoomOverrideSetting>) {  // NOLINT(performance-unnecessary-value-param)
     ZLOG_FATAL(
         "[Zoom Override] no Implement please check ZoomOverrideMode,thisonly by ByRequestMethod");
 }

@@ -1,9 +1,10 @@
 // By-request mode: keeping the setting and the P1 and P2 answers that follow from it.
 #include "ZoomOverrideByRequest.h"
 
+#include <locale>
 #include <sstream>
-#include <vector>
 
+#include "CheckedLookup.h"
 #include "DomainTransform.h"
 #include "LogLines.h"
 
@@ -42,6 +43,7 @@ void appendCrops(std::ostream& text, Crops const& crops) {
 
 std::string toText(ZoomOverrideRequest const& request, ZoomOverrideP2Need const& need) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text << "[OverrideAA]" << request.requestNo << "<-" << need.requestNo << "PreviewAA:";
     appendCrops(text, need.previewAaCrops);
     text << "PreviewTg:";
@@ -132,7 +134,7 @@ void ZoomOverrideByRequest::overrideP2(ZoomOverrideSetting const& setting,
                        request.requestNo);
     }
     for (auto const& [sensorId, previewCrop] : need.previewAaCrops) {
-        auto const mode = history->sensorModes.at(sensorId);
+        auto const mode = lookUp(history->sensorModes, sensorId);
         if (mode == kSensorNotStreaming) {
             continue;
         }

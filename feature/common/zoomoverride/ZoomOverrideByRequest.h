@@ -36,11 +36,6 @@ class ZoomOverrideByRequest : public ZoomOverrideBase {
     bool getTransformMatrix(int32_t sensorId, int32_t targetMode, int32_t sourceMode,
                             NSCamHW::simplifiedMatrix& matrix) const;
 
- protected:
-    /// P2 answers by request number, each good for one query that the setting does not override.
-    /// Filled by pipelines that derive from the strategy.
-    std::map<uint32_t, ZoomOverrideP2Need> mP2Cache;
-
  private:
     /// The kept setting; the process ends without one, in the name of operation.
     ZoomOverrideSetting const& keptSetting(char const* operation) const;
@@ -59,6 +54,13 @@ class ZoomOverrideByRequest : public ZoomOverrideBase {
     std::string mName = "ByRequest";
     std::weak_ptr<IZoomOverrideMgr> mMgr;
     std::shared_ptr<ZoomOverrideSetting> mOverrideSetting;  // shared with the pipeline
+
+ protected:
+    /// P2 answers by request number, each good for one query that the setting does not override.
+    /// Filled by pipelines that derive from the strategy.
+    std::map<uint32_t, ZoomOverrideP2Need> mP2Cache;
+
+ private:
     int32_t mLogLevel;
 };
 

@@ -1,6 +1,7 @@
 // External-API mode: set-up, and the P1 and P2 crops that follow from the customer's newest entry.
 #include "ZoomOverrideExternalAPI.h"
 
+#include "CheckedLookup.h"
 #include "DomainTransform.h"
 #include "HwTransHelper.h"
 #include "LogLines.h"
@@ -139,7 +140,7 @@ bool ZoomOverrideExternalAPI::updateSensorP1Crop(SensorCrops const& crops,
         ZLOG_ABORT("[Zoom Override] no history of req(%d)", need.requestNo);
     }
     for (auto const& [key, crop] : crops) {
-        auto const mode = history->sensorModes.at(key);
+        auto const mode = lookUp(history->sensorModes, key);
         if (mode == kSensorNotStreaming) {
             continue;
         }
@@ -160,7 +161,7 @@ bool ZoomOverrideExternalAPI::updateSensorP2Crop(SensorCrops const& crops,
         ZLOG_ABORT("[Zoom Override] no history of req(%d)", need.requestNo);
     }
     for (auto const& [key, crop] : crops) {
-        auto const mode = history->sensorModes.at(key);
+        auto const mode = lookUp(history->sensorModes, key);
         if (mode == kSensorNotStreaming) {
             continue;
         }

@@ -1,8 +1,10 @@
 // Instant-request mode: metadata intake and the P1 crops that follow from it.
 #include "ZoomOverrideInstantRequest.h"
 
+#include <locale>
 #include <sstream>
 
+#include "CheckedLookup.h"
 #include "DomainTransform.h"
 #include "HwTransHelper.h"
 #include "IMetadata.h"
@@ -33,6 +35,7 @@ int64_t constraintOf(RunTimeCropNeedData const& history, int64_t streamId) {
 
 std::string toText(std::unordered_map<uint32_t, PortCrops> const& tgCrops) {
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     for (auto const& [sensorId, ports] : tgCrops) {
         text << '[' << std::dec << sensorId << ']';
         for (auto const& [port, crop] : ports) {
@@ -119,7 +122,7 @@ void ZoomOverrideInstantRequest::cropStream(IZoomOverrideMgr& mgr,
                                             MRect const& activeCrop,
                                             ZoomOverrideP1Need& need) const {
     auto const sensorId = sensorIdOfStream(streamId);
-    auto const sensorMode = history.sensorModes.at(sensorId);
+    auto const sensorMode = lookUp(history.sensorModes, sensorId);
     if (sensorMode == kSensorNotStreaming) {
         return;
     }
@@ -143,7 +146,7 @@ void ZoomOverrideInstantRequest::cropStream(IZoomOverrideMgr& mgr,
     ZLOG_TRACE_FOR(kGetP1CropSetting, "streamId{0x%lx}<->constraintStreamId{0x%lx}",
                    printableId(streamId), printableId(constraintId));
     mgr.correctTgCropRegion(static_cast<int32_t>(sensorId), static_cast<int32_t>(sensorMode), true,
-                            history.streamSizes.at(constraintId), tgCrop);
+                            lookUp(history.streamSizes, constraintId), tgCrop);
     need.tgCrops[sensorId][portKeyOfStream(streamId)] = tgCrop;
     ZLOG_TRACE_FOR(kGetP1CropSetting,
                    "custom crop(activeDomain): streamId(0x%lx) {[%d,%d,(%d,%d)]}",

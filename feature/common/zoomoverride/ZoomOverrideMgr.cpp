@@ -58,7 +58,10 @@ std::shared_ptr<IZoomOverrideMgr> IZoomOverrideMgr::getInstance() {
 
 ZoomOverrideMgr::ZoomOverrideMgr() {
     ZLOG_DEBUG("[Zoom Override]: create instance +");
-    std::lock_guard const guard(mLock);
+    // Taken under getInstance's lock, while initialize takes the two the other way round. Nobody
+    // else can hold it yet, so the attempt succeeds; an attempt cannot deadlock, and lock-order
+    // checkers know that.
+    std::unique_lock const guard(mLock, std::try_to_lock);
     using Utils::Properties;
     mLogLevel = Properties::property_get_int32("vendor.debug.camera.zoomOverride.log", 0);
     mCloseP1Override =
