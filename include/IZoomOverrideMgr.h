@@ -45,7 +45,8 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     /// The first answer for a request number, true or false, is kept until onRequestDone and given
     /// to every later P1 query of that number, whatever sensor it names. Entries of need.tgCrops
     /// that the strategy does not write stay as the caller gave them.
-    /// @return whether the crops are to be applied; need's header is filled in either case. With the
+    /// @return whether the crops are to be applied; need's header is filled in either case. With
+    /// the
     ///     closeP1Override property set: false, and need is untouched.
     /// @pre The request was deposited with setRunTimeCropNeedData; if the strategy needs the record
     ///     and it is missing, the process ends.
@@ -62,7 +63,8 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     virtual bool getP2CropSetting(ZoomOverrideRequest const& request, ZoomOverrideP2Need& need,
                                   bool manual) = 0;
 
-    /// No strategy supports 3A: while one is in place the query ends the process. Without one: false.
+    /// No strategy supports 3A: while one is in place the query ends the process. Without one:
+    /// false.
     virtual bool get3ACropSetting(ZoomOverrideRequest const& request, ZoomOverride3ANeed& need) = 0;
 
     /// Takes the override of InstantRequest mode out of a request's metadata, which must carry a
@@ -97,9 +99,9 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     /// Sets the P1 ports of each sensor, replacing earlier ones. Every mode. Always true.
     virtual bool configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) = 0;
 
-    /// Deposits what is known of a request, before its crops are asked for. Default: keeps a copy of
-    /// data, which is left intact. Repeating: shares the record of the latest Default deposit and
-    /// ignores data; the process ends when there is none. Always true.
+    /// Deposits what is known of a request, before its crops are asked for. Default: keeps a copy
+    /// of data, which is left intact. Repeating: shares the record of the latest Default deposit
+    /// and ignores data; the process ends when there is none. Always true.
     virtual bool setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
                                         RunTimeCropNeedData&& data) = 0;
 

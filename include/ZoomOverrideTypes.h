@@ -2,8 +2,8 @@
 // geometry, stream ids, requests, needs, per-request data, override settings and configurations.
 //
 // All records are plain values: copyable, owned by whoever declares them, without locks of their
-// own. Two threads may read one record; a writer needs it alone. Shared ownership is used only where
-// a field is a std::shared_ptr.
+// own. Two threads may read one record; a writer needs it alone. Shared ownership is used only
+// where a field is a std::shared_ptr.
 //
 // Coordinate domains:
 //   active array   the sensor's full pixel array, origin as the sensor's characteristics report it;
@@ -31,7 +31,8 @@ struct MSize {
     bool operator==(MSize const&) const = default;
 };
 
-/// A rectangle of whole pixels: its top left corner and its size, in the domain in which it is used.
+/// A rectangle of whole pixels: its top left corner and its size, in the domain in which it is
+/// used.
 struct MRect {
     int32_t x = 0;
     int32_t y = 0;
@@ -97,8 +98,9 @@ using TrailingInfo = std::array<std::byte, 64>;
 /// The request that a crop query is about.
 struct ZoomOverrideRequest {
     uint32_t requestNo = 0;  ///< key of the crop-need history and of the P1 cache
-    float zoomRatio = 0.0F;  ///< what the application asks for; override ratios are compared with it
-    int32_t sensorId = 0;    ///< the sensor that the query is about
+    float zoomRatio =
+        0.0F;              ///< what the application asks for; override ratios are compared with it
+    int32_t sensorId = 0;  ///< the sensor that the query is about
 };
 
 /// What the answers to all crop queries begin with.

@@ -22,6 +22,6 @@ extern std::array<LogLevelInfo, kLogLevelCount> g_logInfoLv;
 /// The name under which the debug print shows a source file. It may be path itself.
 char const* get_filename_log_control(char const* path);
 
-/// Formats and writes one line of at most 1023 characters. Any thread.
+/// Formats and writes one line. Any thread.
 [[gnu::format(printf, 3, 4)]] void log_dbg_print(char const* tag, int32_t level, char const* format,
                                                  ...);

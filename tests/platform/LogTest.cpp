@@ -25,14 +25,14 @@ class LogTest : public testing::Test {
 };
 
 TEST_F(LogTest, CapturesBothSinksInOrder) {
-    std::string const longest(1023, 'a');
+    std::string const longLine(5000, 'a');
     log_dbg_print("test", 0, "%s:%d", "request", 7);
     ULogger::sULogger->print(0, "test", 5, "length counts!", 13);
-    log_dbg_print("test", 2, "%scut", longest.c_str());
+    log_dbg_print("test", 2, "%s", longLine.c_str());
 
     std::vector<LogLine> const expected{{LogSink::Print, 0, "request:7"},
                                         {LogSink::Unified, 5, "length counts"},
-                                        {LogSink::Print, 2, longest}};
+                                        {LogSink::Print, 2, longLine}};
     EXPECT_EQ(NSCam::Host::takeCapturedLog(), expected);
     EXPECT_TRUE(NSCam::Host::takeCapturedLog().empty());
 }

@@ -3,6 +3,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 
 #include "host/LogCapture.h"
 
@@ -24,13 +25,15 @@ char const* get_filename_log_control(char const* path) {
 }
 
 void log_dbg_print(char const* tag, int32_t level, char const* format, ...) {
-    std::array<char, 1024> line{};
     va_list arguments;
     va_start(arguments, format);
-    int const length = std::vsnprintf(line.data(), line.size(), format, arguments);
+    char* line = nullptr;
+    int const length = vasprintf(&line, format, arguments);
     va_end(arguments);
     if (length < 0) {
         return;
     }
-    NSCam::Host::deliverLogLine(NSCam::Host::LogSink::Print, tag, level, line.data());
+    NSCam::Host::deliverLogLine(NSCam::Host::LogSink::Print, tag, level,
+                                {line, static_cast<size_t>(length)});
+    std::free(line);  // NOLINT(cppcoreguidelines-no-malloc): vasprintf's
 }
