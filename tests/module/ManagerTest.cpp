@@ -1,0 +1,208 @@
+// The manager through its interface: lifecycle, gates, P1 answers that are kept, and histories.
+#include "TestPlatform.h"
+#include "ZoomOverrideMgr.h"
+
+namespace NSCam::Feature {
+namespace {
+
+using Mode = ZoomOverrideMode;
+
+constexpr auto kUnknownMode = static_cast<Mode>(7);
+constexpr int64_t kPreview = streamId(0, 1);
+
+/// The shared manager, as strategies call back into no other.
+class ManagerTest : public PlatformTest {
+ protected:
+    ManagerTest() {
+        setSensor(0, {4000, 3000});
+        mMgr->initialize(Mode::None);
+    }
+
+    /// Instant-request mode with one crop.
+    void store(float zoomRatio, MRect const& crop, int64_t stream = kPreview) {
+        auto const metadata = makeMetadata(zoomRatio, {10, crop.x, crop.y, crop.w, crop.h});
+        mMgr->storeOverrideSetting(&metadata, {{10, static_cast<uint64_t>(stream)}});
+    }
+
+    static RunTimeCropNeedData history() {
+        return {.sensorModes = {{0, 2}},
+                .streamSizes = {{kPreview, {100, 100}}},
+                .constraintStreams = {},
+                .extraTable = {{1, 2}}};
+    }
+
+    std::shared_ptr<IZoomOverrideMgr> const mMgr = IZoomOverrideMgr::getInstance();
+};
+
+TEST_F(ManagerTest, ModeIsThatOfTheStrategy) {
+    EXPECT_EQ(ZoomOverrideMgr().getZoomOverrideMode(), Mode::None);
+    for (auto const mode : {Mode::InstantRequest, Mode::ByRequest, Mode::ExternalAPI, Mode::None}) {
+        EXPECT_TRUE(mMgr->initialize(mode));
+        EXPECT_EQ(mMgr->getZoomOverrideMode(), mode);
+    }
+    EXPECT_TRUE(mMgr->initialize(kUnknownMode));
+    EXPECT_EQ(mMgr->getZoomOverrideMode(), Mode::None);
+}
+
+TEST_F(ManagerTest, InitializeDropsWhatWasGathered) {
+    mMgr->initialize(Mode::InstantRequest);
+    mMgr->configSensorBehaviorInfo({.portSizes = {{0, {{1, {}}}}}});
+    deposit(*mMgr, 4, history());
+    store(1.5F, {0, 0, 400, 300});
+    ZoomOverrideP1Need need;
+    ASSERT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, need));
+
+    mMgr->initialize(Mode::InstantRequest);
+
+    EXPECT_FALSE(mMgr->isPortExist(0, 1));
+    EXPECT_DEATH(mMgr->getHistoryCropNeedData(4), "req\\(4\\) not exist");
+    // A fresh strategy answers, which knows neither ratio nor crops.
+    deposit(*mMgr, 4, history());
+    ZoomOverrideP1Need fresh;
+    EXPECT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, fresh));
+    expectHeader(fresh, true, -1, 0.0F, Mode::InstantRequest);
+    EXPECT_TRUE(fresh.tgCrops.empty());
+}
+
+// Each of the calls would end the process if the strategy, or none, were to see it: traps, null
+// metadata, nothing that could be repeated.
+TEST_F(ManagerTest, CallsOfOtherModesAreDropped) {
+    for (auto const mode : {Mode::None, Mode::ByRequest, Mode::InstantRequest, kUnknownMode}) {
+        mMgr->initialize(mode);
+        EXPECT_TRUE(mMgr->configFspInfo({}));
+        EXPECT_TRUE(mMgr->configSensorInfo({}));
+    }
+    for (auto const mode : {Mode::None, Mode::ExternalAPI, Mode::ByRequest, kUnknownMode}) {
+        mMgr->initialize(mode);
+        EXPECT_TRUE(mMgr->storeOverrideSetting(nullptr, {}));
+    }
+    for (auto const mode : {Mode::None, Mode::ExternalAPI, Mode::InstantRequest, kUnknownMode}) {
+        mMgr->initialize(mode);
+        EXPECT_TRUE(mMgr->storeOverrideSetting(1, OverrideNotice::Repeating, nullptr));
+    }
+}
+
+TEST_F(ManagerTest, WithoutStrategyQueriesAreRefused) {
+    ZoomOverrideP1Need p1;
+    ZoomOverrideP2Need p2;
+    ZoomOverride3ANeed threeA;
+    ZoomOverrideNeedHeader const before{true, 8, 3.0F, Mode::ByRequest};
+    static_cast<ZoomOverrideNeedHeader&>(p1) = before;
+    static_cast<ZoomOverrideNeedHeader&>(p2) = before;
+    static_cast<ZoomOverrideNeedHeader&>(threeA) = before;
+    p1.tgCrops[0][1] = {1, 2, 3, 4};
+
+    EXPECT_FALSE(mMgr->getP1CropSetting({4, 2.0F, 0}, p1));
+    EXPECT_FALSE(mMgr->getP2CropSetting({4, 2.0F, 0}, p2, true));
+    EXPECT_FALSE(mMgr->get3ACropSetting({4, 2.0F, 0}, threeA));
+    expectHeader(p1, false, 8, 3.0F, Mode::None);
+    expectHeader(p2, false, 8, 3.0F, Mode::None);
+    expectHeader(threeA, false, 8, 3.0F, Mode::None);
+    EXPECT_EQ(p1.tgCrops.size(), 1U);
+}
+
+// Without a strategy an open query would clear the header.
+TEST_F(ManagerTest, CloseSwitchesLeaveTheNeedAlone) {
+    for (bool const closesP1 : {true, false}) {
+        Host::clearProperties();
+        Host::setProperty(closesP1 ? "vendor.debug.camera.zoomOverride.closeP1Override"
+                                   : "vendor.debug.camera.zoomOverride.closeP2Override",
+                          -1);
+        ZoomOverrideMgr mgr;
+        ZoomOverrideP1Need p1;
+        ZoomOverrideP2Need p2;
+        p1.overrideValid = p2.overrideValid = true;
+        EXPECT_FALSE(mgr.getP1CropSetting({4, 2.0F, 0}, p1));
+        EXPECT_FALSE(mgr.getP2CropSetting({4, 2.0F, 0}, p2, true));
+        EXPECT_EQ(p1.overrideValid, closesP1);
+        EXPECT_EQ(p2.overrideValid, !closesP1);
+    }
+}
+
+TEST_F(ManagerTest, P1AnswerIsKeptByRequestNumberAlone) {
+    mMgr->initialize(Mode::InstantRequest);
+    deposit(*mMgr, 4, history());
+    store(1.5F, {8, 6, 400, 300});
+    ZoomOverrideP1Need need;
+    ASSERT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, need));
+    need.tgCrops.clear();  // the caller's own copy
+
+    store(5.0F, {0, 0, 200, 200});
+    ZoomOverrideP1Need again;
+    again.tgCrops[7][7] = {};
+    EXPECT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 1}, again));
+    expectHeader(again, true, -1, 1.5F, Mode::InstantRequest);
+    EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{1, {8, 6, 400, 300}}}}}));
+
+    // The next answer is a refusal, and kept as well.
+    mMgr->onRequestDone(4);
+    EXPECT_FALSE(mMgr->getP1CropSetting({4, 2.0F, 0}, again));
+    store(1.5F, {8, 6, 400, 300});
+    EXPECT_FALSE(mMgr->getP1CropSetting({4, 2.0F, 0}, again));
+    expectHeader(again, true, -1, 5.0F, Mode::InstantRequest);
+}
+
+TEST_F(ManagerTest, ExceptionLeavesNoP1AnswerAndAUsableManager) {
+    mMgr->initialize(Mode::InstantRequest);
+    deposit(*mMgr, 4, history());
+    store(1.5F, {8, 6, 400, 300}, streamId(9, 1));
+    ZoomOverrideP1Need need;
+    EXPECT_THAT(
+        [&] {
+            mMgr->getP1CropSetting({4, 2.0F, 0}, need);
+        },
+        testing::ThrowsMessage<std::out_of_range>("unordered_map::at: key not found"));
+
+    store(1.5F, {8, 6, 400, 300});
+    EXPECT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, need));
+}
+
+TEST_F(ManagerTest, RepeatingRequestsShareTheLatestRecord) {
+    auto data = history();
+    mMgr->setRunTimeCropNeedData(4, OverrideNotice::Default, std::move(data));
+    // NOLINTNEXTLINE(bugprone-use-after-move): the record is promised to stay intact
+    EXPECT_EQ(data.streamSizes.size() + data.sensorModes.size() + data.extraTable.size(), 3U);
+    mMgr->setRunTimeCropNeedData(5, OverrideNotice::Repeating, {});
+
+    auto const record = mMgr->getHistoryCropNeedData(4);
+    EXPECT_EQ(record->sensorModes, data.sensorModes);
+    EXPECT_EQ(record->extraTable, data.extraTable);
+    EXPECT_EQ(mMgr->getHistoryCropNeedData(5), record);
+
+    mMgr->onRequestDone(4);
+    EXPECT_EQ(mMgr->getHistoryCropNeedData(5), record);
+    mMgr->onRequestDone(5);
+    mMgr->setRunTimeCropNeedData(6, OverrideNotice::Repeating, {});
+    EXPECT_EQ(mMgr->getHistoryCropNeedData(6), record);
+
+    // Anything but Repeating brings a record of its own.
+    mMgr->setRunTimeCropNeedData(6, static_cast<OverrideNotice>(2), {});
+    EXPECT_TRUE(mMgr->getHistoryCropNeedData(6)->sensorModes.empty());
+}
+
+TEST_F(ManagerTest, PortsAreComparedByTheirLowByte) {
+    mMgr->configSensorBehaviorInfo({.portSizes = {{8, {{1, {}}}}}});
+    mMgr->configSensorBehaviorInfo({.portSizes = {{0, {{1, {}}}}, {1, {{0, {}}}}}});
+    struct Case {
+        int32_t sensorId, port;
+        bool exists;
+    };
+    Case const cases[] = {
+        {0, 1, true},    {0, P1_PORT_R1, true},  {0, 0x101, true}, {0, -255, true},
+        {0, 129, false}, {0, P1_PORT_R3, false}, {0, 256, false},  {1, 256, true},
+        {-1, 0, false},  {8, 1, false},
+    };
+    for (auto const& c : cases) {
+        EXPECT_EQ(mMgr->isPortExist(c.sensorId, c.port), c.exists) << c.sensorId << ' ' << c.port;
+    }
+}
+
+TEST_F(ManagerTest, AnyRequestMayBeDone) {
+    for (auto const mode : {Mode::None, Mode::ExternalAPI, Mode::ByRequest, Mode::InstantRequest}) {
+        mMgr->initialize(mode);
+        EXPECT_TRUE(mMgr->onRequestDone(12345));
+    }
+}
+
+}  // namespace
+}  // namespace NSCam::Feature
