@@ -1,0 +1,155 @@
+// --compare: what counts as a difference and how differences are told.
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+// The results that all tests compare with: lines 2 to 4 of this scenario.
+std::string const kScenario = std::string(kSensor) +
+                              R"({"op":"getZoomOverrideMode"}
+{"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[0,0,100,75]}
+{"op":"get3ACropSetting","requestNo":1,"zoomRatio":2,"need":{"zoomRatio":-0.0}}
+)";
+std::string const kMode = R"({"line": 2, "op": "getZoomOverrideMode", "result": 0})";
+std::string const kFit =
+    R"({"line": 3, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75]})";
+std::string const kNeed =
+    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": -1, "zoomRatio": -0.0, "mode": 0}})";
+
+struct Expectation {
+    char const* name;
+    std::vector<std::string> expected;
+    int status;
+    std::string message;
+};
+
+void PrintTo(Expectation const& expectation, std::ostream* out) {
+    *out << expectation.name;
+}
+
+class CompareTest : public ToolTest, public testing::WithParamInterface<Expectation> {};
+
+TEST_P(CompareTest, TellsDifferences) {
+    std::string expected;
+    for (std::string const& line : GetParam().expected) {
+        expected += line + '\n';
+    }
+    write("e.jsonl", expected);
+    auto const result = replay(kScenario, {"--compare", "e.jsonl"});
+
+    EXPECT_EQ(result.status, GetParam().status);
+    EXPECT_EQ(result.err, GetParam().message);
+    if (result.status < 2) {
+        EXPECT_EQ(result.out, kMode + '\n' + kFit + '\n' + kNeed + '\n');
+    }
+}
+
+std::string const kFitReordered =
+    R"({ "crop":[0,0,1e2,75.0], "result":true, "op":"correctTgCropRegion", "line":3 })";
+std::string const kFitLogged =
+    R"({"line": 3, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75], "log": []})";
+std::string const kFitOther =
+    R"({"line": 3, "op": "correctTgCropRegion", "result": "true", "crop": [0, 0, 100, 76]})";
+std::string const kFitFields =
+    R"({"line": 3, "op": "correctTgCropRegion", "result": true, "x": {}})";
+std::string const kNeedPositive =
+    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": -1, "zoomRatio": 0, "mode": 0}})";
+
+Expectation const kExpectations[] = {
+    {"same", {kMode, kFit, kNeed}, 0, ""},
+    {"spelling and log", {"// comment", "", kMode, kFitReordered, kNeed}, 0, ""},
+    {"log on one side", {kMode, kFitLogged, kNeed}, 0, ""},
+    {"type and value",
+     {kMode, kFitOther, kNeed},
+     1,
+     "s.jsonl:3: correctTgCropRegion: crop: expected [0, 0, 100, 76], got [0, 0, 100, 75]\n"
+     "s.jsonl:3: correctTgCropRegion: result: expected \"true\", got true\n"},
+    {"fields",
+     {kMode, kFitFields, kNeed},
+     1,
+     "s.jsonl:3: correctTgCropRegion: x: expected {}, got nothing\n"
+     "s.jsonl:3: correctTgCropRegion: crop: expected nothing, got [0, 0, 100, 75]\n"},
+    {"sign of zero",
+     {kMode, kFit, kNeedPositive},
+     1,
+     "s.jsonl:4: get3ACropSetting: need.zoomRatio: expected 0, got -0.0\n"},
+    {"too few at the front",
+     {kFit, kNeed},
+     1,
+     "s.jsonl:2: getZoomOverrideMode: expected no result, got one\n"},
+    {"too few at the end",
+     {kMode},
+     1,
+     "s.jsonl:3: correctTgCropRegion: expected no result, got one\n"
+     "s.jsonl:4: get3ACropSetting: expected no result, got one\n"},
+    {"too many",
+     {R"({"line": 1, "op": "initialize"})", kMode, kFit, kNeed,
+      R"({"line": 9, "op": "onRequestDone"})"},
+     1,
+     "s.jsonl:1: initialize: expected a result, got none\n"
+     "s.jsonl:9: onRequestDone: expected a result, got none\n"},
+    {"bad syntax",
+     {kMode, "{"},
+     2,
+     "e.jsonl:2: column 2: syntax error while parsing object key - unexpected end of input; "
+     "expected string literal\n"},
+    {"bad line number",
+     {kMode, "{\"line\": \"3\"}"},
+     2,
+     "e.jsonl:2: line: must be the number of a scenario line\n"},
+};
+INSTANTIATE_TEST_SUITE_P(Expectations, CompareTest, testing::ValuesIn(kExpectations));
+
+TEST_F(CompareTest, PrintsTheFirstTenAndCountsTheRest) {
+    std::string scenario;
+    for (int i = 0; i < 13; ++i) {
+        scenario += kModeLine;
+    }
+    write("e.jsonl", "");
+    auto const result = replay(scenario, {"--compare", "e.jsonl"});
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 11);
+    EXPECT_THAT(result.err, testing::HasSubstr("s.jsonl:10: "));
+    EXPECT_THAT(result.err, testing::EndsWith("\nand 3 more differences\n"));
+}
+
+TEST_F(CompareTest, MessagesDifferByMoreThanTheSourceLine) {
+    std::string const scenario = std::string(kModeLine) + std::string(kFatalLine);
+    auto const expect = [&](std::string const& function) {
+        write("e.jsonl", std::string(kModeResult) +
+                             R"({"line": 2, "op": "getHistoryCropNeedData", "fatal": "()" +
+                             function +
+                             R"(){#1:feature/common/zoomoverride/ZoomOverrideMgr.cpp}"})" + '\n');
+        return replay(scenario, {"--compare", "e.jsonl"});
+    };
+
+    auto const same = expect("getHistoryCropNeedData");
+    EXPECT_EQ(same.status, 3);
+    EXPECT_THAT(same.err, testing::Not(testing::HasSubstr("expected")));
+
+    auto const other = expect("isPortExist");
+    EXPECT_EQ(other.status, 3);
+    EXPECT_THAT(other.err,
+                testing::HasSubstr("s.jsonl:2: getHistoryCropNeedData: fatal: expected \"(isPort"));
+}
+
+TEST_F(CompareTest, LogsCountWhereBothSidesHaveThem) {
+    std::string const scenario =
+        std::string(kSensor) + "{\"op\":\"logger\",\"mode\":1}\n" +
+        R"({"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[3500,0,1000,750]})" +
+        '\n';
+    std::string expected = replay(scenario, {"--log"}).out;
+    auto const number = expected.find(".cpp:") + 5;
+    write("e.jsonl", expected.replace(number, 1, "1234"));
+    EXPECT_EQ(replay(scenario, {"--log", "--compare", "e.jsonl"}).status, 0);
+
+    write("e.jsonl", expected.replace(expected.find("fix to right"), 12, "fix to left"));
+    EXPECT_EQ(replay(scenario, {"--compare", "e.jsonl"}).status, 0);
+    auto const result = replay(scenario, {"--log", "--compare", "e.jsonl"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.err, testing::HasSubstr("correctTgCropRegion: log[0].text: expected"));
+}
+
+}  // namespace
+}  // namespace zoomreplay::test

@@ -1,0 +1,107 @@
+// Ends without a scenario's end, damaged files, and results that are out before the next call.
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+class RobustnessTest : public ToolTest {};
+
+// The manager holds its lock when it stops the process.
+TEST_F(RobustnessTest, FatalConditionKeepsEverythingBeforeIt) {
+    auto const result =
+        replay(std::string(kModeLine) +
+               "{\"op\":\"setRunTimeCropNeedData\",\"requestNo\":1,\"notice\":1}\n" +
+               std::string(kModeLine));
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.out,
+                testing::MatchesRegex(
+                    "\\{\"line\": 1, [^\n]*\n\\{\"line\": 2, \"op\": \"setRunTimeCropNeedData\", "
+                    "\"fatal\": \"\\(setRunTimeCropNeedData\\)\\{#[0-9]+:"
+                    "feature/common/zoomoverride/ZoomOverrideMgr.cpp\\}\"\\}\n"));
+    EXPECT_THAT(
+        result.err,
+        testing::EndsWith("s.jsonl:2: setRunTimeCropNeedData: the library stopped the process\n"));
+}
+
+TEST_F(RobustnessTest, FatalLineThatCannotBeWrittenIsTold) {
+    write("s.jsonl", kFatalLine);
+    auto const result = run({"s.jsonl", "-o", "/dev/full"});
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, testing::HasSubstr("/dev/full: cannot write: No space left on device"));
+}
+
+TEST_F(RobustnessTest, UnusualLinesAreWhole) {
+    std::string const noLineEnd = R"({"op":"getZoomOverrideMode"})";
+    EXPECT_EQ(replay(noLineEnd).out, kModeResult);
+    EXPECT_EQ(replay(" \t" + noLineEnd + "\r\n\r\n  // end").out, kModeResult);
+    EXPECT_EQ(replay("").status, 0);
+
+    std::string const zeroByte = noLineEnd + std::string(1, '\0') + "x\n";
+    EXPECT_EQ(replay(zeroByte).err, "s.jsonl:1: contains a zero byte\n");
+}
+
+TEST_F(RobustnessTest, EndlessLineIsRefused) {
+    std::string const tooLong((size_t{1} << 20U) + (size_t{1} << 17U), ' ');
+    auto const result = replay(std::string(kModeLine) + tooLong);
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "s.jsonl:2: longer than 1048576 bytes\n");
+    EXPECT_EQ(result.out, kModeResult);
+}
+
+TEST_F(RobustnessTest, BrokenByteNeverCrashesTheTool) {
+    std::string const scenario = std::string(kSensor) + R"({"op":"initialize","mode":3}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48]}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":1.5,"customStreamCrops":[7,0,0,20,15]},"streamIdMap":{"7":"0x70010000000000"}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":2.5}
+)";
+    constexpr std::string_view kBytes("\"9\xFF-{\0]e\n\\", 10);
+    for (size_t i = 0; i < scenario.size(); ++i) {
+        std::string broken = scenario;
+        broken[i] = kBytes[i % kBytes.size()];
+        auto const result = replay(broken);
+        EXPECT_THAT(result.status, testing::AnyOf(0, 2, 3)) << "byte " << i << "\n" << result.err;
+    }
+}
+
+// A pipeline that waits for an answer before it sends its next line.
+TEST_F(RobustnessTest, ResultIsOutBeforeTheNextLineComes) {
+    std::array<int, 2> in{};
+    std::array<int, 2> out{};
+    ASSERT_EQ(pipe2(in.data(), O_CLOEXEC), 0);
+    ASSERT_EQ(pipe2(out.data(), O_CLOEXEC), 0);
+    pid_t const child = fork();
+    if (child == 0) {
+        dup2(in[0], STDIN_FILENO);
+        dup2(out[1], STDOUT_FILENO);
+        execl(ZOOMREPLAY_PATH, ZOOMREPLAY_PATH, "-", "-o", "-", nullptr);
+        _exit(127);
+    }
+    close(in[0]);
+    close(out[1]);
+
+    for (int line = 1; line <= 2; ++line) {
+        ASSERT_EQ(::write(in[1], kModeLine.data(), kModeLine.size()),
+                  static_cast<ssize_t>(kModeLine.size()));
+        std::array<char, 200> text{};
+        ASSERT_GT(::read(out[0], text.data(), text.size() - 1), 0);
+        EXPECT_THAT(text.data(), testing::StartsWith("{\"line\": " + std::to_string(line)));
+    }
+
+    close(in[1]);
+    close(out[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+}  // namespace
+}  // namespace zoomreplay::test

@@ -1,0 +1,110 @@
+// Bad lines: each gets one message that tells the place, and status 2.
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+struct BadLine {
+    char const* line;
+    char const* message;  // behind "s.jsonl:3: "
+};
+
+void PrintTo(BadLine const& badLine, std::ostream* out) {
+    *out << badLine.line;
+}
+
+class BadLineTest : public ToolTest, public testing::WithParamInterface<BadLine> {};
+
+TEST_P(BadLineTest, IsToldWithItsPlace) {
+    std::string const before = std::string(kModeLine) + "// a comment\n";
+    auto const result = replay(before + GetParam().line + "\n" + std::string(kModeLine));
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, std::string("s.jsonl:3: ") + GetParam().message + "\n");
+    EXPECT_EQ(result.out, kModeResult);
+}
+
+constexpr BadLine kSyntax[] = {
+    {R"([1])", "not a JSON object"},
+    {R"(hello)", "not a JSON object"},
+    {R"({"op")",
+     "column 6: syntax error while parsing object separator - unexpected end of input; expected "
+     "':'"},
+    {R"({"op":"getZoomOverrideMode"} x)",
+     "column 30: syntax error while parsing value - invalid literal; last read: "
+     "'\"getZoomOverrideMode\"} x'; expected end of input"},
+    {R"({"op":"isPortExist","port":1,"port":1})", "field \"port\" appears twice"},
+    {R"({"op":"getP1CropSetting","zoomRatio":1e99})", "number overflow parsing '1e99'"},
+    {R"({"a":[[[[[[[[[[[[[[[[1]]]]]]]]]]]]]]]]})", "nested too deeply"},
+};
+INSTANTIATE_TEST_SUITE_P(Syntax, BadLineTest, testing::ValuesIn(kSyntax));
+
+constexpr BadLine kFields[] = {
+    {R"({"requestNo":1})", "op: missing"},
+    {R"({"op":7})", "op: must be a string"},
+    {R"({"op":"getp1cropsetting"})", "getp1cropsetting: unknown operation"},
+    {R"({"op":"onRequestDone","requstNo":1})", "onRequestDone: requestNo: missing"},
+    {R"({"op":"onRequestDone","requestNo":1,"notice":0})", "onRequestDone: notice: unknown field"},
+    {R"({"op":"getP1CropSetting","requestNo":1,"zoomRatio":1,"manual":true})",
+     "getP1CropSetting: manual: unknown field"},
+    {R"({"op":"getP1CropSetting","requestNo":1})", "getP1CropSetting: zoomRatio: missing"},
+    {R"({"op":"getP1CropSetting","requestNo":1,"zoomRatio":1,"need":{"streamCrops":{}}})",
+     "getP1CropSetting: need.streamCrops: unknown field"},
+    {R"({"op":"storeOverrideSetting","requestNo":1})",
+     "storeOverrideSetting: needs either metadata or a setting"},
+    {R"({"op":"storeOverrideSetting","metadata":{},"requestNo":1})",
+     "storeOverrideSetting: requestNo: unknown field"},
+    {R"({"op":"storeOverrideSetting","setting":null})", "storeOverrideSetting: requestNo: missing"},
+    {R"({"op":"sensor","id":0,"modes":{"1":{"window":[0,0,1,1]}}})",
+     "sensor: modes.1: a window needs a size"},
+    {R"({"op":"sensor","id":0,"modes":{"1":{"size":[1,1],"window":[0,0,1,1],"matrix":[1,0,1,0]}}})",
+     "sensor: modes.1: has both a window and a matrix"},
+    {R"({"op":"logger","levels":{"8":true}})", "logger: levels: there is no level 8"},
+};
+INSTANTIATE_TEST_SUITE_P(Fields, BadLineTest, testing::ValuesIn(kFields));
+
+constexpr BadLine kValues[] = {
+    {R"({"op":"onRequestDone","requestNo":1.0})", "onRequestDone: requestNo: must be an integer"},
+    {R"({"op":"onRequestDone","requestNo":"0x"})", "onRequestDone: requestNo: must be an integer"},
+    {R"({"op":"onRequestDone","requestNo":-2})",
+     "onRequestDone: requestNo: out of range, must be 0 to 4294967295 or -1"},
+    {R"({"op":"onRequestDone","requestNo":"0x100000000"})",
+     "onRequestDone: requestNo: out of range, must be 0 to 4294967295 or -1"},
+    {R"({"op":"getHistoryCropNeedData","requestNo":4294967296})",
+     "getHistoryCropNeedData: requestNo: out of range, must be -2147483648 to 4294967295"},
+    {R"({"op":"isPortExist","sensorId":2147483648,"port":1})",
+     "isPortExist: sensorId: out of range, must be -2147483648 to 2147483647"},
+    {R"({"op":"configSensorBehaviorInfo","portSizes":{"0":{"256":[1,1]}}})",
+     "configSensorBehaviorInfo: portSizes.0.256: out of range, must be 0 to 255"},
+    {R"({"op":"configFspInfo","fspPorts":{"0":65536}})",
+     "configFspInfo: fspPorts.0: out of range, must be 0 to 65535"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"streamSizes":{"0x10000000000000000":[1,1]}})",
+     "setRunTimeCropNeedData: streamSizes.0x10000000000000000: out of range, must be "
+     "-9223372036854775808 to 9223372036854775807"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"streamSizes":{"16":[1,1],"0x10":[1,1]}})",
+     "setRunTimeCropNeedData: streamSizes.16: another spelling of a key that is there already"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"streamSizes":{"7":[640]}})",
+     "setRunTimeCropNeedData: streamSizes.7: must be [w, h]"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"streamSizes":{"7":[640,"x"]}})",
+     "setRunTimeCropNeedData: streamSizes.7[1]: must be an integer"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":[]})",
+     "setRunTimeCropNeedData: sensorModes: must be an object"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"notice":"again"})",
+     "setRunTimeCropNeedData: notice: must be an integer or one of \"default\", \"repeating\""},
+    {R"({"op":"initialize","mode":"Instant"})",
+     "initialize: mode: must be an integer or one of \"None\", \"ExternalAPI\", \"ByRequest\", "
+     "\"InstantRequest\""},
+    {R"({"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[0,0,1]})",
+     "correctTgCropRegion: crop: must be [x, y, w, h]"},
+    {R"({"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"checkMinSize":1,"crop":[0,0,1,1]})",
+     "correctTgCropRegion: checkMinSize: must be true or false"},
+    {R"({"op":"getP1CropSetting","requestNo":1,"zoomRatio":"2"})",
+     "getP1CropSetting: zoomRatio: must be a number, \"nan\", \"inf\" or \"-inf\""},
+    {R"({"op":"configSensorInfo","sensorIds":0})", "configSensorInfo: sensorIds: must be an array"},
+    {R"({"op":"sensor","id":0,"modes":{"1":{"matrix":[1,0,1]}}})",
+     "sensor: modes.1.matrix: must be [xScale, xOffset, yScale, yOffset]"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, BadLineTest, testing::ValuesIn(kValues));
+
+}  // namespace
+}  // namespace zoomreplay::test

@@ -1,0 +1,76 @@
+// The table for people.
+#include <sstream>
+
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+size_t widthOf(std::string const& text) {
+    std::istringstream lines(text);
+    size_t width = 0;
+    for (std::string line; std::getline(lines, line);) {
+        width = std::max(width, line.size());
+    }
+    return width;
+}
+
+class TableTest : public ToolTest {
+ protected:
+    ToolRun show(std::string_view scenario, std::vector<std::string> const& more = {}) const {
+        write("s.jsonl", scenario);
+        std::vector<std::string> arguments{"s.jsonl"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        return run(arguments);
+    }
+};
+
+// Crops of two ports, a pair of sensors in P2, queries without an override.
+TEST_F(TableTest, HasARowForEachQuery) {
+    auto const result = show(std::string(kSensor) + R"({"op":"initialize","mode":3}
+{"op":"setRunTimeCropNeedData","requestNo":12,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48],"0x70030000000000":[64,48]}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,120,70,332,210,2,0,0,4608,2592]},"streamIdMap":{"1":"0x70010000000000","2":"0x70030000000000"}}
+{"op":"getP1CropSetting","requestNo":12,"zoomRatio":4.004}
+{"op":"initialize","mode":0}
+{"op":"getP2CropSetting","requestNo":13,"zoomRatio":10,"need":{"zoomRatio":1e30,"streamCrops":{"11":[1,-2,3,4]}}}
+{"op":"get3ACropSetting","requestNo":4294967295,"zoomRatio":"nan"}
+)");
+
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out,
+              R"(   line    request  query    asked  override  answer    sensor, port and crop
+      5         12  P1        4.00      2.00  override  0 0x7001  (60, 35)/166x105
+                                                        0 0x7003  (0, 0)/2304x1296
+      7         13  P2       10.00     1e+30  no       11 crop    (1, -2)/3x4
+      8 4294967295  3A         nan      1.00  no
+)");
+}
+
+TEST_F(TableTest, NeverExceedsItsWidth) {
+    std::string const rect = "[-2147483648,-2147483648,-2147483648,-2147483648]";
+    auto const result = show(
+        R"({"op":"getP1CropSetting","requestNo":4294967295,"zoomRatio":-1.2345e-38,"need":{"zoomRatio":-1.2345e-38,"tgCrops":{"4294967295":{"0x7001":)" +
+            rect + ",\"0x7002\":" + rect + "}}}}\n" + std::string(kFatalLine),
+        {"--log"});
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_LE(widthOf(result.out), 100U);
+    std::string const crop = "(-2147483648, -2147483648)/-2147483648x-2147483648\n";
+    EXPECT_THAT(result.out, testing::HasSubstr("4294967295 0x7001  " + crop));
+    EXPECT_THAT(result.out, testing::HasSubstr("4294967295 0x7002  " + crop));
+}
+
+TEST_F(TableTest, TellsWhatWentWrongAndWhatWasLogged) {
+    auto const result = show(std::string(kModeLine) + std::string(kFatalLine), {"--log"});
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.out,
+                testing::MatchesRegex(" +line .*\n +1  getZoomOverrideMode\n"
+                                      " +2  getHistoryCropNeedData: fatal:\n"
+                                      "         \\(getHistoryCropNeedData\\)\\{#[0-9]+:"
+                                      "feature/common/zoomoverride/ZoomOverrideMgr.cpp\\}\n"
+                                      "         print 1  .*\\[Fatal\\] .* req\\(9\\) not exist\n"));
+}
+
+}  // namespace
+}  // namespace zoomreplay::test

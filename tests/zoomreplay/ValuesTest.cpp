@@ -1,0 +1,88 @@
+// How values are read and written: a query without a strategy and a history record give back what
+// the scenario holds.
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+struct Spelling {
+    char const* read;
+    char const* written;
+};
+
+void PrintTo(Spelling const& spelling, std::ostream* out) {
+    *out << spelling.read;
+}
+
+class FloatTest : public ToolTest, public testing::WithParamInterface<Spelling> {};
+
+TEST_P(FloatTest, KeepsItsBits) {
+    auto const result =
+        replay(R"({"op":"get3ACropSetting","requestNo":1,"zoomRatio":1,"need":{"zoomRatio":)" +
+               std::string(GetParam().read) + "}}\n");
+
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.out, R"({"line": 1, "op": "get3ACropSetting", "result": false, "need": )"
+                          R"({"overrideValid": false, "requestNo": -1, "zoomRatio": )" +
+                              std::string(GetParam().written) + ", \"mode\": 0}}\n");
+}
+
+constexpr Spelling kFloats[] = {
+    {"2", "2"},
+    {"2.50", "2.5"},
+    {"0", "0"},
+    {"-0", "-0.0"},
+    {"-0.0", "-0.0"},
+    {"0.1", "0.1"},
+    {"16777217", "16777216"},  // halfway between two floats: to even
+    // Just above halfway between 1 and its successor: a detour over double would round down.
+    {"1.00000005960464477540", "1.0000001"},
+    {"1e-45", "1e-45"},  // the smallest denormal
+    {"1.1754942e-38", "1.1754942e-38"},
+    {"3.4028235e38", "3.4028235e+38"},
+    {"1e-60", "0"},
+    {R"("nan")", R"("nan")"},
+    {R"("inf")", R"("inf")"},
+    {R"("-inf")", R"("-inf")"},
+};
+INSTANTIATE_TEST_SUITE_P(Spellings, FloatTest, testing::ValuesIn(kFloats));
+
+class RecordTest : public ToolTest, public testing::WithParamInterface<Spelling> {};
+
+TEST_P(RecordTest, KeepsItsNumbers) {
+    auto const result =
+        replay(R"({"op":"setRunTimeCropNeedData","requestNo":-1,)" + std::string(GetParam().read) +
+               "}\n" + R"({"op":"getHistoryCropNeedData","requestNo":"0xFFFFFFFF"})" + "\n");
+
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_THAT(result.out, testing::HasSubstr(GetParam().written));
+}
+
+constexpr Spelling kTables[] = {
+    // Sensors in decimal and in ascending order; one that does not stream.
+    {R"("sensorModes":{"10":"0x2","9":"3","0x1":-1})",
+     R"("sensorModes": {"1": 4294967295, "9": 3, "10": 2})"},
+    // Stream ids: bit patterns in hexadecimal, negative ones first.
+    {R"("streamSizes":{"28675":[1,2],"0xFFFFFFFFFFFFFFFE":["3","0x4"],"-1":[5,6]})",
+     R"("streamSizes": {"0xfffffffffffffffe": [3, 4], "0xffffffffffffffff": [5, 6], "0x7003": [1, 2]})"},
+    {R"("constraintStreams":{"0x70010000000000":"0x8000000000000000","1":-9223372036854775808})",
+     R"("constraintStreams": {"0x1": "0x8000000000000000", "0x70010000000000": "0x8000000000000000"})"},
+    {R"("extraTable":{"4294967295":-2147483648,"0":2147483647})",
+     R"("extraTable": {"0": 2147483647, "4294967295": -2147483648})"},
+};
+INSTANTIATE_TEST_SUITE_P(Spellings, RecordTest, testing::ValuesIn(kTables));
+
+TEST_F(RecordTest, HistoryTakesASignedNumber) {
+    auto const result = replay(
+        "{\"op\":\"setRunTimeCropNeedData\",\"requestNo\":4294967294}\n"
+        "{\"op\":\"getHistoryCropNeedData\",\"requestNo\":-2}\n");
+
+    EXPECT_EQ(result.status, 0) << result.err;
+}
+
+TEST_F(FloatTest, IntegersOfAnotherZeroAreZero) {
+    EXPECT_EQ(replay(R"({"op":"onRequestDone","requestNo":-0})").status, 0);
+}
+
+}  // namespace
+}  // namespace zoomreplay::test

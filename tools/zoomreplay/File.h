@@ -1,0 +1,49 @@
+// Files for reading and writing, standard streams included.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace zoomreplay {
+
+/// An open file or one of the standard streams. All operations throw UserError with the file's
+/// name.
+class File {
+ public:
+    /// Opens for reading; "-" is standard input.
+    static File openInput(std::string const& path);
+
+    /// Opens for writing, from an empty file on; "-" is standard output. A file that is one of
+    /// inputs is refused before anything of it is lost.
+    static File openOutput(std::string const& path, std::span<File const* const> inputs);
+
+    File(File&& other) noexcept;
+    File(File const&) = delete;
+    File& operator=(File const&) = delete;
+    File& operator=(File&&) = delete;
+    ~File();
+
+    std::string const& name() const { return mName; }
+    bool isTerminal() const;
+
+    /// Size in bytes; empty where there is none, as for a pipe.
+    std::optional<uint64_t> size() const;
+
+    /// Reads what is there, waiting for at least one byte. @return bytes read, 0 at the end.
+    size_t read(std::span<char> buffer);
+
+    /// Writes all of text before it returns.
+    void write(std::string_view text);
+
+ private:
+    File(int descriptor, std::string name);
+    bool isSameFile(File const& other) const;
+
+    int mDescriptor;
+    std::string mName;
+};
+
+}  // namespace zoomreplay

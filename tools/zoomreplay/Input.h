@@ -1,0 +1,68 @@
+// What the lines of a scenario hand to the library and its platform, for those who follow a replay.
+#pragma once
+
+#include <cstdint>
+#include <unordered_map>
+#include <variant>
+
+#include "CustomZoomRatioOverride.h"
+#include "IMetadata.h"
+#include "ZoomOverrideTypes.h"
+#include "host/SensorTable.h"
+
+namespace zoomreplay {
+
+/// The metadata entry with groups of five: customer stream number, x, y, width, height.
+inline constexpr NSCam::IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
+
+/// The stages of a pipeline that ask for crops.
+enum class Stage { P1, P2, ThreeA };
+
+struct SensorInput {
+    int32_t sensorId;
+    NSCam::Host::SensorModes const& modes;
+};
+
+struct PublishInput {
+    NSCam::v3::CustomZoomRatioOverride const& entry;
+};
+
+struct InitializeInput {
+    NSCam::Feature::ZoomOverrideMode mode;
+};
+
+struct SensorInfoInput {
+    NSCam::Feature::ZoomOverrideSensorInfoConfig const& config;
+};
+
+struct DepositInput {
+    uint32_t requestNo;
+    NSCam::Feature::OverrideNotice notice;
+    NSCam::Feature::RunTimeCropNeedData const& data;
+};
+
+struct MetadataInput {
+    NSCam::IMetadata const& metadata;
+    std::unordered_map<uint32_t, uint64_t> const& streamIdMap;
+};
+
+struct SettingInput {
+    uint32_t requestNo;  ///< of a request to come, as a rule
+};
+
+struct QueryInput {
+    Stage stage;
+    NSCam::Feature::ZoomOverrideRequest const& request;
+    bool isManual;
+    bool isNeedFresh;  ///< the caller's record holds nothing before the call
+};
+
+struct DoneInput {
+    uint32_t requestNo;
+};
+
+/// Refers to what the line in hand holds: whoever wants to keep it takes a copy.
+using Input = std::variant<SensorInput, PublishInput, InitializeInput, SensorInfoInput,
+                           DepositInput, MetadataInput, SettingInput, QueryInput, DoneInput>;
+
+}  // namespace zoomreplay

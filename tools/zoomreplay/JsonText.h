@@ -1,0 +1,90 @@
+// Writes JSON the way result files have it: fast, in a fixed order, and so that every number reads
+// back as the same bits.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "ZoomOverrideTypes.h"
+#include "host/LogCapture.h"
+
+namespace zoomreplay {
+
+// appendJson appends a value. Floats get the fewest digits that read back as the same float, or are
+// "nan", "inf" and "-inf". A 64-bit integer is a stream id: a string with its hexadecimal bits.
+void appendJson(std::string& out, bool value);
+void appendJson(std::string& out, uint32_t value);
+void appendJson(std::string& out, int32_t value);
+void appendJson(std::string& out, int64_t streamId);
+void appendJson(std::string& out, float value);
+void appendJson(std::string& out, std::string_view text);
+void appendJson(std::string& out, NSCam::MSize const& size);
+void appendJson(std::string& out, NSCam::MRect const& rect);
+void appendJson(std::string& out, NSCam::MRectF const& rect);
+void appendJson(std::string& out, std::vector<NSCam::Host::LogLine> const& log);
+
+// Tables, in ascending order of their keys.
+template <typename Key, typename Item>
+void appendJson(std::string& out, std::unordered_map<Key, Item> const& table);
+template <typename Key, typename Item>
+void appendJson(std::string& out, std::map<Key, Item> const& table);
+
+/// A number without quotes, such as a line number.
+void appendNumber(std::string& out, uint64_t value);
+
+// appendKey appends the name of a table's entry without its quotes: sensor ids and the like in
+// decimal, port keys and stream ids in hexadecimal.
+void appendKey(std::string& out, uint32_t sensorId);
+void appendKey(std::string& out, uint16_t portKey);
+void appendKey(std::string& out, int64_t streamId);
+
+/// The entries of a table in ascending order of their keys.
+template <typename Table>
+std::vector<typename Table::value_type const*> inKeyOrder(Table const& table) {
+    std::vector<typename Table::value_type const*> entries;
+    entries.reserve(table.size());
+    for (auto const& entry : table) {
+        entries.push_back(&entry);
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](auto const* a, auto const* b) { return a->first < b->first; });
+    return entries;
+}
+
+template <typename Table>
+void appendTable(std::string& out, Table const& table) {
+    char const* separator = "\"";
+    out += '{';
+    for (auto const* entry : inKeyOrder(table)) {
+        out += separator;
+        appendKey(out, entry->first);
+        out += "\": ";
+        appendJson(out, entry->second);
+        separator = ", \"";
+    }
+    out += '}';
+}
+
+template <typename Key, typename Item>
+void appendJson(std::string& out, std::unordered_map<Key, Item> const& table) {
+    appendTable(out, table);
+}
+
+template <typename Key, typename Item>
+void appendJson(std::string& out, std::map<Key, Item> const& table) {
+    appendTable(out, table);
+}
+
+/// Appends ", "name": value", for a field that is not an object's first.
+template <typename T>
+void appendField(std::string& out, std::string_view name, T const& value) {
+    out.append(", \"").append(name).append("\": ");
+    appendJson(out, value);
+}
+
+}  // namespace zoomreplay

@@ -1,0 +1,46 @@
+// Lines that call a sensor crop mapper without the manager.
+#include <array>
+#include <utility>
+
+#include "Library.h"
+#include "Operations.h"
+#include "Records.h"
+
+namespace zoomreplay {
+namespace {
+
+using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+
+std::optional<Answer> config(Fields& fields, Library& library) {
+    auto const sensors = readSensorConfig<SensorCropMapperConfig>(fields);
+    fields.finish();
+
+    return library.callMapper(
+        [&](ISensorCropMapper& mapper) { return BoolAnswer{mapper.config(sensors)}; });
+}
+
+std::optional<Answer> getSensorCrop(Fields& fields, Library& library) {
+    MapperAnswer answer{};
+    fields.optional("enable", answer.input.enable);
+    fields.required("zoomRatio", answer.input.zoomRatio);
+    fields.optional("output", answer.output);
+    fields.finish();
+
+    return library.callMapper([&](ISensorCropMapper& mapper) {
+        answer.result = mapper.getSensorCrop(answer.input, answer.output);
+        return std::move(answer);
+    });
+}
+
+constexpr std::array kOperations{
+    Operation{"SensorCropMapper.config", config},
+    Operation{"SensorCropMapper.getSensorCrop", getSensorCrop},
+};
+
+}  // namespace
+
+std::span<Operation const> mapperOperations() {
+    return kOperations;
+}
+
+}  // namespace zoomreplay

@@ -1,0 +1,25 @@
+#include "Messages.h"
+
+#include <cstdio>
+#include <system_error>
+
+namespace zoomreplay {
+
+UserError systemError(std::string const& what, int errorNumber) {
+    return UserError(what + ": " + std::generic_category().message(errorNumber));
+}
+
+void complain(std::string_view message) {
+    constexpr size_t kLongest = 1000;
+    std::string line(message.substr(0, kLongest));
+    for (char& c : line) {
+        auto const byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F) {
+            c = '?';
+        }
+    }
+    line += message.size() > kLongest ? "...\n" : "\n";
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace zoomreplay

@@ -1,0 +1,99 @@
+// What the library answered to one line of a scenario, and who wants to know.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "ISensorCropMapperFactory.h"
+#include "Input.h"
+#include "ZoomOverrideTypes.h"
+#include "host/LogCapture.h"
+
+namespace zoomreplay {
+
+/// An operation that only answers true or false.
+struct BoolAnswer {
+    bool result;
+};
+
+struct ModeAnswer {
+    NSCam::Feature::ZoomOverrideMode mode;
+};
+
+/// A crop query: what was asked and the caller's record afterwards.
+template <typename Need>
+struct QueryAnswer {
+    NSCam::Feature::ZoomOverrideRequest request;
+    bool result;
+    Need need;
+};
+using P1Answer = QueryAnswer<NSCam::Feature::ZoomOverrideP1Need>;
+using P2Answer = QueryAnswer<NSCam::Feature::ZoomOverrideP2Need>;
+using ThreeAAnswer = QueryAnswer<NSCam::Feature::ZoomOverride3ANeed>;
+
+struct HistoryAnswer {
+    std::shared_ptr<NSCam::Feature::RunTimeCropNeedData> record;
+};
+
+struct CorrectionAnswer {
+    int32_t sensorId;
+    bool result;
+    NSCam::MRect crop;
+};
+
+struct MapperAnswer {
+    NSCam::Feature::SensorCropInput input;
+    bool result;
+    NSCam::Feature::SensorCropOutput output;
+};
+
+/// An exception that came out of the library.
+struct ExceptionAnswer {
+    std::string type;
+    std::string what;
+};
+
+/// The library stopped the process; nothing comes after it.
+struct FatalAnswer {
+    std::string text;
+};
+
+using Answer = std::variant<BoolAnswer, ModeAnswer, P1Answer, P2Answer, ThreeAAnswer, HistoryAnswer,
+                            CorrectionAnswer, MapperAnswer, ExceptionAnswer, FatalAnswer>;
+
+struct Outcome {
+    uint64_t line;        ///< of the scenario, from 1
+    std::string_view op;  ///< lives as long as the program
+    Answer answer;
+    bool isLogged;  ///< log was captured
+    std::vector<NSCam::Host::LogLine> log;
+};
+
+/// Gets every outcome as soon as it is known.
+class OutcomeConsumer {
+ public:
+    virtual ~OutcomeConsumer() = default;
+
+    /// What a line is about to be answered from, or sets up. Comes before the line's outcome.
+    virtual void prepare(uint64_t /*line*/, Input const& /*input*/) {}
+
+    /// Whatever is written is out when it returns. @throws UserError
+    virtual void consume(Outcome const& outcome) = 0;
+
+    /// The replay is over, by the scenario's end or by a fatal condition. @throws UserError
+    virtual void finish() {}
+};
+
+/// Makes one visitor of several lambdas.
+template <typename... Visitors>
+struct Overloaded : Visitors... {
+    using Visitors::operator()...;
+};
+template <typename... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>;
+
+}  // namespace zoomreplay

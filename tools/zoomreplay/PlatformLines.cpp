@@ -1,0 +1,135 @@
+// Lines that set up the host platform.
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "CustomZoomRatioOverride.h"
+#include "DebugWrapper.h"
+#include "IGenericContainer.h"
+#include "Library.h"
+#include "Operations.h"
+#include "Records.h"
+#include "ULogger.h"
+#include "host/LogSwitches.h"
+#include "host/PropertyStore.h"
+#include "host/SensorTable.h"
+
+namespace zoomreplay {
+
+using namespace NSCam;  // NOLINT(google-build-using-namespace)
+
+// Overloads of read are found beside their Value only.
+static void read(Value const& value, NSCamHW::simplifiedMatrix& result) {
+    std::vector<float> numbers;
+    read(value, numbers);
+    if (numbers.size() != 4) {
+        value.fail("must be [xScale, xOffset, yScale, yOffset]");
+    }
+    result = {numbers[0], numbers[1], numbers[2], numbers[3]};
+}
+
+static void read(Value const& value, Host::SensorModeInfo& result) {
+    MSize size;
+    MRect window;
+    NSCamHW::simplifiedMatrix matrix;
+    Fields fields(value);
+    bool const hasSize = fields.optional("size", size);
+    bool const hasWindow = fields.optional("window", window);
+    bool const hasMatrix = fields.optional("matrix", matrix);
+    fields.finish();
+
+    if (hasWindow && hasMatrix) {
+        fields.fail("has both a window and a matrix");
+    }
+    if (hasWindow && !hasSize) {
+        fields.fail("a window needs a size");
+    }
+    if (hasSize) {
+        result.size = size;
+    }
+    if (hasWindow) {
+        result.fromActive = Host::matrixOfWindow(size, window);
+    } else if (hasMatrix) {
+        result.fromActive = matrix;
+    }
+}
+
+namespace {
+
+std::optional<Answer> property(Fields& fields, Library& /*library*/) {
+    std::string name;
+    int32_t value = 0;
+    fields.required("name", name);
+    fields.required("value", value);
+    fields.finish();
+
+    Host::setProperty(name, value);
+    return std::nullopt;
+}
+
+std::optional<Answer> logger(Fields& fields, Library& /*library*/) {
+    using Utils::ULog::ULogger;
+    uint32_t mode = ULogger::sMode;
+    int32_t detailsLevel = ULogger::sDetailsLevel;
+    uint32_t mask = ULogger::sNormalDetailsMask;
+    std::map<uint8_t, bool> levels;
+    fields.optional("mode", mode);
+    fields.optional("detailsLevel", detailsLevel);
+    fields.optional("normalDetailsMask", mask);
+    fields.optional("levels", levels);
+    fields.finish();
+    if (!levels.empty() && levels.rbegin()->first >= kLogLevelCount) {
+        fields.fail("levels: there is no level " + std::to_string(levels.rbegin()->first));
+    }
+
+    ULogger::sMode = mode;
+    ULogger::sDetailsLevel = detailsLevel;
+    ULogger::sNormalDetailsMask = mask;
+    for (auto const& [level, on] : levels) {
+        Host::setPrintLevel(level, on);
+    }
+    return std::nullopt;
+}
+
+std::optional<Answer> sensor(Fields& fields, Library& library) {
+    int32_t id = 0;
+    Host::SensorModes modes;
+    fields.required("id", id);
+    fields.required("modes", modes);
+    fields.finish();
+
+    library.announce(SensorInput{id, modes});
+    Host::setSensor(id, std::move(modes));
+    return std::nullopt;
+}
+
+// Name and capacity are agreed between the customers and the module.
+std::optional<Answer> publish(Fields& fields, Library& library) {
+    using Container = IGenericContainer<std::shared_ptr<v3::CustomZoomRatioOverride>>;
+    constexpr size_t kCapacity = 3;
+    auto entry = std::make_shared<v3::CustomZoomRatioOverride>();
+    fields.optional("zoomRatio", entry->zoomRatio);
+    fields.optional("enable", entry->enable);
+    fields.finish();
+
+    library.announce(PublishInput{*entry});
+    static auto const kWriter = Container::createWriter("qvxcam-ZoomOverrideMgr", kCapacity, 0);
+    kWriter->publish(std::move(entry));
+    return std::nullopt;
+}
+
+constexpr std::array kOperations{
+    Operation{"property", property},
+    Operation{"logger", logger},
+    Operation{"sensor", sensor},
+    Operation{"publish", publish},
+};
+
+}  // namespace
+
+std::span<Operation const> platformOperations() {
+    return kOperations;
+}
+
+}  // namespace zoomreplay

@@ -1,0 +1,143 @@
+#include "Records.h"
+
+#include <array>
+#include <initializer_list>
+#include <utility>
+
+namespace zoomreplay {
+namespace {
+
+using namespace NSCam;           // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+
+template <typename T>
+void readElements(Value const& value, char const* shape, std::initializer_list<T*> elements) {
+    if (!value.json().is_array() || value.json().size() != elements.size()) {
+        value.fail(std::string("must be ") + shape);
+    }
+    size_t index = 0;
+    for (T* element : elements) {
+        read(Value(value.json()[index], value, index), *element);
+        ++index;
+    }
+}
+
+template <typename Enum>
+using Names = std::initializer_list<std::pair<std::string_view, Enum>>;
+
+template <typename Enum>
+void readEnum(Value const& value, Names<Enum> names, Enum& result) {
+    std::string choices;
+    for (auto const& [name, number] : names) {
+        if (value.json().is_string() && value.json().get_ref<std::string const&>() == name) {
+            result = number;
+            return;
+        }
+        choices.append(", \"").append(name).append("\"");
+    }
+
+    if (!isInteger(value)) {
+        value.fail("must be an integer or one of" + choices.substr(1));
+    }
+    int32_t number = 0;
+    read(value, number);
+    result = static_cast<Enum>(number);
+}
+
+void readHeader(Fields& fields, ZoomOverrideNeedHeader& header) {
+    fields.optional("overrideValid", header.overrideValid);
+    fields.optional("requestNo", header.requestNo);
+    fields.optional("zoomRatio", header.zoomRatio);
+    fields.optional("mode", header.mode);
+}
+
+}  // namespace
+
+void read(Value const& value, MSize& result) {
+    readElements(value, "[w, h]", {&result.w, &result.h});
+}
+
+void read(Value const& value, MRect& result) {
+    readElements(value, "[x, y, w, h]", {&result.x, &result.y, &result.w, &result.h});
+}
+
+void read(Value const& value, MRectF& result) {
+    readElements(value, "[x, y, w, h]", {&result.x, &result.y, &result.w, &result.h});
+}
+
+void read(Value const& value, ZoomOverrideMode& result) {
+    readEnum(value,
+             {{"None", ZoomOverrideMode::None},
+              {"ExternalAPI", ZoomOverrideMode::ExternalAPI},
+              {"ByRequest", ZoomOverrideMode::ByRequest},
+              {"InstantRequest", ZoomOverrideMode::InstantRequest}},
+             result);
+}
+
+void read(Value const& value, OverrideNotice& result) {
+    readEnum(value,
+             {{"default", OverrideNotice::Default}, {"repeating", OverrideNotice::Repeating}},
+             result);
+}
+
+void read(Value const& value, std::shared_ptr<ZoomOverrideSensorInfo>& result) {
+    auto info = std::make_shared<ZoomOverrideSensorInfo>();
+    Fields fields(value);
+    fields.optional("degreeH", info->degreeH);
+    fields.optional("degreeV", info->degreeV);
+    fields.optional("activeArray", info->activeArray);
+    fields.finish();
+    result = std::move(info);
+}
+
+void read(Value const& value, std::shared_ptr<ZoomOverrideSetting>& result) {
+    if (value.json().is_null()) {
+        result = nullptr;
+        return;
+    }
+
+    auto setting = std::make_shared<ZoomOverrideSetting>();
+    Fields fields(value);
+    fields.optional("overrideValid", setting->overrideValid);
+    fields.optional("requestNo", setting->requestNo);
+    fields.optional("zoomRatio", setting->zoomRatio);
+    fields.optional("overrideRect", setting->overrideRect);
+    fields.optional("previewAaCrops", setting->previewAaCrops);
+    fields.optional("extraAaCrops", setting->extraAaCrops);
+    fields.finish();
+    result = std::move(setting);
+}
+
+void read(Value const& value, ZoomOverrideP1Need& result) {
+    Fields fields(value);
+    readHeader(fields, result);
+    fields.optional("tgCrops", result.tgCrops);
+    fields.finish();
+}
+
+void read(Value const& value, ZoomOverrideP2Need& result) {
+    Fields fields(value);
+    readHeader(fields, result);
+    fields.optional("overrideRect", result.overrideRect);
+    fields.optional("streamCrops", result.streamCrops);
+    fields.optional("extraTgCrops", result.extraTgCrops);
+    fields.optional("previewAaCrops", result.previewAaCrops);
+    fields.optional("extraAaCrops", result.extraAaCrops);
+    fields.finish();
+}
+
+void read(Value const& value, ZoomOverride3ANeed& result) {
+    Fields fields(value);
+    readHeader(fields, result);
+    fields.finish();
+}
+
+void read(Value const& value, SensorCropOutput& result) {
+    Fields fields(value);
+    fields.optional("isValid", result.isValid);
+    fields.optional("zoomRatio", result.zoomRatio);
+    fields.optional("sensorCrops", result.sensorCrops);
+    fields.finish();
+}
+
+}  // namespace zoomreplay

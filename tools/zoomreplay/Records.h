@@ -1,0 +1,40 @@
+// Reads the library's records from the values of a scenario line. All throw LineError.
+#pragma once
+
+#include <memory>
+
+#include "CustomZoomRatioOverride.h"
+#include "ISensorCropMapperFactory.h"
+#include "Value.h"
+#include "ZoomOverrideTypes.h"
+
+namespace zoomreplay {
+
+void read(Value const& value, NSCam::MSize& result);
+void read(Value const& value, NSCam::MRect& result);
+void read(Value const& value, NSCam::MRectF& result);
+
+void read(Value const& value, NSCam::Feature::ZoomOverrideMode& result);
+void read(Value const& value, NSCam::Feature::OverrideNotice& result);
+
+void read(Value const& value, std::shared_ptr<NSCam::Feature::ZoomOverrideSensorInfo>& result);
+
+/// null gives an empty pointer.
+void read(Value const& value, std::shared_ptr<NSCam::Feature::ZoomOverrideSetting>& result);
+
+// Fields that are left out keep what result holds.
+void read(Value const& value, NSCam::Feature::ZoomOverrideP1Need& result);
+void read(Value const& value, NSCam::Feature::ZoomOverrideP2Need& result);
+void read(Value const& value, NSCam::Feature::ZoomOverride3ANeed& result);
+void read(Value const& value, NSCam::Feature::SensorCropOutput& result);
+
+/// The fields of a sensor configuration: the manager's and the mapper's are alike.
+template <typename Config>
+Config readSensorConfig(Fields& fields) {
+    Config config;
+    fields.optional("sensorIds", config.sensorIds);
+    fields.optional("sensorInfos", config.sensorInfos);
+    return config;
+}
+
+}  // namespace zoomreplay

@@ -1,0 +1,105 @@
+#include "Replay.h"
+
+#include <android/log.h>
+#include <unistd.h>
+
+#include <utility>
+
+#include "Operations.h"
+#include "Value.h"
+
+namespace zoomreplay {
+namespace {
+
+// liblog's aborter takes no context.
+Replay* theReplay = nullptr;
+
+}  // namespace
+
+Replay::Replay(LineReader& scenario, bool isLogged, std::vector<OutcomeConsumer*> consumers,
+               Progress& progress)
+    : mScenario(scenario),
+      mIsLogged(isLogged),
+      mConsumers(std::move(consumers)),
+      mProgress(progress),
+      mLibrary([this](Input const& input) { announce(input); }) {}
+
+void Replay::run() {
+    theReplay = this;
+    __android_log_set_aborter(onFatal);
+    NSCam::Host::captureLog(mIsLogged);
+
+    while (auto const line = mScenario.next()) {
+        try {
+            replayLine(*line);
+        } catch (LineError const& e) {
+            std::string const op = mOp.empty() ? "" : std::string(mOp) + ": ";
+            throw UserError(mScenario.place() + ": " + op + e.what());
+        }
+        mProgress.tick();
+    }
+    finish();
+}
+
+void Replay::replayLine(std::string_view line) {
+    mOp = {};
+    Json const json = parseObject(line);
+    Value const value(json);
+    Fields fields(value);
+    std::string op;
+    fields.required("op", op);
+    Operation const* const operation = findOperation(op);
+    if (operation == nullptr) {
+        throw LineError(op + ": unknown operation");
+    }
+
+    mOp = operation->name;
+    auto answer = operation->run(fields, mLibrary);
+    if (answer.has_value()) {
+        deliver(std::move(*answer));
+    }
+}
+
+void Replay::announce(Input const& input) {
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->prepare(mScenario.lineNumber(), input);
+    }
+}
+
+void Replay::deliver(Answer answer) {
+    Outcome outcome{mScenario.lineNumber(), mOp, std::move(answer), mIsLogged, {}};
+    if (mIsLogged) {
+        outcome.log = NSCam::Host::takeCapturedLog();
+    }
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->consume(outcome);
+    }
+}
+
+void Replay::finish() {
+    mProgress.clear();
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->finish();
+    }
+}
+
+void Replay::onFatal(char const* text) {
+    theReplay->endFatally(text);
+}
+
+// Runs inside the library, which may hold its lock: it must not be called again, nor destroyed.
+void Replay::endFatally(std::string_view text) {
+    auto status = ExitStatus::Fatal;
+    try {
+        text = text.substr(0, text.find_last_not_of("\r\n") + 1);
+        deliver(FatalAnswer{std::string(text)});
+        finish();
+    } catch (std::exception const& e) {
+        complain(e.what());
+        status = ExitStatus::BadInput;
+    }
+    complain(mScenario.place() + ": " + std::string(mOp) + ": the library stopped the process");
+    _exit(static_cast<int>(status));
+}
+
+}  // namespace zoomreplay

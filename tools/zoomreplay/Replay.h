@@ -1,0 +1,45 @@
+// Replays a scenario line by line.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "Library.h"
+#include "LineReader.h"
+#include "Messages.h"
+#include "Outcome.h"
+#include "Progress.h"
+
+namespace zoomreplay {
+
+/// One a process, as the library's manager is.
+class Replay {
+ public:
+    /// All parameters outlive the replay.
+    Replay(LineReader& scenario, bool isLogged, std::vector<OutcomeConsumer*> consumers,
+           Progress& progress);
+
+    /// Calls the library with every line and hands each outcome to the consumers, in their order,
+    /// before the next line is read. A fatal condition of the library ends the process in here,
+    /// with ExitStatus::Fatal, after the consumers have got it and have finished.
+    /// @throws UserError a bad line, an unreadable scenario, or what a consumer throws.
+    void run();
+
+ private:
+    static void onFatal(char const* text);
+    [[noreturn]] void endFatally(std::string_view text);
+
+    void replayLine(std::string_view line);
+    void announce(Input const& input);
+    void deliver(Answer answer);
+    void finish();
+
+    LineReader& mScenario;
+    bool mIsLogged;
+    std::vector<OutcomeConsumer*> mConsumers;
+    Progress& mProgress;
+    Library mLibrary;
+    std::string_view mOp;  // of the line in hand
+};
+
+}  // namespace zoomreplay

@@ -1,0 +1,26 @@
+// Writes outcomes as the lines of a result file.
+#pragma once
+
+#include <string>
+
+#include "File.h"
+#include "Outcome.h"
+
+namespace zoomreplay {
+
+/// Appends the result line of an outcome, without a line end.
+void appendResultLine(std::string& out, Outcome const& outcome);
+
+class ResultWriter : public OutcomeConsumer {
+ public:
+    /// @param file outlives the writer.
+    explicit ResultWriter(File& file) : mFile(file) {}
+
+    void consume(Outcome const& outcome) override;
+
+ private:
+    File& mFile;
+    std::string mLine;  // kept for its memory
+};
+
+}  // namespace zoomreplay

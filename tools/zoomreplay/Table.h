@@ -1,0 +1,26 @@
+// Shows outcomes to people: a row for each crop query.
+#pragma once
+
+#include <string>
+
+#include "File.h"
+#include "Outcome.h"
+
+namespace zoomreplay {
+
+/// At most 100 columns wide. Coloured on a terminal. Where the log was captured, every outcome has
+/// a row, with its log lines below.
+class Table : public OutcomeConsumer {
+ public:
+    /// @param file outlives the table.
+    explicit Table(File& file) : mFile(file), mIsColoured(file.isTerminal()) {}
+
+    void consume(Outcome const& outcome) override;
+
+ private:
+    File& mFile;
+    bool mIsColoured;
+    bool mHasHeader = false;
+};
+
+}  // namespace zoomreplay
