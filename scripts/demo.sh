@@ -1,0 +1,22 @@
+#!/bin/sh
+# Installs what is missing, builds the library and zoomreplay, and replays an example of each mode.
+set -eu
+cd "$(dirname "$0")/.."
+
+# shellcheck disable=SC2046 # one package a word
+scripts/install-packages.sh $(cat scripts/packages-build.txt)
+
+cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=g++ \
+    -DZOOMOVERRIDE_BUILD_TESTS=OFF
+cmake --build build/demo
+
+replay() {
+    echo
+    echo "== $1: the first lines of $2"
+    sed -n '/^\/\//!q; s/^\/\/ \{0,1\}/   /p' "$2"
+    build/demo/tools/zoomreplay/zoomreplay "$2"
+}
+
+replay "Instant request" examples/instant-pinch-zoom.jsonl
+replay "By request" examples/by-request-session.jsonl
+replay "External API" examples/external-zoom-ramp.jsonl

@@ -1,0 +1,13 @@
+#!/bin/sh
+# Installs what is missing, builds everything and passes the tests. An argument names another preset
+# of CMakePresets.json than "release"; "asan" and "tsan" want Clang, see packages-checks.txt.
+set -eu
+cd "$(dirname "$0")/.."
+
+preset=${1:-release}
+# shellcheck disable=SC2046 # one package a word
+scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt)
+
+cmake --preset "$preset"
+cmake --build --preset "$preset"
+ctest --preset "$preset"
