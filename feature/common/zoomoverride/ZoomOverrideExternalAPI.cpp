@@ -132,45 +132,47 @@ SensorCropOutput ZoomOverrideExternalAPI::mapCrops(v3::CustomZoomRatioOverride c
     return crops;
 }
 
+template <typename Act>
+void ZoomOverrideExternalAPI::forEachStreamingSensor(char const* operation, int32_t requestNo,
+                                                     SensorCrops const& crops, Act act) const {
+    auto const mgr = mMgr.lock();
+    if (!mgr) {
+        ZLOG_ABORT_FOR(operation, "[Zoom Override] the manager is gone");
+    }
+    auto const history = mgr->getHistoryCropNeedData(requestNo);
+    if (!history) {
+        ZLOG_ABORT_FOR(operation, "[Zoom Override] no history of req(%d)", requestNo);
+    }
+    for (auto const& [sensorId, crop] : crops) {
+        auto const sensorMode = lookUp(history->sensorModes, sensorId);
+        if (sensorMode != kSensorNotStreaming) {
+            act(*mgr, static_cast<int32_t>(sensorId), static_cast<int32_t>(sensorMode), crop);
+        }
+    }
+}
+
 bool ZoomOverrideExternalAPI::updateSensorP1Crop(SensorCrops const& crops,
                                                  ZoomOverrideP1Need& need) const {
-    auto const mgr = lockManager(__func__);
-    auto const history = mgr->getHistoryCropNeedData(need.requestNo);
-    if (!history) {
-        ZLOG_ABORT("[Zoom Override] no history of req(%d)", need.requestNo);
-    }
-    for (auto const& [key, crop] : crops) {
-        auto const mode = lookUp(history->sensorModes, key);
-        if (mode == kSensorNotStreaming) {
-            continue;
-        }
-        auto const sensorId = static_cast<int32_t>(key);
-        auto const sensorMode = static_cast<int32_t>(mode);
-        MRect tgCrop;
-        convertToTgDomain(sensorId, sensorMode, crop, tgCrop);
-        need.tgCrops[key] = cropPorts(*mgr, sensorId, sensorMode, tgCrop);
-    }
+    forEachStreamingSensor(
+        __func__, need.requestNo, crops,
+        [&](IZoomOverrideMgr& mgr, int32_t sensorId, int32_t sensorMode, MRect const& crop) {
+            MRect tgCrop;
+            convertToTgDomain(sensorId, sensorMode, crop, tgCrop);
+            need.tgCrops[static_cast<uint32_t>(sensorId)] =
+                cropPorts(mgr, sensorId, sensorMode, tgCrop);
+        });
     return true;
 }
 
 bool ZoomOverrideExternalAPI::updateSensorP2Crop(SensorCrops const& crops,
                                                  ZoomOverrideP2Need& need) const {
-    auto const mgr = lockManager(__func__);
-    auto const history = mgr->getHistoryCropNeedData(need.requestNo);
-    if (!history) {
-        ZLOG_ABORT("[Zoom Override] no history of req(%d)", need.requestNo);
-    }
-    for (auto const& [key, crop] : crops) {
-        auto const mode = lookUp(history->sensorModes, key);
-        if (mode == kSensorNotStreaming) {
-            continue;
-        }
-        // P2 works in the active array: the crop is made to fit, but not converted.
-        MRect fitting = crop;
-        mgr->correctTgCropRegion(static_cast<int32_t>(key), static_cast<int32_t>(mode), false, {},
-                                 fitting);
-        need.streamCrops.try_emplace(key, fitting);
-    }
+    // P2 works in the active array: the crop is made to fit, but not converted.
+    forEachStreamingSensor(
+        __func__, need.requestNo, crops,
+        [&](IZoomOverrideMgr& mgr, int32_t sensorId, int32_t sensorMode, MRect crop) {
+            mgr.correctTgCropRegion(sensorId, sensorMode, false, {}, crop);
+            need.streamCrops.try_emplace(static_cast<uint32_t>(sensorId), crop);
+        });
     return true;
 }
 
@@ -216,15 +218,6 @@ bool ZoomOverrideExternalAPI::convertToTgDomain(int32_t sensorId, int32_t sensor
     }
     tg = active;
     return true;
-}
-
-std::shared_ptr<IZoomOverrideMgr> ZoomOverrideExternalAPI::lockManager(
-    char const* operation) const {
-    auto mgr = mMgr.lock();
-    if (!mgr) {
-        ZLOG_ABORT_FOR(operation, "[Zoom Override] the manager is gone");
-    }
-    return mgr;
 }
 
 }  // namespace NSCam::Feature

@@ -40,8 +40,11 @@ class ZoomOverrideExternalAPI final : public ZoomOverrideBase {
     /// The mapper's answer to an entry; invalid without a mapper.
     SensorCropOutput mapCrops(v3::CustomZoomRatioOverride const& entry) const;
 
-    /// The manager; the process ends when it is gone, in the name of operation.
-    std::shared_ptr<IZoomOverrideMgr> lockManager(char const* operation) const;
+    /// Calls act(manager, sensor id, sensor mode, crop) for each crop whose sensor streams in the
+    /// request. The process ends without a manager or a history record, in the name of operation.
+    template <typename Act>
+    void forEachStreamingSensor(char const* operation, int32_t requestNo, SensorCrops const& crops,
+                                Act act) const;
 
     /// Files the crops of a request under the ports of each sensor, in place of what need had.
     bool updateSensorP1Crop(SensorCrops const& crops, ZoomOverrideP1Need& need) const;
