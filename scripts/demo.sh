@@ -18,5 +18,5 @@ replay() {
 }
 
 replay "Instant request" examples/instant-pinch-zoom.jsonl
-replay "By request" examples/by-request-session.jsonl
+replay "By request" examples/by-request-settings.jsonl
 replay "External API" examples/external-zoom-ramp.jsonl
