@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs what is missing, builds the library and zoomreplay, and replays an example of each mode.
+# Installs what is missing, builds the library and zoomreplay, and replays an example of each mode, as
+# a table and as a report for a browser.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -10,11 +11,16 @@ cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILE
     -DZOOMOVERRIDE_BUILD_TESTS=OFF
 cmake --build build/demo
 
+reports=build/demo/reports
+mkdir -p "$reports"
+
 replay() {
     echo
     echo "== $1: the first lines of $2"
     sed -n '/^\/\//!q; s/^\/\/ \{0,1\}/   /p' "$2"
-    build/demo/tools/zoomreplay/zoomreplay "$2"
+    report="$reports/$(basename "$2" .jsonl).html"
+    build/demo/tools/zoomreplay/zoomreplay "$2" --report "$report"
+    echo "The same to look at, in a browser: $PWD/$report"
 }
 
 replay "Instant request" examples/instant-pinch-zoom.jsonl

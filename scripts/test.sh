@@ -6,7 +6,8 @@ cd "$(dirname "$0")/.."
 
 preset=${1:-release}
 # shellcheck disable=SC2046 # one package a word
-scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt)
+scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
+    scripts/packages-report-test.txt)
 
 cmake --preset "$preset"
 cmake --build --preset "$preset"

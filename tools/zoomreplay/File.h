@@ -38,9 +38,11 @@ class File {
     /// Writes all of text before it returns.
     void write(std::string_view text);
 
+    /// Whether both are one file on the disk.
+    bool isSameFile(File const& other) const;
+
  private:
     File(int descriptor, std::string name);
-    bool isSameFile(File const& other) const;
 
     int mDescriptor;
     std::string mName;

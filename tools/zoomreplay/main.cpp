@@ -6,12 +6,17 @@
 #include <csignal>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "Compare.h"
 #include "Replay.h"
 #include "ResultWriter.h"
 #include "Table.h"
+#include "recording/Recording.h"
+#include "report/Report.h"
+#include "trace/Trace.h"
 
 namespace zoomreplay {
 namespace {
@@ -20,6 +25,9 @@ struct Options {
     std::string scenario;
     std::optional<std::string> results;
     std::optional<std::string> expected;
+    std::optional<std::string> report;
+    std::optional<std::string> trace;
+    std::optional<std::string> requests;
     bool isLogged = false;
 };
 
@@ -31,9 +39,61 @@ Examples:
   zoomreplay pinch.jsonl                                shows the crops as a table
   zoomreplay pinch.jsonl -o - | tail -1                 the last result, as JSON
   zoomreplay pinch.jsonl -o new.jsonl --compare old.jsonl
+  zoomreplay pinch.jsonl --report pinch.html            a page to look at
 
 Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or line,
 3 the library stopped the process.)";
+
+using Files = std::vector<File const*>;
+
+// The outputs of one run must not end up in each other.
+File openSeparateOutput(std::string const& path, Files const& inputs, Files& outputs) {
+    File file = File::openOutput(path, inputs);
+    for (File const* other : outputs) {
+        bool const isStandard = path == "-" && file.name() == other->name();
+        if (isStandard || file.isSameFile(*other)) {
+            throw UserError(file.name() + ": is written to twice");
+        }
+    }
+    return file;
+}
+
+/// The report and the trace of a replay, where they are asked for.
+class Pictures {
+ public:
+    Pictures(Options const& options, Files const& inputs, Files outputs)
+        : mScenario(inputs.front()->name()) {
+        if (options.requests.has_value() && !options.report && !options.trace) {
+            throw UserError("--requests: needs --report or --trace");
+        }
+        RequestRange const range = parseRequestRange(options.requests);
+        std::vector<Recording::Writer> writers;
+        if (options.report.has_value()) {
+            mReport.emplace(openSeparateOutput(*options.report, inputs, outputs));
+            outputs.push_back(&*mReport);
+            writers.emplace_back([this](Recording const& recording) {
+                writeReport(*mReport, recording, mScenario);
+            });
+        }
+        if (options.trace.has_value()) {
+            mTrace.emplace(openSeparateOutput(*options.trace, inputs, outputs));
+            writers.emplace_back(
+                [this](Recording const& recording) { writeTrace(*mTrace, recording, mScenario); });
+        }
+        if (!writers.empty()) {
+            mRecording.emplace(range, options.isLogged, std::move(writers));
+        }
+    }
+
+    /// Null where nothing is asked for.
+    Recording* recording() { return mRecording.has_value() ? &*mRecording : nullptr; }
+
+ private:
+    std::string mScenario;
+    std::optional<File> mReport;
+    std::optional<File> mTrace;
+    std::optional<Recording> mRecording;
+};
 
 ExitStatus replay(Options const& options) {
     if (options.scenario == "-" && options.expected == "-") {
@@ -41,12 +101,13 @@ ExitStatus replay(Options const& options) {
     }
     LineReader scenario(File::openInput(options.scenario));
     std::optional<LineReader> expected;
-    std::vector<File const*> inputs{&scenario.file()};
+    Files inputs{&scenario.file()};
     if (options.expected.has_value()) {
         expected.emplace(File::openInput(*options.expected));
         inputs.push_back(&expected->file());
     }
     File output = File::openOutput(options.results.value_or("-"), inputs);
+    Pictures pictures(options, inputs, {&output});
     Progress progress(scenario, output);
 
     std::unique_ptr<OutcomeConsumer> printer;
@@ -61,12 +122,18 @@ ExitStatus replay(Options const& options) {
         compare.emplace(*expected, scenario.file().name());
         consumers.push_back(&*compare);
     }
+    if (pictures.recording() != nullptr) {
+        consumers.push_back(pictures.recording());
+    }
 
-    Replay session(scenario, options.isLogged, consumers, progress);
+    Replay runner(scenario, options.isLogged, consumers, progress);
     try {
-        session.run();
+        runner.run();
     } catch (UserError const&) {
         progress.clear();
+        if (pictures.recording() != nullptr) {
+            pictures.recording()->finish();  // what came before a bad line is worth a look
+        }
         throw;
     }
     return compare.has_value() && compare->differences() > 0 ? ExitStatus::Different
@@ -92,6 +159,12 @@ ExitStatus run(int argc, char const* const* argv) {
     app.add_flag("--log", options.isLogged, "Show what the library logs");
     app.add_option("--compare", options.expected, "Compare the results with an earlier result file")
         ->type_name("EXPECTED");
+    app.add_option("--report", options.report, "Write a page that shows the crops, for a browser")
+        ->type_name("FILE.html");
+    app.add_option("--trace", options.trace, "Write a trace event file, for a trace viewer")
+        ->type_name("FILE.json");
+    app.add_option("--requests", options.requests, "Limit report and trace to these requests")
+        ->type_name("A-B");
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& e) {

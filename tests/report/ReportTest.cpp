@@ -1,0 +1,250 @@
+// What a report's page carries.
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+#include <regex>
+
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr std::string_view kDataBegin = R"(<script id="data" type="application/json">)";
+
+// An IMX708 whose mode reads the whole array at half its scale, and a wider sensor beside it.
+constexpr std::string_view kExternal =
+    R"({"op":"sensor","id":0,"modes":{"1":{"size":[2304,1296],"window":[0,0,4608,2592]}}}
+{"op":"sensor","id":1,"modes":{"1":{"size":[2304,1296],"window":[0,0,4608,2592]}}}
+{"op":"initialize","mode":"ExternalAPI"}
+{"op":"configSensorInfo","sensorIds":[0,1],"sensorInfos":{"0":{"degreeH":90,"degreeV":60,"activeArray":[0,0,4608,2592]},"1":{"degreeH":120,"degreeV":90,"activeArray":[0,0,4608,2592]}}}
+{"op":"configSensorBehaviorInfo","portSizes":{"0":{"1":[2304,1296]},"1":{"1":[2304,1296]}}}
+)";
+
+class ReportTest : public ToolTest {
+ protected:
+    json dataOf(std::string const& file) const {
+        std::string const page = read(file);
+        auto const begin = page.find(kDataBegin);
+        EXPECT_NE(begin, std::string::npos);
+        auto const text = page.substr(begin + kDataBegin.size());
+        return json::parse(text.substr(0, text.find("</script>")));
+    }
+
+    json report(std::string const& scenario, std::vector<std::string> more = {}) const {
+        more.insert(more.end(), {"--report", "r.html"});
+        replay(scenario, more);
+        return dataOf("r.html");
+    }
+};
+
+std::string deposit(int requestNo, std::string const& more = R"(,"sensorModes":{"0":1,"1":1})") {
+    return R"({"op":"setRunTimeCropNeedData","requestNo":)" + std::to_string(requestNo) + more +
+           "}\n";
+}
+
+std::string ask(std::string const& stage, int requestNo, std::string const& ratio,
+                std::string const& more = "") {
+    return R"({"op":"get)" + stage + R"(CropSetting","requestNo":)" + std::to_string(requestNo) +
+           R"(,"zoomRatio":)" + ratio + more + "}\n";
+}
+
+std::string done(int requestNo) {
+    return R"({"op":"onRequestDone","requestNo":)" + std::to_string(requestNo) + "}\n";
+}
+
+std::string publish(std::string const& ratio) {
+    return R"({"op":"publish","enable":true,"zoomRatio":)" + ratio + "}\n";
+}
+
+// One stream of 640x360 at port 0x7001 and a custom crop for it.
+std::string instant(int requestNo, std::string const& crop) {
+    return deposit(requestNo,
+                   R"(,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[640,360]})") +
+           R"({"op":"storeOverrideSetting","metadata":{"zoomRatio":1,"customStreamCrops":[0,)" +
+           crop + R"(]},"streamIdMap":{"0":"0x70010000000000"}})" + "\n";
+}
+
+// Sensor 0: half of the width at 90 degrees, 2 atan(1 / 2) = 53.130; half of the height at 60,
+// 2 atan(tan 30 / 2) = 32.204. Sensor 1: tan 60 = 1.73205, so 4608 / (1.73205 * 2) = 1330.2, in TG
+// 665: 2 atan(1.73205 * 1330 / 4608) = 2 atan 0.499919 = 53.123; tan 45 / tan 30 = 1.73205,
+// 2592 / 3.4641 = 748.2, in TG 374: 2 atan(748 / 2592) = 32.194.
+TEST_F(ReportTest, TellsTheAnglesThatTgCropsLeave) {
+    auto const data =
+        report(std::string(kExternal) + publish("2") + deposit(1) + ask("P1", 1, "4"));
+
+    auto const& crops = data["requests"][0]["queries"][0]["crops"];
+    ASSERT_EQ(crops.size(), 2U);
+    EXPECT_EQ(crops[0]["c"], json({576, 324, 1152, 648}));
+    EXPECT_EQ(crops[0]["p"], json({0x7001, 0x7002}));
+    EXPECT_NEAR(crops[0]["deg"][0], 53.130, 0.001);
+    EXPECT_NEAR(crops[0]["deg"][1], 32.204, 0.001);
+    EXPECT_EQ(crops[0]["diff"], json({0.0, 0.0}));
+    EXPECT_NEAR(crops[1]["deg"][0], 53.123, 0.001);
+    EXPECT_NEAR(crops[1]["deg"][1], 32.194, 0.001);
+    EXPECT_NEAR(crops[1]["diff"][0], -0.007, 0.001);
+    EXPECT_EQ(data["rigs"][0]["master"], 0);
+}
+
+// P2 crops of this mode stay in the active array: 4608 / 1.5 = 3072 and 1728 at (768, 432) exceed
+// the mode's 2304x1296 and shrink to it. The angle is half the array's all the same.
+TEST_F(ReportTest, TellsTheAnglesAndTheRequestOfP2CropsInTheActiveArray) {
+    auto const data =
+        report(std::string(kExternal) + publish("1.5") + deposit(1) + ask("P2", 1, "1"));
+
+    auto const& crop = data["requests"][0]["queries"][0]["crops"][0];
+    EXPECT_EQ(crop["c"], json({0, 0, 2304, 1296}));
+    EXPECT_EQ(crop["asked"], json({768, 432, 3072, 1728}));
+    EXPECT_FALSE(crop.contains("tg"));
+    EXPECT_NEAR(crop["deg"][0], 53.130, 0.001);
+}
+
+TEST_F(ReportTest, TellsWhatWasAskedForOnlyWhereItWasCorrected) {
+    auto const data = report(std::string(kSensor) +
+                             R"({"op":"initialize","mode":"InstantRequest"})"
+                             "\n" +
+                             instant(1, "3000,2000,800,450") + ask("P1", 1, "2") +   // too small
+                             instant(2, "1000,501,1501,1001") + ask("P1", 2, "2"));  // only cut
+
+    auto const& small = data["requests"][0]["queries"][0]["crops"][0];
+    EXPECT_EQ(small["asked"], json({1500, 1000, 400, 225}));
+    EXPECT_EQ(small["min"], json({640, 360}));
+    auto const& fitting = data["requests"][1]["queries"][0]["crops"][0];
+    EXPECT_EQ(fitting["c"], json({500, 250, 750, 500}));
+    EXPECT_FALSE(fitting.contains("asked"));
+}
+
+// No angles, no active array: what the modes read out stands for it. 1152 of 2304 is one half.
+TEST_F(ReportTest, WithoutAnglesTellsThePartOfTheSensor) {
+    auto const data = report(std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"}
+{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[1152,648,2304,1296]}}}
+)" + deposit(1) + ask("P2", 1, "1"));
+
+    auto const& crop = data["requests"][0]["queries"][0]["crops"][0];
+    EXPECT_EQ(crop["share"], 0.5);
+    EXPECT_EQ(crop["area"], json({1152.0, 648.0, 2304.0, 1296.0}));
+    EXPECT_FALSE(crop.contains("deg"));
+    EXPECT_EQ(data["rigs"][0]["sensors"]["0"]["unconfigured"], true);
+}
+
+// The first answer is kept until the request is done, and a new one made for the number afterwards.
+TEST_F(ReportTest, TellsAnswersFromTheCache) {
+    auto const data = report(
+        std::string(kExternal) + publish("2") + deposit(1) + ask("P1", 1, "4") + publish("3") +
+        ask("P1", 1, "4", R"(,"sensorId":1)") + done(1) + deposit(1) + ask("P1", 1, "4"));
+
+    ASSERT_EQ(data["requests"].size(), 2U);
+    auto const& queries = data["requests"][0]["queries"];
+    ASSERT_EQ(queries.size(), 2U);
+    EXPECT_FALSE(queries[0].contains("cached"));
+    EXPECT_EQ(queries[1]["cached"], true);
+    EXPECT_EQ(queries[1]["crops"], queries[0]["crops"]);
+    EXPECT_FALSE(data["requests"][1]["queries"][0].contains("cached"));
+}
+
+TEST_F(ReportTest, KeepsToTheRequestsOfARange) {
+    std::string scenario = std::string(kExternal) + publish("2");
+    for (int i = 1; i <= 9; ++i) {
+        scenario += deposit(i) + ask("P1", i, "4") + done(i);
+    }
+    auto const data = report(scenario, {"--requests", "3-4"});
+
+    ASSERT_EQ(data["requests"].size(), 2U);
+    EXPECT_EQ(data["requests"][0]["no"], 3);
+    EXPECT_EQ(data["requests"][1]["no"], 4);
+    EXPECT_EQ(data["total"], 9);
+}
+
+TEST_F(ReportTest, AFatalConditionStandsAtItsRequest) {
+    write("s.jsonl", std::string(kExternal) + deposit(1) + deposit(2) + ask("3A", 1, "2"));
+    auto const run = this->run({"s.jsonl", "-o", "-", "--report", "r.html", "--trace", "t.json"});
+
+    EXPECT_EQ(run.status, 3);
+    auto const data = dataOf("r.html");
+    EXPECT_EQ(data["fatal"]["line"], 8);
+    EXPECT_EQ(data["fatal"]["at"], 0);
+    EXPECT_EQ(data["requests"][0]["queries"][0]["state"], "fatal");
+    EXPECT_TRUE(json::accept(read("t.json")));
+}
+
+TEST_F(ReportTest, ABadLineStillGivesTheReportOfTheLinesBefore) {
+    auto const data = report(std::string(kExternal) + publish("2") + deposit(1) +
+                             ask("P1", 1, "4") + R"({"op":"nonsense"})");
+
+    EXPECT_EQ(data["requests"][0]["queries"][0]["state"], "overridden");
+}
+
+// Of objects, which the system puts elsewhere in each process.
+std::string withoutAddresses(std::string const& log) {
+    static std::regex const kAddress("0x[0-9a-f]{8,}");
+    return std::regex_replace(log, kAddress, "0x");
+}
+
+// The report asks a mapper of its own what was wanted; none of that may be seen.
+TEST_F(ReportTest, ResultsAndLogAreTheSameWithAReport) {
+    std::string const scenario = R"({"op":"logger","detailsLevel":5})"
+                                 "\n" +
+                                 std::string(kExternal) + publish("2") + deposit(1) +
+                                 ask("P1", 1, "4") + ask("P2", 1, "1");
+    auto const plain = replay(scenario, {"--log"});
+    auto const reported = replay(scenario, {"--log", "--report", "r.html"});
+
+    EXPECT_TRUE(withoutAddresses(reported.out) == withoutAddresses(plain.out));
+    EXPECT_THAT(read("r.html"), HasSubstr("appCropRegion"));
+}
+
+TEST_F(ReportTest, TextsOfTheScenarioCannotLeaveTheData) {
+    std::string const name = "<!--<script>\u2028.jsonl";
+    write(name, std::string(kSensor) + deposit(1));
+    run({name, "-o", "out", "--report", "r.html"});
+
+    EXPECT_THAT(read("r.html"), Not(HasSubstr("<!--")));
+    EXPECT_EQ(dataOf("r.html")["scenario"], name);
+}
+
+TEST_F(ReportTest, AThousandRequestsFitInAMebibyte) {
+    std::string scenario(kExternal);
+    for (int i = 1; i <= 1000; ++i) {
+        scenario += publish("1.2345") + deposit(i) + ask("P1", i, "1.2346") +
+                    ask("P2", i, "1.2344") + done(i);
+    }
+    report(scenario);
+
+    EXPECT_LT(read("r.html").size(), 1U << 20U);
+}
+
+struct BadUsage {
+    std::vector<std::string> arguments;
+    char const* message;
+};
+
+void PrintTo(BadUsage const& usage, std::ostream* out) {
+    *out << usage.message;
+}
+
+class ReportUsageTest : public ToolTest, public testing::WithParamInterface<BadUsage> {};
+
+TEST_P(ReportUsageTest, IsRefusedAndNoInputIsLost) {
+    write("s.jsonl", kModeLine);
+    auto const run = this->run(GetParam().arguments);
+
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, HasSubstr(GetParam().message));
+    EXPECT_EQ(read("s.jsonl"), kModeLine);
+}
+
+BadUsage const kBadUsages[] = {
+    {{"s.jsonl", "--requests", "1-2"}, "--requests: needs --report or --trace"},
+    {{"s.jsonl", "--report", "r", "--requests", "2-1"}, "2-1: ends before it begins"},
+    {{"s.jsonl", "--report", "r", "--requests", "1-"}, "1-: must be A-B or A"},
+    {{"s.jsonl", "--report", "s.jsonl"}, "s.jsonl: is also read from"},
+    {{"s.jsonl", "-o", "x", "--trace", "./x"}, "./x: is written to twice"},
+    {{"s.jsonl", "--report", "-"}, "<stdout>: is written to twice"},
+};
+INSTANTIATE_TEST_SUITE_P(All, ReportUsageTest, testing::ValuesIn(kBadUsages));
+
+}  // namespace
+}  // namespace zoomreplay::test

@@ -1,0 +1,55 @@
+// How much of what a sensor sees a crop leaves.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+
+#include "ZoomOverrideTypes.h"
+#include "host/SensorTable.h"
+
+namespace zoomreplay {
+
+/// The sensors of a camera as a stretch of the scenario describes them, by sensor id.
+struct Rig {
+    std::map<uint32_t, NSCam::Host::SensorModes> modes;
+    std::map<uint32_t, NSCam::Feature::ZoomOverrideSensorInfo> infos;
+    std::optional<uint32_t> master;
+};
+
+/// A rectangle of the active array with fractions of pixels: x, y, w, h.
+using ActiveRect = std::array<double, 4>;
+
+/// Whether the scenario configures a sensor's active array.
+bool hasConfiguredArray(Rig const& rig, uint32_t sensorId);
+
+/// The active array of a sensor: the configured one, or else the smallest that holds what all of
+/// its modes read out. Empty where neither is known.
+std::optional<ActiveRect> activeArrayOf(Rig const& rig, uint32_t sensorId);
+
+/// The part of the active array that a mode reads out; empty without its size and matrix.
+std::optional<ActiveRect> readoutOf(NSCam::Host::SensorModeInfo const& mode);
+
+/// The mode of a sensor; null when the scenario does not define it.
+NSCam::Host::SensorModeInfo const* findMode(Rig const& rig, uint32_t sensorId, uint32_t mode);
+
+enum class Domain { ActiveArray, Tg };
+
+/// What a crop leaves of a sensor's view.
+struct View {
+    ActiveRect area;                 ///< the crop, in the active array
+    double share;                    ///< its width to the active array's
+    std::optional<double> degreesH;  ///< empty where no angles are configured
+    std::optional<double> degreesV;
+};
+
+/// A lens draws the tangent of an angle as a distance from the centre, so a crop of width w out of
+/// an array of width W and angle A leaves 2 atan(tan(A / 2) w / W). That is exact for crops on the
+/// optical axis; one beside it sees a little less.
+/// @param mode the sensor's mode, which maps a TG crop back to the active array.
+/// @return empty when the array or, for a TG crop, the mode's matrix is not known.
+std::optional<View> viewOf(Rig const& rig, uint32_t sensorId, uint32_t mode,
+                           NSCam::MRect const& crop, Domain domain);
+
+}  // namespace zoomreplay

@@ -1,0 +1,29 @@
+#include "Report.h"
+
+#include <string_view>
+
+#include "Page.h"
+#include "ReportData.h"
+
+namespace zoomreplay {
+namespace {
+
+void replace(std::string& text, std::string_view mark, std::string_view part) {
+    auto const place = text.find(mark);
+    if (place != std::string::npos) {
+        text.replace(place, mark.size(), part);
+    }
+}
+
+}  // namespace
+
+// The data goes in last: what it holds must not be taken for a mark.
+void writeReport(File& file, Recording const& recording, std::string const& scenario) {
+    std::string page = kPageHtml;
+    replace(page, "/* report.css */", kPageStyle);
+    replace(page, "/* report.js */", kPageScript);
+    replace(page, "/* data */", reportData(recording, scenario));
+    file.write(page);
+}
+
+}  // namespace zoomreplay
