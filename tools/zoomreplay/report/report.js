@@ -646,8 +646,8 @@
     document.title = `${name} \u2013 zoom report`;
     $('title').textContent = name;
     const modes = [...new Set(requests.map((request) => modeName(request.mode)))].join(', ');
-    const shown = requests.length === data.total ? `${data.total} requests` :
-      `${requests.length} of ${data.total} requests`;
+    const total = `${data.total} ${data.total === 1 ? 'request' : 'requests'}`;
+    const shown = requests.length === data.total ? total : `${requests.length} of ${total}`;
     $('about').textContent = [modes, shown, `${indices(isOverridden).length} overridden`].filter(Boolean).join(' \u00b7 ');
     if (data.fatal) {
       $('fatal').hidden = false;
