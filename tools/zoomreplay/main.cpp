@@ -14,6 +14,7 @@
 #include "Replay.h"
 #include "ResultWriter.h"
 #include "Table.h"
+#include "import/Commands.h"
 #include "recording/Recording.h"
 #include "report/Report.h"
 #include "trace/Trace.h"
@@ -34,6 +35,8 @@ struct Options {
 constexpr char const* kExample = R"(A scenario has one JSON object a line, such as
   {"op": "sensor", "id": 0, "modes": {"1": {"size": [4000, 3000]}}}
   {"op": "correctTgCropRegion", "sensorId": 0, "sensorMode": 1, "crop": [3500, 0, 1000, 750]}
+
+or is made from what a phone prints: see import-rig --help.
 
 Examples:
   zoomreplay pinch.jsonl                                shows the crops as a table
@@ -148,6 +151,11 @@ void silenceProcess() {
 }
 
 ExitStatus run(int argc, char const* const* argv) {
+    if (isImportCommand(argc, argv)) {
+        silenceProcess();
+        return runImportCommand(argc, argv);
+    }
+
     Options options;
     CLI::App app("Replays request traces through the zoom override library and shows its crops.",
                  "zoomreplay");
