@@ -36,7 +36,7 @@ constexpr char const* kExample = R"(A scenario has one JSON object a line, such 
   {"op": "sensor", "id": 0, "modes": {"1": {"size": [4000, 3000]}}}
   {"op": "correctTgCropRegion", "sensorId": 0, "sensorMode": 1, "crop": [3500, 0, 1000, 750]}
 
-or is made from what a phone prints: see import-rig --help.
+or is made from what a phone prints: see import-rig --help and import-watch --help.
 
 Examples:
   zoomreplay pinch.jsonl                                shows the crops as a table

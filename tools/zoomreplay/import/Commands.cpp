@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "ImportRig.h"
+#include "ImportWatch.h"
 
 namespace zoomreplay {
 namespace {
@@ -16,6 +17,7 @@ struct Command {
 
 constexpr std::array kCommands{
     Command{"import-rig", importRig},
+    Command{"import-watch", importWatch},
 };
 
 Command const* findCommand(int argc, char const* const* argv) {

@@ -19,7 +19,9 @@ constexpr char const* kFooter = R"(With a phone connected:
 The phone prints the characteristics of each camera, also of those behind a logical one. Sensor
 lines come out for all cameras; the first logical camera is configured, its main sensor as the
 master: the first of its physical cameras with its focal length and physical size. Angles of view
-are computed from both. A camera that lacks something is left out, and the reason told.)";
+are computed from both. A camera that lacks something is left out, and the reason told.
+
+Then record a zoom: zoomreplay import-watch --help)";
 
 }  // namespace
 

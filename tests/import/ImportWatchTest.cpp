@@ -1,0 +1,362 @@
+// import-watch: a scenario out of what an application asked of the camera.
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+// The wide sensor 0 is the master: half its angle of view has the tangent 1. That of sensor 1 has
+// 1/2, on half as many pixels: both have as many pixels for the same view.
+constexpr std::string_view kSensors =
+    R"({"op": "sensor", "id": 1, "modes": {"2": {"size": [1000, 750], "window": [0, 0, 2000, 1500]}}}
+{"op": "sensor", "id": 0, "modes": {"1": {"size": [2000, 1500], "window": [4, 4, 4000, 3000]}, "0": {"size": [4000, 3000], "matrix": [1, -4, 1, -4]}}}
+)";
+constexpr std::string_view kConfig =
+    R"({"op": "configSensorInfo", "sensorIds": [0, 1], "sensorInfos": {"0": {"degreeH": 90, "degreeV": 90, "activeArray": [4, 4, 4000, 3000]}, "1": {"degreeH": 53.130102, "degreeV": 53.130102, "activeArray": [0, 0, 2000, 1500]}}}
+)";
+constexpr std::string_view kDeposits[] = {
+    R"({"op": "setRunTimeCropNeedData", "requestNo": 1, "sensorModes": {"0": 0, "1": 2}, "streamSizes": {"0x70010000000000": [1000, 750], "0x70010100000000": [250, 187]}}
+)",
+    R"({"op": "setRunTimeCropNeedData", "requestNo": 2, "notice": "repeating"}
+)"};
+
+constexpr std::string_view kTwoFrames =
+    "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+    "f9:0ns: REQ:android.control.zoomRatio: [4.00000000]\n";
+
+class ImportWatchTest : public ToolTest {
+ protected:
+    ImportWatchTest() { write("rig.jsonl", std::string(kSensors) + std::string(kConfig)); }
+
+    ToolRun import(std::string_view log, std::string const& mode = "InstantRequest") const {
+        write("zoom.log", log);
+        return run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", mode});
+    }
+
+    /// The metadata's zoom and crops in each request of a log.
+    std::vector<std::string> overrides(std::string_view log) const {
+        std::vector<std::string> found;
+        std::string const scenario = import(log).out;
+        constexpr std::string_view kName = "\"metadata\": ";
+        for (auto begin = scenario.find(kName); begin != std::string::npos;
+             begin = scenario.find(kName, begin)) {
+            begin += kName.size();
+            found.push_back(scenario.substr(begin, scenario.find('}', begin) + 1 - begin));
+        }
+        return found;
+    }
+
+    static std::string withoutHead(std::string const& scenario) {
+        return scenario.substr(scenario.find("{\"op\": \"initialize\""));
+    }
+};
+
+std::string join(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (auto const part : parts) {
+        text += part;
+    }
+    return text;
+}
+
+// 2x leaves (1000, 750)/2000x1500 of the master, 4x (1500, 1125)/1000x750; its array begins at
+// (4, 4). Sensor 1 sees 2000x1500 around its centre, which is all of it, and 1000x750.
+TEST_F(ImportWatchTest, InstantRequestStoresWhatTheFrameBeforeAsked) {
+    constexpr std::string_view kStore =
+        R"({"op": "storeOverrideSetting", "metadata": {"zoomRatio": 2, "customStreamCrops": [0, 1004, 754, 2000, 1500, 1, 0, 0, 2000, 1500]}, "streamIdMap": {"0": "0x70010000000000", "1": "0x70010100000000"}}
+)";
+    auto const scenario = import(kTwoFrames).out;
+
+    EXPECT_EQ(withoutHead(scenario),
+              join({"{\"op\": \"initialize\", \"mode\": \"InstantRequest\"}\n", kConfig,
+                    "// Frame 7\n", kStore, kDeposits[0],
+                    R"({"op": "getP1CropSetting", "requestNo": 1, "zoomRatio": 2, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 1}
+// Frame 9
+)",
+                    kStore, kDeposits[1],
+                    R"({"op": "getP1CropSetting", "requestNo": 2, "zoomRatio": 4, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 2}
+)"}));
+
+    // 2x against 4x: (1000, 750)/2000x1500 in the master's mode, which has scale 1 and begins with
+    // the array; half of 2000x1500 in the other's.
+    auto const results = replay(scenario);
+    EXPECT_EQ(results.status, 0);
+    EXPECT_THAT(
+        results.out,
+        HasSubstr(
+            R"("tgCrops": {"0": {"0x7001": [1000, 750, 2000, 1500]}, "1": {"0x7001": [0, 0, 1000, 750]}})"));
+}
+
+TEST_F(ImportWatchTest, ByRequestStoresWhatTheFrameToComeAsks) {
+    constexpr std::string_view kCrops =
+        R"("zoomRatio": 4, "overrideRect": [1504, 1129, 1000, 750], "previewAaCrops": {"0": [1504, 1129, 1000, 750], "1": [500, 375, 1000, 750]}}}
+)";
+    auto const scenario = import(kTwoFrames, "ByRequest").out;
+
+    EXPECT_EQ(
+        withoutHead(scenario),
+        join(
+            {"{\"op\": \"initialize\", \"mode\": \"ByRequest\"}\n", kConfig, "// Frame 7\n",
+             R"({"op": "storeOverrideSetting", "requestNo": 2, "setting": {"overrideValid": true, "requestNo": 2, )",
+             kCrops, kDeposits[0],
+             R"({"op": "getP1CropSetting", "requestNo": 1, "zoomRatio": 2, "sensorId": 0}
+{"op": "getP2CropSetting", "requestNo": 1, "zoomRatio": 2, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 1}
+// Frame 9
+{"op": "storeOverrideSetting", "requestNo": 3, "setting": {"overrideValid": true, "requestNo": 3, )",
+             kCrops, kDeposits[1],
+             R"({"op": "getP1CropSetting", "requestNo": 2, "zoomRatio": 4, "sensorId": 0}
+{"op": "getP2CropSetting", "requestNo": 2, "zoomRatio": 4, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 2}
+)"}));
+
+    auto const results = replay(scenario);
+    EXPECT_EQ(results.status, 0);
+    EXPECT_THAT(
+        results.out,
+        HasSubstr(R"("streamCrops": {"0": [1500, 1125, 1000, 750], "1": [250, 187, 500, 375]})"));
+}
+
+TEST_F(ImportWatchTest, ExternalApiPublishesWhatTheFrameBeforeAsked) {
+    auto const scenario = import(kTwoFrames, "ExternalAPI").out;
+
+    EXPECT_EQ(
+        withoutHead(scenario),
+        join(
+            {"{\"op\": \"initialize\", \"mode\": \"ExternalAPI\"}\n", kConfig,
+             R"({"op": "configSensorBehaviorInfo", "portSizes": {"0": {"1": [4000, 3000]}, "1": {"1": [1000, 750]}}}
+// Frame 7
+{"op": "publish", "zoomRatio": 2, "enable": true}
+)",
+             kDeposits[0],
+             R"({"op": "getP1CropSetting", "requestNo": 1, "zoomRatio": 2, "sensorId": 0}
+{"op": "getP2CropSetting", "requestNo": 1, "zoomRatio": 2, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 1}
+// Frame 9
+{"op": "publish", "zoomRatio": 2, "enable": true}
+)",
+             kDeposits[1],
+             R"({"op": "getP1CropSetting", "requestNo": 2, "zoomRatio": 4, "sensorId": 0}
+{"op": "getP2CropSetting", "requestNo": 2, "zoomRatio": 4, "sensorId": 0}
+{"op": "onRequestDone", "requestNo": 2}
+)"}));
+    EXPECT_EQ(replay(scenario).status, 0);
+}
+
+TEST_F(ImportWatchTest, RigsOwnPortsStay) {
+    constexpr std::string_view kPorts =
+        R"({"op": "configSensorBehaviorInfo", "portSizes": {"0": {"3": [4000, 3000]}}})"
+        "\n";
+    write("rig.jsonl", join({kSensors, kConfig, kPorts}));
+    auto const scenario = import(kTwoFrames, "ExternalAPI").out;
+
+    EXPECT_EQ(withoutHead(scenario).find("configSensorBehaviorInfo"),
+              withoutHead(scenario).rfind("configSensorBehaviorInfo"));
+    EXPECT_THAT(scenario, HasSubstr(kPorts));
+}
+
+// Frame 3 crops inside the 4x that hold on. On the master (0, 0)/400x300 shrinks to 100x75 from
+// (1500, 1125) on, on sensor 1 from (500, 375) on. Frame 4 goes back to 1x: sensor 1's view begins
+// 1000 to the right and 750 below the master's, so that it sees none of the region. In frame 5 it
+// does: the region's 1000 pixels less 500 that are outside, 750 less 375.
+TEST_F(ImportWatchTest, CropRegionLiesInsideTheZoomAndBothHold) {
+    auto const found = overrides(
+        "\xEF\xBB\xBF"
+        "f2:0ns: REQ:android.control.zoomRatio: [4.00000000]\r\n"
+        "f3:0ns: REQ:android.scaler.cropRegion: [0 0 400 300 ]\r\n"
+        "f4:0ns: REQ:android.control.zoomRatio: [1.00000000]\r\n"
+        "f5:0ns: REQ:android.scaler.cropRegion: [500 375 1000 750 ]\r\n"
+        "f6:0ns: REQ:android.scaler.cropRegion: [0 0 4000 3000 ]\r\n");
+
+    constexpr char const* kWhole4x =
+        R"({"zoomRatio": 4, "customStreamCrops": [0, 1504, 1129, 1000, 750, 1, 500, 375, 1000, 750]})";
+    EXPECT_THAT(
+        found,
+        testing::ElementsAre(
+            kWhole4x, kWhole4x,
+            R"({"zoomRatio": 4, "customStreamCrops": [0, 1504, 1129, 100, 75, 1, 500, 375, 100, 75]})",
+            R"({"zoomRatio": 1, "customStreamCrops": [0, 4, 4, 400, 300]})",
+            R"({"zoomRatio": 1, "customStreamCrops": [0, 504, 379, 1000, 750, 1, 0, 0, 500, 375]})"));
+}
+
+struct Log {
+    char const* name;
+    std::string_view text;
+    char const* asked;  ///< zoom ratio of each request
+    char const* error;
+};
+
+void PrintTo(Log const& log, std::ostream* out) {
+    *out << log.name;
+}
+
+class WatchLogTest : public ImportWatchTest, public testing::WithParamInterface<Log> {};
+
+TEST_P(WatchLogTest, GivesOneRequestForEachLoggedFrame) {
+    auto const result = import(GetParam().text);
+    std::string asked;
+    constexpr std::string_view kQuery = "getP1CropSetting";
+    constexpr std::string_view kRatio = "\"zoomRatio\": ";
+    for (auto at = result.out.find(kQuery); at != std::string::npos;
+         at = result.out.find(kQuery, at + 1)) {
+        auto const begin = result.out.find(kRatio, at) + kRatio.size();
+        asked += result.out.substr(begin, result.out.find(',', begin) - begin) + ' ';
+    }
+
+    EXPECT_EQ(asked, GetParam().asked);
+    EXPECT_EQ(result.err, GetParam().error);
+    EXPECT_EQ(result.status, asked.empty() ? 2 : 0);
+}
+
+Log const kLogs[] = {
+    {"nothing", "", "", "zoom.log: has no frame with a zoom ratio or a crop region\n"},
+    {"no camera open", "Watching...\n", "",
+     "zoom.log: has no frame with a zoom ratio or a crop region\n"},
+    {"ratio not logged", "f1:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n", "1 ", ""},
+    {"headings, results, other tags and prefixes",
+     "Watching 2 tags\n\n"
+     "f1:0ns: REQ:android.control.aeMode: [ON ]\n"
+     "f1:5ns: RES:android.control.zoomRatio: [3.00000000]\n"
+     "0:some.app:f1:0ns: REQ:android.control.zoomRatio: [1.50000000]\n",
+     "1.5 ", ""},
+    {"newest first",
+     "f9:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
+     "f8:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n"
+     "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n",
+     "2 2 3 ", ""},
+    {"two sessions",
+     "f8:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+     "f9:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
+     "f0:0ns: REQ:android.control.zoomRatio: [4.00000000]\n"
+     "f1:0ns: REQ:android.control.zoomRatio: [5.00000000]\n",
+     "2 3 4 5 ", ""},
+    {"values that make no sense",
+     "f1:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+     "f2:0ns: REQ:android.control.zoomRatio: [1.000000002.00000000]\n"
+     "f3:0ns: REQ:android.control.zoomRatio: [0.00000000]\n"
+     "f4:0ns: REQ:android.control.zoomRatio: [nan]\n"
+     "f5:0ns: REQ:android.control.zoomRatio:\n"
+     "f6:0ns: REQ:android.scaler.cropRegion: [0 0 0 30 ]\n"
+     "f99999999999999999999:0ns: REQ:android.control.zoomRatio: [9.00000000]\n"
+     "f8:0ns: REQ:android.control.zoomRatio: [3.00000000]\n",
+     "2 3 ", "zoom.log:2: is not one positive number; lines left out in all: 5\n"},
+};
+INSTANTIATE_TEST_SUITE_P(All, WatchLogTest, testing::ValuesIn(kLogs));
+
+struct BadRig {
+    std::string rig;
+    char const* message;
+};
+
+void PrintTo(BadRig const& rig, std::ostream* out) {
+    *out << rig.message;
+}
+
+class BadRigTest : public ImportWatchTest, public testing::WithParamInterface<BadRig> {};
+
+TEST_P(BadRigTest, IsTold) {
+    write("rig.jsonl", GetParam().rig);
+    auto const result = import(kTwoFrames);
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "rig.jsonl:" + std::string(GetParam().message) + "\n");
+}
+
+std::string sensor(std::string const& mode) {
+    return R"({"op":"sensor","id":0,"modes":{"0":)" + mode + "}}\n" + std::string(kConfig);
+}
+
+std::string config(std::string const& id, std::string const& info) {
+    return std::string(kSensors) + R"({"op":"configSensorInfo","sensorIds":[)" + id +
+           R"(],"sensorInfos":{)" + info + "}}\n";
+}
+
+BadRig const kBadRigs[] = {
+    {"{",
+     "1: column 2: syntax error while parsing object key - unexpected end of input; expected "
+     "string literal"},
+    {"{\"op\": \"initialize\", \"mode\": 1}", "1: initialize: does not belong into a rig"},
+    {sensor(R"({"size":[4,3]})"), "1: modes.0: has neither a window nor a matrix"},
+    {sensor(R"({"size":[4,0],"window":[0,0,4,3]})"), "1: modes.0: size: must be an area"},
+    {std::string(kSensors), " no configSensorInfo line names a sensor"},
+    {std::string(kConfig), " sensor 0: is configured, but no sensor line gives it a mode"},
+    {config("256", ""), " sensor 256: its id has no room in a stream id, which has 0 to 255"},
+    {config("0", ""), " sensor 0: has no entry in sensorInfos"},
+    {config("0", R"("0":{"degreeH":60,"activeArray":[0,0,4,3]})"),
+     " sensor 0: degreeH and degreeV must be between 0 and 180"},
+    {config("0", R"("0":{"degreeH":60,"degreeV":40,"activeArray":[0,0,4,0]})"),
+     " sensor 0: activeArray must be an area with an origin that is not negative"},
+};
+INSTANTIATE_TEST_SUITE_P(All, BadRigTest, testing::ValuesIn(kBadRigs));
+
+TEST_F(ImportWatchTest, BadUsageHasStatusTwo) {
+    EXPECT_EQ(run({"import-watch", "--help"}).status, 0);
+    EXPECT_EQ(run({"import-watch", "-", "--rig", "-", "--mode", "ByRequest"}).err,
+              "<stdin>: cannot be both LOG and RIG\n");
+    EXPECT_THAT(import(kTwoFrames, "None").err, HasSubstr("--mode: None not in"));
+    EXPECT_EQ(run({"import-watch", "zoom.log", "--mode", "ByRequest"}).status, 2);
+    EXPECT_EQ(run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", "ByRequest", "-o",
+                   "./rig.jsonl"})
+                  .status,
+              2);
+}
+
+// From two phones to the crops of a zoom from 1x to 8x and back, in every mode.
+TEST_F(ImportWatchTest, ImportedPhonesReplayAZoomRamp) {
+    std::string ramp;
+    for (int tenths = 5; tenths <= 155; ++tenths) {
+        int const ratio = tenths <= 80 ? tenths : 160 - tenths;
+        ramp.append("f").append(std::to_string(tenths));
+        ramp.append(":0ns: REQ:android.control.zoomRatio: [").append(std::to_string(ratio / 10));
+        ramp.append(".").append(std::to_string(ratio % 10)).append("0000000]\n");
+    }
+    for (char const* phone : {"stereo.txt", "triple.txt"}) {
+        ASSERT_EQ(run({"import-rig", std::string(PHONES) + '/' + phone, "-o", "rig.jsonl"}).status,
+                  0);
+        for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
+            auto const results = replay(import(ramp, mode).out);
+            EXPECT_EQ(results.status, 0) << phone << ' ' << mode << '\n' << results.err;
+            EXPECT_THAT(results.out, AllOf(HasSubstr("\"overrideValid\": true"),
+                                           Not(HasSubstr("\"exception\""))))
+                << phone << ' ' << mode;
+        }
+    }
+}
+
+// On the phone with three cameras, 4x asked with 2x published. Main: half of 4080x3060. Wide: the
+// tangents of half the angles are 5.712 / 4.4 = 1.29818 and 9.792 / 13 = 0.75323, ratio 1.72349;
+// 4000 / 1.72349 / 2 = 1160.4; 4.284 / 4.4 = 0.97364 and 7.344 / 13 = 0.56492, ratio 1.72349;
+// 3000 / 1.72349 / 2 = 870.3. The array begins at 8, the mode with it: (4000 - 1160) / 2 = 1420,
+// (3000 - 870) / 2 = 1065. The tele sees less than that: all of it.
+TEST_F(ImportWatchTest, ImportedAnglesGiveTheCrops) {
+    ASSERT_EQ(run({"import-rig", std::string(PHONES) + "/triple.txt", "-o", "rig.jsonl"}).status,
+              0);
+    auto const results = replay(import(kTwoFrames, "ExternalAPI").out);
+
+    EXPECT_THAT(
+        results.out,
+        HasSubstr(
+            R"("tgCrops": {"2": {"0x7001": [1420, 1065, 1160, 870], "0x7002": [1420, 1065, 1160, 870]}, "5": {"0x7001": [1020, 765, 2040, 1530], "0x7002": [1020, 765, 2040, 1530]}, "6": {"0x7001": [0, 0, 3648, 2736], "0x7002": [0, 0, 3648, 2736]}})"));
+}
+
+TEST_F(ImportWatchTest, BrokenByteNeverCrashesTheImport) {
+    constexpr std::string_view kBytes("]9\xFF-:\0[e\nf", 10);
+    std::string const log =
+        std::string(kTwoFrames) + "f9:0ns: REQ:android.scaler.cropRegion: [10 20 1000 500 ]\n";
+    for (size_t i = 0; i < log.size(); ++i) {
+        std::string broken = log;
+        broken[i] = kBytes[i % kBytes.size()];
+        auto const result = import(broken, "ByRequest");
+        ASSERT_EQ(result.status, 0) << "byte " << i << "\n" << result.err;
+        EXPECT_EQ(replay(result.out).status, 0) << "byte " << i << "\n" << result.out;
+    }
+}
+
+}  // namespace
+}  // namespace zoomreplay::test
