@@ -1,6 +1,8 @@
 // External-API mode: set-up, and the P1 and P2 crops that follow from the customer's newest entry.
 #include "ZoomOverrideExternalAPI.h"
 
+#include <optional>
+
 #include "CheckedLookup.h"
 #include "DomainTransform.h"
 #include "HwTransHelper.h"
@@ -178,25 +180,31 @@ bool ZoomOverrideExternalAPI::updateSensorP2Crop(SensorCrops const& crops,
 
 PortCrops ZoomOverrideExternalAPI::cropPorts(IZoomOverrideMgr& mgr, int32_t sensorId,
                                              int32_t sensorMode, MRect const& tgCrop) const {
-    PortCrops ports;
-    for (auto const port : {P1_PORT_R1, P1_PORT_R3}) {
-        if (mgr.isPortExist(sensorId, port)) {
-            MRect fitting = tgCrop;
-            mgr.correctTgCropRegion(sensorId, sensorMode, false, {}, fitting);
-            ports.emplace(port, fitting);
+    auto const cropPort = [&](uint16_t port) -> std::optional<MRect> {
+        if (!mgr.isPortExist(sensorId, port)) {
+            return std::nullopt;
         }
-    }
-
-    bool const hasR1 = ports.contains(P1_PORT_R1);
-    bool const hasR3 = ports.contains(P1_PORT_R3);
-    if (!hasR1 && !hasR3) {
+        MRect fitting = tgCrop;
+        mgr.correctTgCropRegion(sensorId, sensorMode, false, {}, fitting);
+        return fitting;
+    };
+    auto const r1 = cropPort(P1_PORT_R1);
+    auto const r3 = cropPort(P1_PORT_R3);
+    if (!r1 && !r3) {
         ZLOG_ERROR_FOR(kUpdateSensorP1Crop,
                        "unknown bundle R1/R3 crop, skip multicam crop setting. (%s){#%d:%s}",
                        kUpdateSensorP1Crop, __LINE__, __FILE__);
-        return ports;
+        return {};
     }
-    bool const bundleR3 = hasR3 && (!hasR1 || followsR3(sensorId));
-    ports.emplace(P1_PORT_R2, ports.at(bundleR3 ? P1_PORT_R3 : P1_PORT_R1));
+
+    bool const bundleR3 = r3 && (!r1 || followsR3(sensorId));
+    PortCrops ports{{P1_PORT_R2, bundleR3 ? *r3 : *r1}};
+    if (r1) {
+        ports.emplace(P1_PORT_R1, *r1);
+    }
+    if (r3) {
+        ports.emplace(P1_PORT_R3, *r3);
+    }
     return ports;
 }
 
