@@ -142,6 +142,28 @@ TEST_F(ManagerTest, P1AnswerIsKeptByRequestNumberAlone) {
     expectHeader(again, true, -1, 5.0F, Mode::InstantRequest);
 }
 
+TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
+    constexpr int64_t kOther = streamId(0, 2);
+    auto data = history();
+    data.streamSizes[kOther] = {100, 100};
+    mMgr->initialize(Mode::InstantRequest);
+    deposit(*mMgr, 4, data);
+    store(1.5F, {8, 6, 400, 300});
+    ZoomOverrideP1Need first;
+    first.tgCrops[7][7] = {};
+    ASSERT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, first));
+    mMgr->onRequestDone(4);
+
+    deposit(*mMgr, 5, data);
+    store(1.2F, {80, 60, 800, 600}, kOther);
+    ZoomOverrideP1Need answer;
+    ASSERT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, answer));
+    ZoomOverrideP1Need again;
+    EXPECT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, again));
+    expectHeader(again, true, -1, 1.2F, Mode::InstantRequest);
+    EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{2, {80, 60, 800, 600}}}}}));
+}
+
 TEST_F(ManagerTest, ExceptionLeavesNoP1AnswerAndAUsableManager) {
     mMgr->initialize(Mode::InstantRequest);
     deposit(*mMgr, 4, history());

@@ -142,17 +142,17 @@ bool ZoomOverrideMgr::getP1CropSetting(ZoomOverrideRequest const& request,
     ZLOG_DEBUG("meta req %d, ratio %.2f sensorId:%d!!", request.requestNo, request.zoomRatio,
                request.sensorId);
 
-    if (auto const cached = mP1Cache.find(request.requestNo); cached != mP1Cache.end()) {
+    if (auto const* const cached = mP1Cache.find(request.requestNo)) {
         ZLOG_TRACE("requestNo:%d sensorId:%d use zoom override cached", request.requestNo,
                    request.sensorId);
-        need = cached->second.second;
-        return cached->second.first;
+        copyNeed(cached->second, need);
+        return cached->first;
     }
     if (!mStrategy) {
         return answerWithoutStrategy(need);
     }
     bool const overridden = mStrategy->getP1CropSetting(request, need);
-    mP1Cache.try_emplace(request.requestNo, overridden, need);
+    mP1Cache.keep(request.requestNo, overridden, need);
     return overridden;
 }
 
@@ -201,7 +201,7 @@ bool ZoomOverrideMgr::onRequestDone(uint32_t requestNo) {
                static_cast<unsigned long>(mRunTimeCropNeedData.size()),
                static_cast<unsigned long>(mP1Cache.size()));
     mRunTimeCropNeedData.erase(requestNo);
-    mP1Cache.erase(requestNo);
+    mP1Cache.forget(requestNo);
     if (mStrategy) {
         mStrategy->onRequestDone(requestNo);
     }

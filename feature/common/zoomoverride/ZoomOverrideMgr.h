@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "IZoomOverrideMgr.h"
+#include "P1Cache.h"
 #include "ZoomOverrideBase.h"
 
 namespace NSCam::Feature {
@@ -61,7 +62,7 @@ class ZoomOverrideMgr final : public IZoomOverrideMgr {
     std::unique_ptr<ZoomOverrideBase> mStrategy;
 
     // Answers by request number alone: the first answer for a request holds for all its sensors.
-    std::map<uint32_t, std::pair<bool, ZoomOverrideP1Need>> mP1Cache;
+    P1Cache mP1Cache;
 
     std::map<uint32_t, std::shared_ptr<RunTimeCropNeedData>> mRunTimeCropNeedData;
     std::shared_ptr<RunTimeCropNeedData> mLastRunTimeCropNeedData;  // what repeating requests share

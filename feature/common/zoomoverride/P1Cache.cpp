@@ -1,0 +1,49 @@
+// The P1 answers of the requests that are not done yet.
+#include "P1Cache.h"
+
+namespace NSCam::Feature {
+
+void copyNeed(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
+    if (to.tgCrops.empty()) {
+        to = from;
+        return;
+    }
+    static_cast<ZoomOverrideNeedHeader&>(to) = static_cast<ZoomOverrideNeedHeader const&>(from);
+    // Copying the table as a whole would make the ports of each sensor anew.
+    std::erase_if(to.tgCrops,
+                  [&](auto const& sensor) { return !from.tgCrops.contains(sensor.first); });
+    for (auto const& [sensorId, ports] : from.tgCrops) {
+        to.tgCrops[sensorId] = ports;
+    }
+}
+
+P1Cache::Answer const* P1Cache::find(uint32_t requestNo) const {
+    auto const answer = mAnswers.find(requestNo);
+    return answer == mAnswers.end() ? nullptr : &answer->second;
+}
+
+void P1Cache::keep(uint32_t requestNo, bool overridden, ZoomOverrideP1Need const& need) {
+    if (mForgotten.empty()) {
+        mAnswers.try_emplace(requestNo, overridden, need);
+        return;
+    }
+    auto node = std::move(mForgotten.back());
+    mForgotten.pop_back();
+    node.key() = requestNo;
+    node.mapped().first = overridden;
+    copyNeed(need, node.mapped().second);
+    mAnswers.insert(std::move(node));
+}
+
+void P1Cache::forget(uint32_t requestNo) {
+    if (auto node = mAnswers.extract(requestNo)) {
+        mForgotten.push_back(std::move(node));
+    }
+}
+
+void P1Cache::clear() {
+    mAnswers.clear();
+    mForgotten.clear();
+}
+
+}  // namespace NSCam::Feature
