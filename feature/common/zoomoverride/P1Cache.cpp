@@ -3,6 +3,16 @@
 
 namespace NSCam::Feature {
 
+namespace {
+
+// A need that grows a field must have it copied below.
+struct CopiedFields : ZoomOverrideNeedHeader {
+    decltype(ZoomOverrideP1Need::tgCrops) tgCrops;
+};
+static_assert(sizeof(ZoomOverrideP1Need) == sizeof(CopiedFields));
+
+}  // namespace
+
 void copyNeed(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
     if (to.tgCrops.empty()) {
         to = from;
