@@ -1,0 +1,80 @@
+// The reader of zoomreplay's scenarios: any file is replayed or refused with a message, and every
+// result line is JSON that the tool itself can read again.
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "FatalEnd.h"
+#include "IZoomOverrideMgr.h"
+#include "Library.h"
+#include "Messages.h"
+#include "Operations.h"
+#include "ResultWriter.h"
+#include "host/ContainerRegistry.h"
+#include "host/LogCapture.h"
+#include "host/LogSwitches.h"
+#include "host/PropertyStore.h"
+#include "host/SensorTable.h"
+
+namespace {
+
+using namespace zoomreplay;  // NOLINT(google-build-using-namespace)
+
+void resetPlatform() {
+    NSCam::Host::clearSensors();
+    NSCam::Host::clearProperties();
+    NSCam::Host::resetLogSwitches();
+    NSCam::Host::captureLog(true);
+    NSCam::Feature::IZoomOverrideMgr::getInstance()->initialize(
+        NSCam::Feature::ZoomOverrideMode::None);
+}
+
+void replayLine(std::string_view line, Library& library) {
+    Json const json = parseObject(line);
+    Value const value(json);
+    Fields fields(value);
+    std::string op;
+    fields.required("op", op);
+    auto const* const operation = findOperation(op);
+    if (operation == nullptr) {
+        throw LineError("unknown operation");
+    }
+    auto answer = operation->run(fields, library);
+    if (!answer.has_value()) {
+        return;
+    }
+    std::string result;
+    appendResultLine(
+        result, {1, operation->name, std::move(*answer), true, NSCam::Host::takeCapturedLog()});
+    parseObject(result);
+}
+
+void replay(std::string_view scenario) {
+    Library library([](Input const&) {});
+    while (!scenario.empty()) {
+        auto const end = scenario.find('\n');
+        auto const line = scenario.substr(0, end);
+        scenario.remove_prefix(end == std::string_view::npos ? scenario.size() : end + 1);
+        if (line.empty() || line.substr(0, 2) == "//") {
+            continue;
+        }
+        try {
+            replayLine(line, library);
+        } catch (LineError const&) {
+            // The tool would stop here; going on makes more of an input.
+        }
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
+    [[maybe_unused]] static bool const kIsSetUp = [] {
+        fuzz::catchFatalConditions();
+        return true;
+    }();
+    resetPlatform();
+    fuzz::untilPromisedEnd(
+        [&] { replay(std::string_view(reinterpret_cast<char const*>(data), size)); });
+    return 0;
+}
