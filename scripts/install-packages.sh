@@ -5,8 +5,9 @@ set -eu
 
 missing=""
 for package in "$@"; do
-    status=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
-    [ "$status" = "install ok installed" ] || missing="$missing $package"
+    # A package may be there for several architectures.
+    dpkg-query -W -f='${Status}\n' "$package" 2>/dev/null | grep -qx "install ok installed" ||
+        missing="$missing $package"
 done
 [ -n "$missing" ] || exit 0
 
