@@ -1,0 +1,124 @@
+#!/usr/bin/env python3
+"""Puts small faults into the module, one at a time, and counts how many the module's tests catch.
+
+    scripts/mutate.py [--sample N] [--seed S] [--file NAME]
+
+Works on a copy of the tree under build/mutation. Prints the faults that survive: each is either a hole in
+the tests or a change that nobody can observe.
+"""
+
+import argparse
+import pathlib
+import random
+import re
+import shutil
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+TREE = ROOT / "build/mutation/tree"
+BUILD = ROOT / "build/mutation/build"
+MODULE = "feature/common/zoomoverride"
+
+# Operators with spaces around: those inside of template arguments have none.
+SWAPS = [(" < ", " <= "), (" > ", " >= "), (" <= ", " < "), (" >= ", " > "), (" == ", " != "), (" != ", " == "),
+         (" && ", " || "), (" || ", " && "), (" + ", " - "), (" - ", " + "), (" * ", " / "), (" / ", " * "),
+         ("true", "false"), ("false", "true"), ("(!", "("), ("::max()", "::min()"), ("::min()", "::max()"),
+         ("std::greater", "std::greater_equal"), ("std::less", "std::less_equal"), (".w", ".h"), (".x", ".y"),
+         (".h", ".w"), (".y", ".x"), ("wrapAdd(", "wrapSub("), ("wrapSub(", "wrapAdd("),
+         ("truncateToInt32(", "roundToInt32("), ("roundToInt32(", "truncateToInt32(")]
+NUMBER = re.compile(r"(?<![\w.])(\d+)(?=[UF]?\b(?![.\w]))|(?<![\w.])(\d+\.\d+)(?=F?\b)")
+STATEMENT = re.compile(r"^\s+(?!return|throw|auto|static|using|typedef|case|break|continue|const|float|bool|MRect)"
+                       r"[\w.:*>\[\]-]+(\(.*\)| [-+*/]?= .*|\+\+);$")
+
+
+def faults_of(line):
+    """The line with one fault each, and what the fault is."""
+    if "ZLOG" in line or re.match(r"\s*(//|#|\*|using |namespace |template)", line) or "constexpr char" in line:
+        return
+    code = line.split("//")[0]
+    for old, new in SWAPS:
+        for match in re.finditer(re.escape(old), code):
+            if old in (".w", ".h", ".x", ".y") and re.match(r"\w", code[match.end():] + " "):
+                continue
+            yield code[:match.start()] + new + code[match.end():], f"{old.strip()} becomes {new.strip()}"
+    for match in NUMBER.finditer(code):
+        number = match.group()
+        other = str(int(number) + 1) if number.isdigit() else str(float(number) + 1)
+        yield code[:match.start()] + other + code[match.end():], f"{number} becomes {other}"
+    if STATEMENT.match(code):
+        yield "", "statement dropped"
+
+
+def all_faults(only):
+    for path in sorted((ROOT / MODULE).glob("*.[ch]*")):
+        if only and path.name != only or path.suffix not in (".cpp", ".h"):
+            continue
+        for number, line in enumerate(path.read_text().splitlines()):
+            for faulty, what in faults_of(line):
+                yield path.name, number, line, faulty, what
+
+
+def prepare():
+    shutil.rmtree(TREE, ignore_errors=True)
+    for name in subprocess.run(["git", "ls-files"], cwd=ROOT, check=True, capture_output=True,
+                               text=True).stdout.splitlines():
+        target = TREE / name
+        target.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy2(ROOT / name, target)
+    subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
+                    "-DCMAKE_CXX_FLAGS=-g0", "-DZOOMOVERRIDE_BUILD_TOOLS=ON"], check=True, stdout=subprocess.DEVNULL)
+    if not build() or not passes():
+        raise SystemExit("the tests fail without a fault already")
+
+
+def build():
+    return subprocess.run(["cmake", "--build", BUILD, "--target", "module_tests"],
+                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+
+
+def passes():
+    try:
+        return subprocess.run([BUILD / "tests/module/module_tests", "--gtest_fail_fast"], timeout=120,
+                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode == 0
+    except subprocess.TimeoutExpired:
+        return False
+
+
+def judge(name, number, faulty):
+    path = TREE / MODULE / name
+    text = path.read_text()
+    lines = text.splitlines()
+    lines[number] = faulty
+    path.write_text("\n".join(lines) + "\n")
+    try:
+        if not build():
+            return "does not compile"
+        return "survives" if passes() else "caught"
+    finally:
+        path.write_text(text)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--sample", type=int, help="try this many faults only, chosen at random")
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--file", help="faults in this file only")
+    options = parser.parse_args()
+
+    faults = list(all_faults(options.file))
+    print(f"{len(faults)} possible faults", flush=True)
+    random.Random(options.seed).shuffle(faults)
+    prepare()
+    counts = {"caught": 0, "survives": 0, "does not compile": 0}
+    for name, number, line, faulty, what in faults[:options.sample]:
+        verdict = judge(name, number, faulty)
+        counts[verdict] += 1
+        if verdict == "survives":
+            print(f"survives: {name}:{number + 1}: {what}\n    {line.strip()}", flush=True)
+    judged = counts["caught"] + counts["survives"]
+    print(f"{judged} faults, {counts['caught']} caught ({100 * counts['caught'] / max(judged, 1):.1f} %); "
+          f"{counts['does not compile']} more did not compile")
+
+
+if __name__ == "__main__":
+    main()
