@@ -82,6 +82,19 @@ TEST_F(ManagerTest, CallsOfOtherModesAreDropped) {
     }
 }
 
+TEST_F(ManagerTest, SettingsReachTheStrategy) {
+    mMgr->initialize(Mode::ByRequest);
+    auto const setting = std::make_shared<ZoomOverrideSetting>();
+    setting->overrideValid = true;
+    setting->requestNo = 9;
+    setting->zoomRatio = 2.0F;
+    EXPECT_TRUE(mMgr->storeOverrideSetting(9, OverrideNotice::Default, setting));
+    deposit(*mMgr, 4, history());
+    ZoomOverrideP2Need need;
+    EXPECT_TRUE(mMgr->getP2CropSetting({4, 2.0F, 0}, need, false));
+    expectHeader(need, true, 9, 2.0F, Mode::ByRequest);
+}
+
 TEST_F(ManagerTest, WithoutStrategyQueriesAreRefused) {
     ZoomOverrideP1Need p1;
     ZoomOverrideP2Need p2;

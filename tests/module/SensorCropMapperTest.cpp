@@ -170,5 +170,11 @@ TEST_F(SensorCropMapperTest, LogsAngleRatios) {
                                              "degreeRatio_V=1.453363"));
 }
 
+TEST_F(SensorCropMapperTest, SensorWithoutOpticsGetsNoCrop) {
+    mMapper.config(
+        {{0, 1}, {{0, std::make_shared<Info>(Info{60.0F, 45.0F, kArray})}, {1, nullptr}}});
+    EXPECT_EQ(map(2.0F).sensorCrops, (SensorCrops{{0, {1000, 750, 2000, 1500}}}));
+}
+
 }  // namespace
 }  // namespace NSCam::Feature
