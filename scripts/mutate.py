@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Puts small faults into the module, one at a time, and counts how many the module's tests catch.
 
-    scripts/mutate.py [--sample N] [--seed S] [--file NAME]
+    scripts/mutate.py [--sample N] [--seed S] [--file PATTERN]
 
 Works on a copy of the tree under build/mutation. Prints the faults that survive: each is either a hole in
 the tests or a change that nobody can observe.
@@ -33,7 +33,7 @@ STATEMENT = re.compile(r"^\s+(?!return|throw|auto|static|using|typedef|case|brea
 
 def faults_of(line):
     """The line with one fault each, and what the fault is."""
-    if "ZLOG" in line or re.match(r"\s*(//|#|\*|using |namespace |template)", line) or "constexpr char" in line:
+    if "ZLOG" in line or line.endswith("\\") or re.match(r"\s*(//|#|\*|using |namespace |template)", line) or "constexpr char" in line:
         return
     code = line.split("//")[0]
     for old, new in SWAPS:
@@ -51,7 +51,7 @@ def faults_of(line):
 
 def all_faults(only):
     for path in sorted((ROOT / MODULE).glob("*.[ch]*")):
-        if only and path.name != only or path.suffix not in (".cpp", ".h"):
+        if not path.match(only):
             continue
         for number, line in enumerate(path.read_text().splitlines()):
             for faulty, what in faults_of(line):
@@ -59,12 +59,17 @@ def all_faults(only):
 
 
 def prepare():
-    shutil.rmtree(TREE, ignore_errors=True)
+    packages = [name for file in ("build", "test")
+                for name in (ROOT / f"scripts/packages-{file}.txt").read_text().split()]
+    subprocess.run([ROOT / "scripts/install-packages.sh", *packages], check=True)
     for name in subprocess.run(["git", "ls-files"], cwd=ROOT, check=True, capture_output=True,
                                text=True).stdout.splitlines():
         target = TREE / name
         target.parent.mkdir(parents=True, exist_ok=True)
-        shutil.copy2(ROOT / name, target)
+        # What an interrupted run left behind is put back, and gets the time stamp that has it rebuilt.
+        if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
+            shutil.copyfile(ROOT / name, target)
+            shutil.copymode(ROOT / name, target)
     subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
                     "-DCMAKE_CXX_FLAGS=-g0", "-DZOOMOVERRIDE_BUILD_TOOLS=ON"], check=True, stdout=subprocess.DEVNULL)
     if not build() or not passes():
@@ -102,7 +107,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--sample", type=int, help="try this many faults only, chosen at random")
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--file", help="faults in this file only")
+    parser.add_argument("--file", default="*", help="faults in files of this name only, such as 'Tg*.cpp'")
     options = parser.parse_args()
 
     faults = list(all_faults(options.file))
@@ -115,6 +120,8 @@ def main():
         counts[verdict] += 1
         if verdict == "survives":
             print(f"survives: {name}:{number + 1}: {what}\n    {line.strip()}", flush=True)
+        if sum(counts.values()) % 20 == 0:
+            print(counts, flush=True)
     judged = counts["caught"] + counts["survives"]
     print(f"{judged} faults, {counts['caught']} caught ({100 * counts['caught'] / max(judged, 1):.1f} %); "
           f"{counts['does not compile']} more did not compile")
