@@ -1,9 +1,14 @@
-// Runs a fuzzer's function on files and folders, where the compiler brings no fuzzer of its own.
+// Runs a fuzzer's function where the compiler brings no fuzzer of its own: on random bytes, the
+// same ones every time, and on the files of folders.
+//
+//     fuzz_NAME COUNT [FOLDER...]
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
+#include <string>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size);
@@ -18,15 +23,26 @@ void replay(std::filesystem::path const& path) {
     LLVMFuzzerTestOneInput(reinterpret_cast<uint8_t const*>(text.data()), text.size());
 }
 
+void runRandom(unsigned long count) {
+    std::mt19937 random(1);
+    for (unsigned long i = 0; i < count; ++i) {
+        std::vector<uint8_t> bytes(random() % 512);
+        for (auto& byte : bytes) {
+            byte = static_cast<uint8_t>(random());
+        }
+        LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
+    runRandom(argc > 1 ? std::stoul(argv[1]) : 0);
+    for (int i = 2; i < argc; ++i) {
         for (auto const& entry : std::filesystem::directory_iterator(argv[i])) {
-            if (!entry.is_regular_file()) {
-                continue;
+            if (entry.is_regular_file()) {
+                replay(entry.path());
             }
-            replay(entry.path());
         }
     }
 }

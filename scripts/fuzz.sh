@@ -19,7 +19,6 @@ for name in interface numbers scenario; do
     kept=fuzz/regressions/$name
     mkdir -p "$corpus" "$kept"
     folders=("$corpus" "$kept")
-    [ ! -d "fuzz/seeds/$name" ] || folders+=("fuzz/seeds/$name")
     [ "$name" != scenario ] || folders+=(examples)
     echo "== $name, $seconds seconds"
     # Scenarios are text, and long. The library's last words are no news.
