@@ -119,7 +119,7 @@ def main():
         verdict = judge(name, number, faulty)
         counts[verdict] += 1
         if verdict == "survives":
-            print(f"survives: {name}:{number + 1}: {what}\n    {line.strip()}", flush=True)
+            print(f"survives: {name}:{number + 1}: {what}\n    {line.strip()}\n    {faulty.strip()}", flush=True)
         if sum(counts.values()) % 20 == 0:
             print(counts, flush=True)
     judged = counts["caught"] + counts["survives"]

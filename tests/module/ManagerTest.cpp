@@ -132,6 +132,19 @@ TEST_F(ManagerTest, CloseSwitchesLeaveTheNeedAlone) {
     }
 }
 
+TEST_F(ManagerTest, TracesOnlyWhereAPropertyAsksForIt) {
+    Utils::ULog::ULogger::sDetailsLevel = 5;
+    for (bool const traces : {false, true}) {
+        if (traces) {
+            Host::setProperty("vendor.debug.camera.zoomOverride.log", 1);
+        }
+        ZoomOverrideMgr mgr;
+        takeLog();
+        mgr.onRequestDone(4);
+        EXPECT_EQ(takeLog().size(), traces ? 1U : 0U);
+    }
+}
+
 TEST_F(ManagerTest, P1AnswerIsKeptByRequestNumberAlone) {
     mMgr->initialize(Mode::InstantRequest);
     deposit(*mMgr, 4, history());
