@@ -190,6 +190,17 @@ TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
     EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{2, {80, 60, 800, 600}}}}}));
 }
 
+TEST_F(ManagerTest, UsableCropsCountAgainAfterUnusableOnes) {
+    mMgr->initialize(Mode::InstantRequest);
+    deposit(*mMgr, 4, history());
+    store(1.5F, {8, 6, 400, 300});
+    auto const withoutCrops = makeMetadata(1.5F);
+    mMgr->storeOverrideSetting(&withoutCrops, {});
+    store(1.5F, {8, 6, 400, 300});
+    ZoomOverrideP1Need need;
+    EXPECT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, need));
+}
+
 TEST_F(ManagerTest, ExceptionLeavesNoP1AnswerAndAUsableManager) {
     mMgr->initialize(Mode::InstantRequest);
     deposit(*mMgr, 4, history());
