@@ -345,6 +345,17 @@ TEST_F(ImportWatchTest, ImportedAnglesGiveTheCrops) {
             R"("tgCrops": {"2": {"0x7001": [1420, 1065, 1160, 870], "0x7002": [1420, 1065, 1160, 870]}, "5": {"0x7001": [1020, 765, 2040, 1530], "0x7002": [1020, 765, 2040, 1530]}, "6": {"0x7001": [0, 0, 3648, 2736], "0x7002": [0, 0, 3648, 2736]}})"));
 }
 
+// 2 atan(9.792 / 13) is 73.976 degrees, 2 atan(5.712 / 4.4) 104.785, 2 atan(5.6 / 37.2) 17.122.
+TEST_F(ImportWatchTest, ReportShowsThePhonesAngles) {
+    ASSERT_EQ(run({"import-rig", std::string(PHONES) + "/triple.txt", "-o", "rig.jsonl"}).status,
+              0);
+    ASSERT_EQ(replay(import(kTwoFrames, "ExternalAPI").out, {"--report", "report.html"}).status, 0);
+
+    EXPECT_THAT(read("report.html"),
+                AllOf(HasSubstr(R"("degrees":[73.976)"), HasSubstr(R"("degrees":[104.785)"),
+                      HasSubstr(R"("degrees":[17.12)")));
+}
+
 TEST_F(ImportWatchTest, BrokenByteNeverCrashesTheImport) {
     constexpr std::string_view kBytes("]9\xFF-:\0[e\nf", 10);
     std::string const log =
