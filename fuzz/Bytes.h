@@ -21,7 +21,9 @@ class Bytes {
     T raw() {
         T value{};
         size_t const size = std::min(sizeof value, mRest.size());
-        std::memcpy(&value, mRest.data(), size);
+        if (size != 0) {  // where nothing is left there may be no memory either
+            std::memcpy(&value, mRest.data(), size);
+        }
         mRest = mRest.subspan(size);
         return value;
     }
