@@ -229,7 +229,7 @@ Log const kLogs[] = {
      "f8:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n"
      "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n",
      "2 2 3 ", ""},
-    {"two sessions",
+    {"camera opened twice",
      "f8:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
      "f9:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
      "f0:0ns: REQ:android.control.zoomRatio: [4.00000000]\n"
