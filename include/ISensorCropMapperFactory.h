@@ -6,6 +6,7 @@
 
 namespace NSCam::Feature {
 
+/// What a mapper is initialized with.
 struct SensorCropMapperInit {
     int32_t initParam = 0;  ///< the factory passes 0
 };
@@ -13,15 +14,18 @@ struct SensorCropMapperInit {
 /// The sensors that a mapper works on. Same layout as ZoomOverrideSensorInfoConfig.
 struct SensorCropMapperConfig {
     std::vector<int32_t> sensorIds;  ///< the first one is the master sensor
+
+    /// By sensor id. Shared, not copied.
     std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> sensorInfos;
 };
 
+/// What a mapper is asked.
 struct SensorCropInput {
     bool enable = false;     ///< the customer's override switch
     float zoomRatio = 0.0F;  ///< wanted for the master sensor: 1 is no zoom, 2 twice
 };
 
-/// Callers hand it in as constructed.
+/// What a mapper answers. Callers hand it in as constructed.
 struct SensorCropOutput {
     bool isValid = false;    ///< the crops are to be applied
     float zoomRatio = 1.0F;  ///< the effective ratio of the master's crop
@@ -46,8 +50,10 @@ class ZOOMOVERRIDE_API ISensorCropMapper {
     virtual bool getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) = 0;
 };
 
+/// Makes mappers.
 class ZOOMOVERRIDE_API ISensorCropMapperFactory {
  public:
+    /// What a mapper is made for.
     struct CreationParams {
         bool externalApi = false;  ///< set by the external-API strategy; handed to the mapper
     };

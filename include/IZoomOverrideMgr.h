@@ -45,9 +45,9 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     /// The first answer for a request number, true or false, is kept until onRequestDone and given
     /// to every later P1 query of that number, whatever sensor it names. Entries of need.tgCrops
     /// that the strategy does not write stay as the caller gave them.
-    /// @return whether the crops are to be applied; need's header is filled in either case. With
-    /// the
-    ///     closeP1Override property set: false, and need is untouched.
+    /// @return whether the crops are to be applied; need's header is filled in either case. False
+    ///     with need untouched: the closeP1Override property is set, or an external-API customer
+    ///     has published nothing.
     /// @pre The request was deposited with setRunTimeCropNeedData; if the strategy needs the record
     ///     and it is missing, the process ends.
     /// @throws std::out_of_range the override names a sensor or stream that the record lacks.

@@ -25,8 +25,8 @@ namespace NSCam {
 
 /// A size in pixels of the domain in which it is used.
 struct MSize {
-    int32_t w = 0;
-    int32_t h = 0;
+    int32_t w = 0;  ///< width
+    int32_t h = 0;  ///< height
 
     bool operator==(MSize const&) const = default;
 };
@@ -34,20 +34,20 @@ struct MSize {
 /// A rectangle of whole pixels: its top left corner and its size, in the domain in which it is
 /// used.
 struct MRect {
-    int32_t x = 0;
-    int32_t y = 0;
-    int32_t w = 0;
-    int32_t h = 0;
+    int32_t x = 0;  ///< left edge
+    int32_t y = 0;  ///< top edge
+    int32_t w = 0;  ///< width
+    int32_t h = 0;  ///< height
 
     bool operator==(MRect const&) const = default;
 };
 
 /// A rectangle with fractions of pixels, laid out like MRect.
 struct MRectF {
-    float x = 0.0F;
-    float y = 0.0F;
-    float w = 0.0F;
-    float h = 0.0F;
+    float x = 0.0F;  ///< left edge
+    float y = 0.0F;  ///< top edge
+    float w = 0.0F;  ///< width
+    float h = 0.0F;  ///< height
 
     bool operator==(MRectF const&) const = default;
 };
@@ -76,7 +76,7 @@ inline constexpr uint32_t kSensorNotStreaming = 0xFFFFFFFF;
 /// P1 port keys: the raw outputs of a sensor that the external-API strategy crops.
 inline constexpr uint16_t P1_PORT_R1 = 0x7001;
 inline constexpr uint16_t P1_PORT_R2 = 0x7002;  ///< the bundle port: follows R1 or R3
-inline constexpr uint16_t P1_PORT_R3 = 0x7003;
+inline constexpr uint16_t P1_PORT_R3 = 0x7003;  ///< the other raw output
 
 /// The id of the sensor that feeds a stream: bits 32 to 39 of the stream id.
 constexpr uint32_t sensorIdOfStream(int64_t streamId) {
@@ -138,7 +138,7 @@ struct ZoomOverrideP2Need : ZoomOverrideNeedHeader {
     /// A second active-array crop, from the by-request setting.
     std::unordered_map<uint32_t, MRectF> extraAaCrops;
 
-    TrailingInfo trailingInfo{};
+    TrailingInfo trailingInfo{};  ///< taken over unchanged from the by-request setting
 };
 
 /// Region for auto-exposure, auto-focus and auto-white-balance. No strategy fills it: asking for it
@@ -165,19 +165,19 @@ struct RunTimeCropNeedData {
 /// keeps it. A repeating notice rewrites requestNo in place; the pipeline must not write to the
 /// record while a query runs. Crop tables are keyed by sensor id, active array.
 struct ZoomOverrideSetting {
-    bool overrideValid = false;
-    uint32_t requestNo = 0;  ///< the request that the setting belongs to
-    float zoomRatio = 0.0F;  ///< the ratio of the override
-    MRect overrideRect;      ///< copied into the P2 need
-    std::unordered_map<uint32_t, MRectF> previewAaCrops;
-    std::unordered_map<uint32_t, MRectF> extraAaCrops;
-    TrailingInfo trailingInfo{};  ///< copied into the P2 need
+    bool overrideValid = false;  ///< the override switch; false means no override
+    uint32_t requestNo = 0;      ///< the request that the setting belongs to
+    float zoomRatio = 0.0F;      ///< the ratio of the override
+    MRect overrideRect;          ///< copied into the P2 need
+    std::unordered_map<uint32_t, MRectF> previewAaCrops;  ///< the P2 crops
+    std::unordered_map<uint32_t, MRectF> extraAaCrops;    ///< second crops; may lack sensors
+    TrailingInfo trailingInfo{};                          ///< copied into the P2 need
 };
 
 /// Which port's crop the bundle port P1_PORT_R2 of a sensor follows: sensor id to P1_PORT_R1 or
 /// P1_PORT_R3.
 struct ZoomOverrideFspInfoConfig {
-    std::unordered_map<uint32_t, uint16_t> fspPorts;
+    std::unordered_map<uint32_t, uint16_t> fspPorts;  ///< R1 for a sensor that is absent
 };
 
 /// The optics and the pixel array of one physical sensor. Made by the pipeline, shared and never
@@ -191,6 +191,8 @@ struct ZoomOverrideSensorInfo {
 /// The sensors of a camera. Every id in sensorIds should have an entry in sensorInfos.
 struct ZoomOverrideSensorInfoConfig {
     std::vector<int32_t> sensorIds;  ///< the first one is the master sensor
+
+    /// By sensor id. Shared, not copied.
     std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> sensorInfos;
 };
 
@@ -198,6 +200,7 @@ struct ZoomOverrideSensorInfoConfig {
 ///
 /// Ports are kept by their low byte: P1_PORT_R1 is filed under 0x01, P1_PORT_R3 under 0x03.
 struct ZoomOverrideSensorBehaviorInfoConfig {
+    /// Only which ports there are counts; their sizes are not read.
     std::unordered_map<uint32_t, std::map<uint8_t, MSize>> portSizes;
 };
 

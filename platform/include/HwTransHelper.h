@@ -7,15 +7,16 @@ namespace NSCamHW {
 
 /// x' = xScale * x + xOffset, w' = xScale * w, and the same for y and h.
 struct simplifiedMatrix {
-    float xScale = 1.0F;
-    float xOffset = 0.0F;
-    float yScale = 1.0F;
-    float yOffset = 0.0F;
+    float xScale = 1.0F;   ///< TG pixels per active-array pixel, horizontally
+    float xOffset = 0.0F;  ///< TG pixels
+    float yScale = 1.0F;   ///< TG pixels per active-array pixel, vertically
+    float yOffset = 0.0F;  ///< TG pixels
 };
 
 /// The transforms of one sensor. Cheap to make; any thread.
 class HwTransHelper {
  public:
+    /// Any id will do; the platform need not know it.
     explicit HwTransHelper(int32_t sensorId) : mSensorId(sensorId) {}
 
     /// Active array to the TG domain of sensorMode.

@@ -8,6 +8,7 @@
 
 namespace NSCam::utility {
 
+/// What the platform knows of its sensors.
 class ICamsysSensorInfoHelper {
  public:
     /// The platform's one helper. Any thread.

@@ -23,6 +23,7 @@ class IGenericContainer {
     /// Takes part in a container by reading it. Any thread.
     class Reader {
      public:
+        /// For createReader.
         explicit Reader(std::shared_ptr<IGenericContainer> container)
             : mContainer(std::move(container)) {}
 
@@ -36,6 +37,7 @@ class IGenericContainer {
     /// Takes part in a container by filling it. Any thread.
     class Writer {
      public:
+        /// For createWriter.
         explicit Writer(std::shared_ptr<IGenericContainer> container)
             : mContainer(std::move(container)) {}
 

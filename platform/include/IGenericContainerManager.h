@@ -22,6 +22,7 @@ struct GenericContainerKind {
 /// Modules use IGenericContainer, which knows its element type, rather than this.
 class IGenericContainerManager {
  public:
+    /// Makes a container.
     using Create = std::function<std::shared_ptr<void>()>;
 
     /// The one registry of the process, or null when the platform has none. Any thread.

@@ -13,13 +13,15 @@ namespace NSCam {
 /// A container of entries by tag. A value without a lock: share it between threads read-only.
 class IMetadata {
  public:
-    using Tag = uint32_t;
+    using Tag = uint32_t;  ///< what an entry is filed under
 
     /// The items of one tag, all of one type.
     class IEntry {
      public:
         IEntry() = default;
+        /// An entry of these items.
         explicit IEntry(std::vector<int32_t> items) : mItems(std::move(items)) {}
+        /// An entry of these items.
         explicit IEntry(std::vector<float> items) : mItems(std::move(items)) {}
 
         /// Number of items; 0 when the tag is absent.

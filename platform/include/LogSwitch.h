@@ -10,10 +10,13 @@ namespace NSCam {
 template <typename T>
 class LogSwitch {
  public:
+    /// The value that a process starts with.
     constexpr explicit LogSwitch(T value) : mValue(value) {}
 
-    // Converts both ways on purpose: code that reads a switch must not care that it is shared.
+    /// Converts both ways on purpose: code that reads a switch must not care that it is shared.
     operator T() const { return mValue.load(std::memory_order_relaxed); }  // NOLINT(*-explicit-*)
+
+    /// Sets the switch.
     LogSwitch& operator=(T value) {
         mValue.store(value, std::memory_order_relaxed);
         return *this;

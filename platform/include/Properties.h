@@ -5,6 +5,7 @@
 
 namespace NSCam::Utils {
 
+/// The system properties of the device.
 class Properties {
  public:
     /// The integer value of a system property, or fallback when it is not set. Any thread.

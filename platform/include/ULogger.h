@@ -30,6 +30,7 @@ class ULogger {
     /// The groups whose debug lines are wanted.
     static LogSwitch<uint32_t> sNormalDetailsMask;
 
+    /// The platform's one logger; never null.
     static ULogger* sULogger;
 };
 

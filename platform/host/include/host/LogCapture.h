@@ -9,13 +9,14 @@
 
 namespace NSCam::Host {
 
+/// Where a line went.
 enum class LogSink { Print, Unified };
 
 /// One line as its sink received it, fully formatted.
 struct LogLine {
-    LogSink sink;
-    int32_t level;
-    std::string text;
+    LogSink sink;      ///< where it went
+    int32_t level;     ///< as the sink numbers levels
+    std::string text;  ///< with the prefix that the sink's lines have
 
     bool operator==(LogLine const&) const = default;
 };

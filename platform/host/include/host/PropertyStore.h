@@ -6,7 +6,10 @@
 
 namespace NSCam::Host {
 
+/// Sets a property, new or not.
 void setProperty(std::string const& name, int32_t value);
+
+/// Unsets all properties.
 void clearProperties();
 
 }  // namespace NSCam::Host

@@ -17,6 +17,7 @@ struct SensorModeInfo {
     std::optional<NSCamHW::simplifiedMatrix> fromActive;  ///< active array to TG domain
 };
 
+/// By sensor mode.
 using SensorModes = std::map<uint32_t, SensorModeInfo>;
 
 /// The transform of a mode that reads out window (active array) and delivers it at size.
@@ -28,6 +29,8 @@ NSCamHW::simplifiedMatrix matrixOfWindow(MSize size, MRect window);
 
 /// Defines a sensor, replacing an earlier one of that id whole.
 void setSensor(int32_t sensorId, SensorModes modes);
+
+/// Forgets all sensors.
 void clearSensors();
 
 /// A mode of a sensor; empty when the sensor or the mode is not defined.
