@@ -1,51 +1,19 @@
 #include "ResultWriter.h"
 
 #include "JsonText.h"
+#include "NeedText.h"
 
 namespace zoomreplay {
 namespace {
 
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
-int32_t numberOf(ZoomOverrideMode mode) {
-    return static_cast<int32_t>(mode);
-}
-
-void appendHeader(std::string& out, ZoomOverrideNeedHeader const& header) {
-    out += ", \"need\": {\"overrideValid\": ";
-    appendJson(out, header.overrideValid);
-    appendField(out, "requestNo", header.requestNo);
-    appendField(out, "zoomRatio", header.zoomRatio);
-    appendField(out, "mode", numberOf(header.mode));
-}
-
-void appendNeed(std::string& out, ZoomOverrideP1Need const& need) {
-    appendHeader(out, need);
-    appendField(out, "tgCrops", need.tgCrops);
-    out += '}';
-}
-
-void appendNeed(std::string& out, ZoomOverrideP2Need const& need) {
-    appendHeader(out, need);
-    appendField(out, "overrideRect", need.overrideRect);
-    appendField(out, "streamCrops", need.streamCrops);
-    appendField(out, "extraTgCrops", need.extraTgCrops);
-    appendField(out, "previewAaCrops", need.previewAaCrops);
-    appendField(out, "extraAaCrops", need.extraAaCrops);
-    out += '}';
-}
-
-void appendNeed(std::string& out, ZoomOverride3ANeed const& need) {
-    appendHeader(out, need);
-    out += '}';
-}
-
 void appendAnswer(std::string& out, BoolAnswer const& answer) {
     appendField(out, "result", answer.result);
 }
 
 void appendAnswer(std::string& out, ModeAnswer const& answer) {
-    appendField(out, "result", numberOf(answer.mode));
+    appendField(out, "result", static_cast<int32_t>(answer.mode));
 }
 
 template <typename Need>
@@ -86,6 +54,21 @@ void appendAnswer(std::string& out, FatalAnswer const& answer) {
     appendField(out, "fatal", std::string_view(answer.text));
 }
 
+void appendLog(std::string& out, std::vector<NSCam::Host::LogLine> const& log) {
+    using NSCam::Host::LogSink;
+    char const* separator = "{";
+    out += ", \"log\": [";
+    for (auto const& line : log) {
+        out += separator;
+        out += line.sink == LogSink::Print ? "\"sink\": \"print\"" : "\"sink\": \"unified\"";
+        appendField(out, "level", line.level);
+        appendField(out, "text", std::string_view(line.text));
+        out += '}';
+        separator = ", {";
+    }
+    out += ']';
+}
+
 }  // namespace
 
 void appendResultLine(std::string& out, Outcome const& outcome) {
@@ -94,7 +77,7 @@ void appendResultLine(std::string& out, Outcome const& outcome) {
     appendField(out, "op", outcome.op);
     std::visit([&out](auto const& answer) { appendAnswer(out, answer); }, outcome.answer);
     if (outcome.isLogged) {
-        appendField(out, "log", outcome.log);
+        appendLog(out, outcome.log);
     }
     out += '}';
 }

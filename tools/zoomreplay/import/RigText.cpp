@@ -5,8 +5,8 @@
 #include <map>
 #include <numbers>
 
-#include "../JsonText.h"
 #include "../Messages.h"
+#include "JsonText.h"
 
 namespace zoomreplay {
 namespace {

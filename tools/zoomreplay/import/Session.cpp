@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-#include "../JsonText.h"
+#include "JsonText.h"
 #include "SensorCrops.h"
 
 namespace zoomreplay {

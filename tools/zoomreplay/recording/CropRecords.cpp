@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "../JsonText.h"
+#include "JsonText.h"
 
 namespace zoomreplay {
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "../Json.h"
-#include "../JsonText.h"
+#include "JsonText.h"
 
 namespace zoomreplay {
 namespace {

@@ -1,5 +1,5 @@
-// Writes JSON the way result files have it: fast, in a fixed order, and so that every number reads
-// back as the same bits.
+// Writes JSON the way scenario and result files have it: fast, in a fixed order, and so that every
+// number reads back as the same bits.
 #pragma once
 
 #include <algorithm>
@@ -11,22 +11,23 @@
 #include <vector>
 
 #include "ZoomOverrideTypes.h"
-#include "host/LogCapture.h"
 
 namespace zoomreplay {
 
 // appendJson appends a value. Floats get the fewest digits that read back as the same float, or are
-// "nan", "inf" and "-inf". A 64-bit integer is a stream id: a string with its hexadecimal bits.
+// "nan", "inf" and "-inf". A 16-bit integer is a port key and a 64-bit one a stream id: strings
+// with their hexadecimal bits.
 void appendJson(std::string& out, bool value);
 void appendJson(std::string& out, uint32_t value);
 void appendJson(std::string& out, int32_t value);
+void appendJson(std::string& out, uint16_t portKey);
 void appendJson(std::string& out, int64_t streamId);
+void appendJson(std::string& out, uint64_t streamId);
 void appendJson(std::string& out, float value);
 void appendJson(std::string& out, std::string_view text);
 void appendJson(std::string& out, NSCam::MSize const& size);
 void appendJson(std::string& out, NSCam::MRect const& rect);
 void appendJson(std::string& out, NSCam::MRectF const& rect);
-void appendJson(std::string& out, std::vector<NSCam::Host::LogLine> const& log);
 
 // Tables, in ascending order of their keys.
 template <typename Key, typename Item>
@@ -37,8 +38,9 @@ void appendJson(std::string& out, std::map<Key, Item> const& table);
 /// A number without quotes, such as a line number.
 void appendNumber(std::string& out, uint64_t value);
 
-// appendKey appends the name of a table's entry without its quotes: sensor ids and the like in
-// decimal, port keys and stream ids in hexadecimal.
+// appendKey appends the name of a table's entry without its quotes: sensor ids, 8-bit ports and the
+// like in decimal, port keys and stream ids in hexadecimal.
+void appendKey(std::string& out, uint8_t port);
 void appendKey(std::string& out, uint32_t sensorId);
 void appendKey(std::string& out, uint16_t portKey);
 void appendKey(std::string& out, int64_t streamId);

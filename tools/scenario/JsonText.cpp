@@ -5,8 +5,6 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "Json.h"
-
 namespace zoomreplay {
 namespace {
 
@@ -21,6 +19,13 @@ void appendChars(std::string& out, T value, Format... format) {
 void appendHexadecimal(std::string& out, uint64_t bits) {
     out += "0x";
     appendChars(out, bits, 16);
+}
+
+template <typename Key>
+void appendQuotedKey(std::string& out, Key key) {
+    out += '"';
+    appendKey(out, key);
+    out += '"';
 }
 
 template <typename T>
@@ -46,10 +51,14 @@ void appendJson(std::string& out, int32_t value) {
     appendChars(out, value);
 }
 
+void appendJson(std::string& out, uint16_t portKey) {
+    appendQuotedKey(out, portKey);
+}
 void appendJson(std::string& out, int64_t streamId) {
-    out += '"';
-    appendKey(out, streamId);
-    out += '"';
+    appendQuotedKey(out, streamId);
+}
+void appendJson(std::string& out, uint64_t streamId) {
+    appendQuotedKey(out, static_cast<int64_t>(streamId));
 }
 
 void appendJson(std::string& out, float value) {
@@ -64,11 +73,6 @@ void appendJson(std::string& out, float value) {
     }
 }
 
-// Texts are rare; the JSON library escapes them, and replaces what is not UTF-8.
-void appendJson(std::string& out, std::string_view text) {
-    out += Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
 void appendJson(std::string& out, NSCam::MSize const& size) {
     appendArray(out, {size.w, size.h});
 }
@@ -81,25 +85,13 @@ void appendJson(std::string& out, NSCam::MRectF const& rect) {
     appendArray(out, {rect.x, rect.y, rect.w, rect.h});
 }
 
-void appendJson(std::string& out, std::vector<NSCam::Host::LogLine> const& log) {
-    using NSCam::Host::LogSink;
-    char const* separator = "{";
-    out += '[';
-    for (auto const& line : log) {
-        out += separator;
-        out += line.sink == LogSink::Print ? "\"sink\": \"print\"" : "\"sink\": \"unified\"";
-        appendField(out, "level", line.level);
-        appendField(out, "text", std::string_view(line.text));
-        out += '}';
-        separator = ", {";
-    }
-    out += ']';
-}
-
 void appendNumber(std::string& out, uint64_t value) {
     appendChars(out, value);
 }
 
+void appendKey(std::string& out, uint8_t port) {
+    appendChars(out, port);
+}
 void appendKey(std::string& out, uint32_t sensorId) {
     appendChars(out, sensorId);
 }
