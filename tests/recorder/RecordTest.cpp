@@ -1,0 +1,128 @@
+// The record's files where a device makes trouble: whatever happens, whole lines stay whole, the
+// trouble is reported once and the caller notices nothing.
+#include <android/log.h>
+#include <gmock/gmock.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "LiveState.h"
+#include "Record.h"
+#include "Settings.h"
+
+namespace zoomrecorder {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+std::vector<std::string> sReports;
+
+class RecordTest : public ::testing::Test {
+ protected:
+    RecordTest() {
+        sReports.clear();
+        __android_log_set_logger(
+            [](__android_logger_data const*, char const* text) { sReports.emplace_back(text); });
+        std::filesystem::remove_all(mFolder);
+        std::filesystem::create_directory(mFolder);
+    }
+
+    static std::string read(std::string const& path) {
+        std::ifstream file(path);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::string const mFolder =
+        ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    std::string const mPath = mFolder + "/record.jsonl";
+};
+
+TEST_F(RecordTest, UnwritablePathIsReportedOnce) {
+    std::string const path = mFolder + "/missing/record.jsonl";
+    Record record({path, 4000});
+    record.add({}, "{}\n");
+    record.add({}, "{}\n");
+
+    EXPECT_TRUE(record.hasFailed());
+    EXPECT_THAT(sReports, ElementsAre(path + ": No such file or directory; recording ends, the "
+                                             "camera goes on"));
+}
+
+TEST_F(RecordTest, WhatIsNotAFileIsLeftAlone) {
+    ASSERT_EQ(mkfifo(mPath.c_str(), 0600), 0);
+    Record record({mPath, 4000});
+
+    EXPECT_TRUE(record.hasFailed());
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr("not a regular file")));
+    EXPECT_TRUE(std::filesystem::is_fifo(mPath));
+}
+
+TEST_F(RecordTest, FullDiskLeavesWholeLines) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    rlimit const full{1001, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
+    std::string const line = std::string(99, 'x').append("\n");
+    Record record({mPath, 400000});
+    for (int i = 0; i < 30; ++i) {
+        record.add({}, line);
+    }
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+
+    EXPECT_EQ(sReports.size(), 1U);
+    EXPECT_THAT(read(mPath), EndsWith("\n" + line));
+    EXPECT_GT(std::filesystem::file_size(mPath), 800U);
+}
+
+TEST_F(RecordTest, RestartedProcessKeepsTheRecordOfTheCrash) {
+    for (auto const* line : {"first\n", "second\n", "third\n", "fourth\n", "fifth\n"}) {
+        Record({mPath, 4000}).add({}, line);
+    }
+
+    EXPECT_THAT(read(mPath), EndsWith("fifth\n"));
+    EXPECT_THAT(read(mPath + ".1"), EndsWith("fourth\n"));
+    EXPECT_THAT(read(mPath + ".3"), EndsWith("second\n"));
+    EXPECT_FALSE(std::filesystem::exists(mPath + ".4"));
+    EXPECT_THAT(sReports, IsEmpty());
+}
+
+TEST_F(RecordTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
+    LiveState state(1000);
+    for (uint32_t i = 0; i < 1000; ++i) {
+        state.add({LineKind::Deposit, i}, "deposit of " + std::to_string(i) + "\n");
+        state.add({LineKind::P1Query, i}, "query of " + std::to_string(i) + "\n");
+    }
+    std::string text;
+    state.appendTo(text);
+
+    EXPECT_LT(text.size(), 1200U);
+    EXPECT_THAT(text, HasSubstr("deposit of 999\nquery of 999\n"));
+    // A query without its deposit would end the replay.
+    auto const query = text.find("query of ");
+    auto const first = text.substr(query + 9, 3);
+    EXPECT_THAT(text.substr(0, query), HasSubstr("deposit of " + first));
+}
+
+TEST_F(RecordTest, BytesThatAreNoNumberAreReported) {
+    setenv("ZOOMOVERRIDE_RECORD", mPath.c_str(), 1);
+    setenv("ZOOMOVERRIDE_RECORD_BYTES", "16M", 1);
+    auto const settings = settingsFromEnvironment();
+
+    EXPECT_EQ(settings.path, mPath);
+    EXPECT_EQ(settings.bytes, 67108864U);
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr("not a number of bytes: 16M")));
+}
+
+}  // namespace
+}  // namespace zoomrecorder

@@ -1,0 +1,244 @@
+#include "CallRecorder.h"
+
+#include "IMetadata.h"
+#include "NeedText.h"
+#include "ScenarioLine.h"
+
+namespace zoomrecorder {
+
+using namespace NSCam;           // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+
+namespace {
+
+constexpr IMetadata::Tag kZoomRatioTag = 0x1002F;
+constexpr IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
+
+bool isFresh(ZoomOverrideNeedHeader const& header) {
+    return !header.overrideValid && header.requestNo == -1 && header.zoomRatio == 1.0F &&
+           header.mode == ZoomOverrideMode::None;
+}
+
+bool isFresh(ZoomOverrideP1Need const& need) {
+    return isFresh(static_cast<ZoomOverrideNeedHeader const&>(need)) && need.tgCrops.empty();
+}
+
+bool isFresh(ZoomOverrideP2Need const& need) {
+    return isFresh(static_cast<ZoomOverrideNeedHeader const&>(need)) &&
+           need.overrideRect == MRect{} && need.streamCrops.empty() && need.extraTgCrops.empty() &&
+           need.previewAaCrops.empty() && need.extraAaCrops.empty();
+}
+
+void addNotice(ScenarioLine& line, OverrideNotice notice) {
+    if (notice != OverrideNotice::Default) {
+        line.field("notice", static_cast<int32_t>(notice));
+    }
+}
+
+// Only what the manager reads of it. A null pointer lacks all tags.
+std::string textOf(IMetadata const* metadata) {
+    std::string text = "{";
+    float zoomRatio = 0.0F;
+    if (IMetadata::getEntry(metadata, kZoomRatioTag, zoomRatio, 0)) {
+        text += "\"zoomRatio\": ";
+        zoomreplay::appendJson(text, zoomRatio);
+    }
+    auto const crops =
+        metadata == nullptr ? IMetadata::IEntry{} : metadata->entryFor(kCustomStreamCropTag, 0);
+    if (crops.count() > 0) {
+        text += text.size() > 1 ? ", \"customStreamCrops\": " : "\"customStreamCrops\": ";
+        char const* separator = "[";
+        for (uint32_t i = 0; i < crops.count(); ++i) {
+            text += separator;
+            zoomreplay::appendJson(text, crops.itemAt<int32_t>(i));
+            separator = ", ";
+        }
+        text += ']';
+    }
+    return text += '}';
+}
+
+std::string textOf(ZoomOverrideSetting const* setting) {
+    if (setting == nullptr) {
+        return "null";
+    }
+    std::string text = "{\"overrideValid\": ";
+    zoomreplay::appendJson(text, setting->overrideValid);
+    zoomreplay::appendField(text, "requestNo", setting->requestNo);
+    zoomreplay::appendField(text, "zoomRatio", setting->zoomRatio);
+    zoomreplay::appendField(text, "overrideRect", setting->overrideRect);
+    zoomreplay::appendField(text, "previewAaCrops", setting->previewAaCrops);
+    zoomreplay::appendField(text, "extraAaCrops", setting->extraAaCrops);
+    return text += '}';
+}
+
+std::string textOf(std::vector<int32_t> const& numbers) {
+    std::string text;
+    char const* separator = "[";
+    for (int32_t const number : numbers) {
+        text += separator;
+        zoomreplay::appendJson(text, number);
+        separator = ", ";
+    }
+    return text += ']';
+}
+
+// A sensor whose info is missing is the same to the mapper as one that is not there.
+std::string textOf(
+    std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> const& infos) {
+    std::string text = "{";
+    char const* separator = "\"";
+    for (auto const* entry : zoomreplay::inKeyOrder(infos)) {
+        if (auto const& info = entry->second) {
+            text += separator;
+            zoomreplay::appendKey(text, entry->first);
+            text += "\": {\"degreeH\": ";
+            zoomreplay::appendJson(text, info->degreeH);
+            zoomreplay::appendField(text, "degreeV", info->degreeV);
+            zoomreplay::appendField(text, "activeArray", info->activeArray);
+            text += '}';
+            separator = ", \"";
+        }
+    }
+    return text += '}';
+}
+
+}  // namespace
+
+CallRecorder::CallRecorder(Settings const& settings) : mRecord(settings), mPlatform(mRecord) {
+    mPlatform.noteProperties();
+}
+
+template <typename Write>
+void CallRecorder::add(LineSubject subject, char const* op, Write write) {
+    mLine.clear();
+    ScenarioLine line(mLine, op);
+    write(line);
+    line.end();
+    mRecord.add(subject, mLine);
+}
+
+template <typename Need>
+void CallRecorder::addQuery(LineKind kind, char const* op, ZoomOverrideRequest const& request,
+                            Need const& need, bool manual) {
+    if (mMode == ZoomOverrideMode::ExternalAPI) {
+        mPlatform.noteNewestEntry();
+    }
+    add({kind, request.requestNo}, op, [&](ScenarioLine& line) {
+        line.field("requestNo", request.requestNo)
+            .field("zoomRatio", request.zoomRatio)
+            .field("sensorId", request.sensorId);
+        if (manual) {
+            line.field("manual", manual);
+        }
+        if (!isFresh(need)) {
+            zoomreplay::appendNeed(mLine, need);
+        }
+    });
+}
+
+void CallRecorder::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
+    add({LineKind::ConfigFspInfo}, "configFspInfo",
+        [&](ScenarioLine& line) { line.table("fspPorts", config.fspPorts); });
+}
+
+void CallRecorder::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
+    add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](ScenarioLine& line) {
+        line.json("sensorIds", textOf(config.sensorIds))
+            .json("sensorInfos", textOf(config.sensorInfos));
+    });
+}
+
+void CallRecorder::configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) {
+    add({LineKind::ConfigSensorBehaviorInfo}, "configSensorBehaviorInfo",
+        [&](ScenarioLine& line) { line.table("portSizes", config.portSizes); });
+}
+
+void CallRecorder::getP1CropSetting(ZoomOverrideRequest const& request,
+                                    ZoomOverrideP1Need const& need) {
+    addQuery(LineKind::P1Query, "getP1CropSetting", request, need, false);
+}
+
+void CallRecorder::getP2CropSetting(ZoomOverrideRequest const& request,
+                                    ZoomOverrideP2Need const& need, bool manual) {
+    addQuery(LineKind::Other, "getP2CropSetting", request, need, manual);
+}
+
+void CallRecorder::get3ACropSetting(ZoomOverrideRequest const& request,
+                                    ZoomOverride3ANeed const& need) {
+    addQuery(LineKind::Other, "get3ACropSetting", request, need, false);
+}
+
+void CallRecorder::storeOverrideSetting(IMetadata const* metadata,
+                                        std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
+    add({LineKind::Metadata}, "storeOverrideSetting", [&](ScenarioLine& line) {
+        line.json("metadata", textOf(metadata)).table("streamIdMap", streamIdMap);
+    });
+}
+
+void CallRecorder::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
+                                        ZoomOverrideSetting const* setting) {
+    auto const kind =
+        notice == OverrideNotice::Repeating ? LineKind::MovedSetting : LineKind::Setting;
+    add({kind}, "storeOverrideSetting", [&](ScenarioLine& line) {
+        line.field("requestNo", requestNo);
+        addNotice(line, notice);
+        line.json("setting", textOf(setting));
+    });
+}
+
+void CallRecorder::onRequestDone(uint32_t requestNo) {
+    add({LineKind::Done, requestNo}, "onRequestDone",
+        [&](ScenarioLine& line) { line.field("requestNo", requestNo); });
+}
+
+void CallRecorder::getZoomOverrideMode() {
+    add({}, "getZoomOverrideMode", [](ScenarioLine&) {});
+}
+
+void CallRecorder::initialize(ZoomOverrideMode mode) {
+    mMode = mode;
+    add({LineKind::Initialize}, "initialize",
+        [&](ScenarioLine& line) { line.field("mode", static_cast<int32_t>(mode)); });
+}
+
+void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
+                                          RunTimeCropNeedData const& data) {
+    bool const isRepeating = notice == OverrideNotice::Repeating;
+    if (!isRepeating) {
+        mPlatform.noteSensors(data.sensorModes);
+    }
+    add({isRepeating ? LineKind::RepeatingDeposit : LineKind::Deposit, requestNo},
+        "setRunTimeCropNeedData", [&](ScenarioLine& line) {
+            line.field("requestNo", requestNo);
+            addNotice(line, notice);
+            line.table("sensorModes", data.sensorModes)
+                .table("streamSizes", data.streamSizes)
+                .table("constraintStreams", data.constraintStreams)
+                .table("extraTable", data.extraTable);
+        });
+}
+
+void CallRecorder::getHistoryCropNeedData(int32_t requestNo) {
+    add({}, "getHistoryCropNeedData",
+        [&](ScenarioLine& line) { line.field("requestNo", requestNo); });
+}
+
+void CallRecorder::isPortExist(int32_t sensorId, int32_t port) {
+    add({}, "isPortExist",
+        [&](ScenarioLine& line) { line.field("sensorId", sensorId).field("port", port); });
+}
+
+void CallRecorder::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,
+                                       MSize minSize, MRect const& crop) {
+    mPlatform.noteSensor(sensorId, static_cast<uint32_t>(sensorMode));
+    add({}, "correctTgCropRegion", [&](ScenarioLine& line) {
+        line.field("sensorId", sensorId)
+            .field("sensorMode", sensorMode)
+            .field("checkMinSize", checkMinSize)
+            .field("minSize", minSize)
+            .field("crop", crop);
+    });
+}
+
+}  // namespace zoomrecorder

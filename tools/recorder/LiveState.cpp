@@ -1,0 +1,108 @@
+#include "LiveState.h"
+
+#include "ScenarioLine.h"
+
+namespace zoomrecorder {
+
+void LiveState::add(LineSubject subject, std::string_view text) {
+    if (subject.kind == LineKind::Other) {
+        return;
+    }
+    if (subject.kind == LineKind::Initialize) {
+        mOpenings.clear();
+        mOpenRequests.clear();
+    }
+
+    switch (subject.kind) {
+        case LineKind::Deposit:
+        case LineKind::RepeatingDeposit:
+        case LineKind::P1Query:
+            open(subject.number);
+            break;
+        case LineKind::Done:
+            close(subject.number);
+            break;
+        default:
+            break;
+    }
+    mRecent.push_back({subject, std::string(text)});
+    mRecentBytes += text.size();
+
+    while (!mRecent.empty() && (mOpenings.empty() || mOldest < *mOpenings.begin())) {
+        settleOldest();
+    }
+    while (mRecentBytes > mByteLimit) {
+        closeOldest();
+        settleOldest();
+    }
+}
+
+void LiveState::appendTo(std::string& out) const {
+    for (auto const& [subject, text] : mSettled) {
+        out += text;
+    }
+    auto number = mOldest;
+    for (auto const& line : mRecent) {
+        // What was answered for a request that is done matters no more, and could not be asked
+        // again without its deposit.
+        if (line.subject.kind != LineKind::P1Query || isOpenSince(line.subject.number, number)) {
+            out += line.text;
+        }
+        ++number;
+    }
+}
+
+void LiveState::open(uint32_t requestNo) {
+    auto const number = mOldest + mRecent.size();
+    if (mOpenRequests.try_emplace(requestNo, number).second) {
+        mOpenings.insert(number);
+    }
+}
+
+bool LiveState::isOpenSince(uint32_t requestNo, uint64_t number) const {
+    auto const request = mOpenRequests.find(requestNo);
+    return request != mOpenRequests.end() && request->second <= number;
+}
+
+void LiveState::close(uint32_t requestNo) {
+    auto const request = mOpenRequests.find(requestNo);
+    if (request != mOpenRequests.end()) {
+        mOpenings.erase(request->second);
+        mOpenRequests.erase(request);
+    }
+}
+
+void LiveState::closeOldest() {
+    if (mOpenings.erase(mOldest) > 0) {
+        mOpenRequests.erase(mRecent.front().subject.number);
+    }
+}
+
+void LiveState::settleOldest() {
+    Line line = std::move(mRecent.front());
+    mRecent.pop_front();
+    mRecentBytes -= line.text.size();
+    ++mOldest;
+    settle(std::move(line));
+}
+
+void LiveState::settle(Line line) {
+    auto const [kind, number] = line.subject;
+    if (kind == LineKind::Initialize) {
+        mSettled.erase(mSettled.lower_bound({LineKind::Initialize, 0}), mSettled.end());
+    }
+    if (kind == LineKind::Setting) {
+        mSettled.erase({LineKind::MovedSetting, 0});
+    }
+    if (kind == LineKind::Deposit) {
+        // Requests to come may repeat it, but its own request is done.
+        ScenarioLine(line.text, "onRequestDone").field("requestNo", number).end();
+    }
+
+    bool const isPerNumber = kind == LineKind::Property || kind == LineKind::Sensor;
+    if (kind <= LineKind::Metadata) {
+        mSettled[{kind, isPerNumber ? number : 0}] = std::move(line.text);
+    }
+}
+
+}  // namespace zoomrecorder

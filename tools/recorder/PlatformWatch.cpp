@@ -1,0 +1,123 @@
+#include "PlatformWatch.h"
+
+#include <bit>
+
+#include "ICamsysSensorInfoHelper.h"
+#include "Properties.h"
+#include "ScenarioLine.h"
+
+namespace zoomrecorder {
+namespace {
+
+using zoomreplay::appendJson;
+using zoomreplay::appendKey;
+
+constexpr std::array kProperties{
+    "vendor.debug.camera.zoomOverride.log",
+    "vendor.debug.camera.zoomOverride.closeP1Override",
+    "vendor.debug.camera.zoomOverride.closeP2Override",
+};
+
+}  // namespace
+
+void PlatformWatch::noteProperties() {
+    uint32_t index = 0;
+    for (char const* const property : kProperties) {
+        auto const value = NSCam::Utils::Properties::property_get_int32(property, 0);
+        auto const name = std::string(1, '"').append(property).append(1, '"');
+        mLine.clear();
+        ScenarioLine(mLine, "property").json("name", name).field("value", value).end();
+        mRecord.add({LineKind::Property, index++}, mLine);
+    }
+}
+
+void PlatformWatch::noteSensors(std::unordered_map<uint32_t, uint32_t> const& sensorModes) {
+    for (auto const& [sensorId, mode] : sensorModes) {
+        if (mode != NSCam::Feature::kSensorNotStreaming) {
+            noteSensor(static_cast<int32_t>(sensorId), mode);
+        }
+    }
+}
+
+void PlatformWatch::noteSensor(int32_t sensorId, uint32_t mode) {
+    auto& modes = mSensors[sensorId];
+    Mode const answer = ask(sensorId, mode);
+    auto const [known, isNew] = modes.try_emplace(mode, answer);
+    if (!isNew && known->second == answer) {
+        return;
+    }
+    known->second = answer;
+    recordSensor(sensorId, modes);
+}
+
+void PlatformWatch::noteNewestEntry() {
+    if (!mReader) {
+        mReader = Container::createReader("qvxcam-ZoomOverrideMgr", 3, 0);
+    }
+    auto const newest = mReader ? mReader->readNewest().value_or(nullptr) : nullptr;
+    if (newest == mNewest || !newest) {
+        return;
+    }
+    mNewest = newest;
+    mLine.clear();
+    ScenarioLine(mLine, "publish")
+        .field("zoomRatio", newest->zoomRatio)
+        .field("enable", newest->enable)
+        .end();
+    mRecord.add({LineKind::Publish}, mLine);
+}
+
+// The line defines the sensor whole, so it lists all modes met so far.
+void PlatformWatch::recordSensor(int32_t sensorId, Modes const& modes) {
+    std::string text;
+    char const* separator = "{\"";
+    for (auto const& [number, mode] : modes) {
+        text += separator;
+        appendKey(text, number);
+        text += "\": ";
+        appendMode(text, mode);
+        separator = ", \"";
+    }
+    text += '}';
+
+    mLine.clear();
+    ScenarioLine(mLine, "sensor").field("id", sensorId).json("modes", text).end();
+    mRecord.add({LineKind::Sensor, static_cast<uint32_t>(sensorId)}, mLine);
+}
+
+void PlatformWatch::appendMode(std::string& out, Mode const& mode) {
+    char const* separator = "";
+    out += '{';
+    if (mode.size.has_value()) {
+        out += "\"size\": ";
+        appendJson(out, *mode.size);
+        separator = ", ";
+    }
+    if (mode.matrix.has_value()) {
+        out.append(separator).append("\"matrix\": ");
+        separator = "[";
+        for (uint32_t const bits : *mode.matrix) {
+            out += separator;
+            appendJson(out, std::bit_cast<float>(bits));
+            separator = ", ";
+        }
+        out += ']';
+    }
+    out += '}';
+}
+
+PlatformWatch::Mode PlatformWatch::ask(int32_t sensorId, uint32_t mode) {
+    Mode answer;
+    NSCam::MSize size;
+    auto const helper = NSCam::utility::ICamsysSensorInfoHelper::getInstance();
+    if (helper->getSensorSize(sensorId, static_cast<int32_t>(mode), size)) {
+        answer.size = size;
+    }
+    NSCamHW::simplifiedMatrix matrix;
+    if (NSCamHW::HwTransHelper(sensorId).getMatrixFromActive(mode, matrix)) {
+        answer.matrix = std::bit_cast<MatrixBits>(matrix);
+    }
+    return answer;
+}
+
+}  // namespace zoomrecorder

@@ -1,0 +1,39 @@
+// The record: lines go to the newest part, which is begun anew when it is full.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "LiveState.h"
+#include "RecordFile.h"
+#include "Settings.h"
+
+namespace zoomrecorder {
+
+/// One thread at a time.
+class Record {
+ public:
+    explicit Record(Settings const& settings);
+
+    /// Writes a line, which is in the file when this returns.
+    void add(LineSubject subject, std::string_view line);
+
+    /// Whether there is any use in going on.
+    bool hasFailed() const { return mFile.hasFailed(); }
+
+    void giveUp(std::string const& why) { mFile.giveUp(why); }
+
+ private:
+    void startPart();
+    void appendTime(std::string& out);
+
+    uint64_t const mPartBytes;
+    RecordFile mFile;
+    LiveState mState;
+    uint64_t mHeadBytes = 0;  // of the newest part, written before its first own line
+    int64_t mLastSecond = 0;
+    std::string mText;  // reused
+};
+
+}  // namespace zoomrecorder

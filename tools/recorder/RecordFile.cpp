@@ -1,0 +1,91 @@
+#include "RecordFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+#include "Report.h"
+
+namespace zoomrecorder {
+
+RecordFile::~RecordFile() {
+    close();
+}
+
+void RecordFile::startPart() {
+    close();
+    if (!moveAside()) {
+        return;
+    }
+    constexpr mode_t kMode = 0644;
+    mFile = ::open(mPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_APPEND, kMode);
+    if (mFile < 0) {
+        giveUpOnError(mPath);
+    }
+}
+
+void RecordFile::write(std::string_view lines) {
+    if (mHasFailed) {
+        return;
+    }
+    ssize_t written = 0;
+    do {
+        written = ::write(mFile, lines.data(), lines.size());
+    } while (written < 0 && errno == EINTR);
+
+    if (written == static_cast<ssize_t>(lines.size())) {
+        mSize += lines.size();
+        return;
+    }
+    // A full disk takes the beginning of the lines and says so only to whoever brings the rest.
+    int const error = written < 0 ? errno : ENOSPC;
+    [[maybe_unused]] int const cut = ::ftruncate(mFile, static_cast<off_t>(mSize));
+    errno = error;
+    giveUpOnError(mPath);
+}
+
+void RecordFile::giveUp(std::string const& why) {
+    if (!mHasFailed) {
+        report(why + "; recording ends, the camera goes on");
+    }
+    mHasFailed = true;
+    close();
+}
+
+std::string RecordFile::partName(int age) const {
+    return age == 0 ? mPath : mPath + "." + std::to_string(age);
+}
+
+bool RecordFile::moveAside() {
+    struct stat info {};
+    if (::stat(mPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+        giveUp(mPath + ": not a regular file");
+        return false;
+    }
+    for (int age = kParts - 1; age > 0; --age) {
+        auto const name = partName(age - 1);
+        if (::rename(name.c_str(), partName(age).c_str()) != 0 && errno != ENOENT) {
+            giveUpOnError(name);
+            return false;
+        }
+    }
+    return true;
+}
+
+void RecordFile::giveUpOnError(std::string const& name) {
+    giveUp(name + ": " + std::generic_category().message(errno));
+}
+
+void RecordFile::close() {
+    if (mFile >= 0) {
+        ::close(mFile);
+    }
+    mFile = -1;
+    mSize = 0;
+}
+
+}  // namespace zoomrecorder

@@ -1,0 +1,58 @@
+// The manager that pipelines get while the recorder is in front of the module: it writes each call
+// down and hands it on to the real one.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "CallRecorder.h"
+#include "IZoomOverrideMgr.h"
+
+namespace zoomrecorder {
+
+/// Answers what the real manager answers. Any thread: one lock makes the order of the lines the
+/// order of the calls, as the manager's own lock would.
+class RecordingManager final : public NSCam::Feature::IZoomOverrideMgr {
+ public:
+    RecordingManager(std::unique_ptr<CallRecorder> recorder,
+                     std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> real)
+        : mRecorder(std::move(recorder)), mReal(std::move(real)) {}
+
+    bool configFspInfo(NSCam::Feature::ZoomOverrideFspInfoConfig const& config) override;
+    bool configSensorInfo(NSCam::Feature::ZoomOverrideSensorInfoConfig const& config) override;
+    bool getP1CropSetting(NSCam::Feature::ZoomOverrideRequest const& request,
+                          NSCam::Feature::ZoomOverrideP1Need& need) override;
+    bool getP2CropSetting(NSCam::Feature::ZoomOverrideRequest const& request,
+                          NSCam::Feature::ZoomOverrideP2Need& need, bool manual) override;
+    bool get3ACropSetting(NSCam::Feature::ZoomOverrideRequest const& request,
+                          NSCam::Feature::ZoomOverride3ANeed& need) override;
+    bool storeOverrideSetting(NSCam::IMetadata const* metadata,
+                              std::unordered_map<uint32_t, uint64_t> const& streamIdMap) override;
+    bool storeOverrideSetting(
+        uint32_t requestNo, NSCam::Feature::OverrideNotice notice,
+        std::shared_ptr<NSCam::Feature::ZoomOverrideSetting> setting) override;
+    bool onRequestDone(uint32_t requestNo) override;
+    NSCam::Feature::ZoomOverrideMode getZoomOverrideMode() override;
+    bool initialize(NSCam::Feature::ZoomOverrideMode mode) override;
+    bool configSensorBehaviorInfo(
+        NSCam::Feature::ZoomOverrideSensorBehaviorInfoConfig const& config) override;
+    bool setRunTimeCropNeedData(uint32_t requestNo, NSCam::Feature::OverrideNotice notice,
+                                NSCam::Feature::RunTimeCropNeedData&& data) override;
+    std::shared_ptr<NSCam::Feature::RunTimeCropNeedData> getHistoryCropNeedData(
+        int32_t requestNo) override;
+    bool isPortExist(int32_t sensorId, int32_t port) override;
+    bool correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,
+                             NSCam::MSize minSize, NSCam::MRect& crop) override;
+
+ private:
+    template <typename Write, typename Call>
+    auto record(Write write, Call call);
+
+    std::recursive_mutex mLock;  // strategies call back
+    bool mIsForwarding = false;
+    std::unique_ptr<CallRecorder> const mRecorder;
+    std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> const mReal;
+};
+
+}  // namespace zoomrecorder

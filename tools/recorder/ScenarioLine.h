@@ -1,0 +1,42 @@
+// Builds one line of a scenario.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "JsonText.h"
+
+namespace zoomrecorder {
+
+/// Appends the line to a text, field by field. The text is the caller's, who may reuse its memory.
+class ScenarioLine {
+ public:
+    ScenarioLine(std::string& out, std::string_view op) : mOut(out) {
+        mOut.append(R"({"op": ")").append(op).append(1, '"');
+    }
+
+    template <typename T>
+    ScenarioLine& field(std::string_view name, T const& value) {
+        zoomreplay::appendField(mOut, name, value);
+        return *this;
+    }
+
+    /// Empty tables and lists are left out, as are values that their readers take for granted.
+    template <typename Table>
+    ScenarioLine& table(std::string_view name, Table const& table) {
+        return table.empty() ? *this : field(name, table);
+    }
+
+    /// A value that is JSON already.
+    ScenarioLine& json(std::string_view name, std::string_view text) {
+        mOut.append(", \"").append(name).append("\": ").append(text);
+        return *this;
+    }
+
+    void end() { mOut += "}\n"; }
+
+ private:
+    std::string& mOut;
+};
+
+}  // namespace zoomrecorder

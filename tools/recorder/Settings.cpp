@@ -1,0 +1,51 @@
+#include "Settings.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <optional>
+#include <string_view>
+
+#include "Report.h"
+
+namespace zoomrecorder {
+namespace {
+
+// Half an hour or more of a camera at 30 requests a second.
+constexpr uint64_t kDefaultBytes = 64U << 20U;
+
+#ifdef __ANDROID__
+// Where camera processes may write; a wrap property has no room for a path of one's own.
+constexpr char kDefaultPath[] = "/data/vendor/camera/zoomoverride.jsonl";
+#else
+constexpr char kDefaultPath[] = "zoomoverride.jsonl";
+#endif
+
+std::string valueOf(char const* variable, char const* fallback) {
+    char const* const value = std::getenv(variable);
+    return value == nullptr || *value == '\0' ? fallback : value;
+}
+
+std::optional<uint64_t> parseBytes(std::string_view text) {
+    uint64_t bytes = 0;
+    auto const* const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, bytes);
+    return error == std::errc() && stop == end ? std::optional(bytes) : std::nullopt;
+}
+
+}  // namespace
+
+Settings settingsFromEnvironment() {
+    Settings settings{valueOf("ZOOMOVERRIDE_RECORD", kDefaultPath), kDefaultBytes};
+    auto const bytes = valueOf("ZOOMOVERRIDE_RECORD_BYTES", "");
+    if (bytes.empty()) {
+        return settings;
+    }
+    if (auto const number = parseBytes(bytes)) {
+        settings.bytes = *number;
+    } else {
+        report("ZOOMOVERRIDE_RECORD_BYTES: not a number of bytes: " + bytes);
+    }
+    return settings;
+}
+
+}  // namespace zoomrecorder
