@@ -43,14 +43,19 @@ install_headers(zoomoverride_headers include ${header_folder})
 install_headers(platform_headers platform/include ${header_folder}/platform)
 install_headers(host_control platform/host/include ${header_folder}/platform)
 
-# ---- The tool ----
+# ---- The tools ----
 
 if(ZOOMOVERRIDE_BUILD_TOOLS)
     file(RELATIVE_PATH bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
     set_target_properties(zoomreplay PROPERTIES
         INSTALL_RPATH $ORIGIN/${bin_to_lib}
         INSTALL_RPATH_USE_LINK_PATH ON)
-    install(TARGETS zoomreplay RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+    set_target_properties(zoomoverride_recorder PROPERTIES
+        INSTALL_RPATH $ORIGIN
+        INSTALL_RPATH_USE_LINK_PATH ON)
+    install(TARGETS zoomreplay zoomoverride_recorder
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT tools)
 endif()
 
 # ---- find_package(zoomoverride) ----

@@ -12,11 +12,12 @@ import pathlib
 import re
 import sys
 
-# The module in Android.bp that lists sources, and the CMake targets that compile them (a pattern).
+# The module in Android.bp that lists sources, and the CMake targets that compile them (patterns).
 STANDS_FOR = {
-    "libcam.zoomoverridemgr_srcs": "zoomoverride_module",
-    "libcam.zoomoverridemgr_tests_srcs": "module_tests",
-    "libcam.zoomoverride_host_platform_srcs": "qvxcam_*",
+    "libcam.zoomoverridemgr_srcs": ["zoomoverride_module"],
+    "libcam.zoomoverridemgr_tests_srcs": ["module_tests"],
+    "libcam.zoomoverride_host_platform_srcs": ["qvxcam_*"],
+    "libcam.zoomoverride_recorder": ["zoomoverride_recorder*", "scenario_text"],
 }
 
 
@@ -50,15 +51,15 @@ def main():
     targets = sources_in_cmake(build)
 
     failed = False
-    for module, pattern in STANDS_FOR.items():
+    for module, patterns in STANDS_FOR.items():
         listed = modules.get(module, set())
-        compiled = set().union(*(targets[name] for name in fnmatch.filter(targets, pattern)))
+        compiled = set().union(*(targets[name] for pattern in patterns for name in fnmatch.filter(targets, pattern)))
         where = f'"{module}" of {android_bp}'
         for path in sorted(compiled - listed):
             print(f"{path}: compiled by CMake, missing in {where}")
             failed = True
         for path in sorted(listed - compiled):
-            print(f"{path}: in {where}, missing in the CMake target {pattern}")
+            print(f"{path}: in {where}, missing in the CMake target {' or '.join(patterns)}")
             failed = True
     if failed:
         sys.exit(1)
