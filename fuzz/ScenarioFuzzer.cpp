@@ -35,17 +35,14 @@ void replayLine(std::string_view line, Library& library) {
     Fields fields(value);
     std::string op;
     fields.required("op", op);
-    auto const* const operation = findOperation(op);
-    if (operation == nullptr) {
-        throw LineError("unknown operation");
-    }
-    auto answer = operation->run(fields, library);
+    Operation const& operation = findOperation(op);
+    auto answer = operation.run(fields, library);
     if (!answer.has_value()) {
         return;
     }
     std::string result;
-    appendResultLine(
-        result, {1, operation->name, std::move(*answer), true, NSCam::Host::takeCapturedLog()});
+    appendResultLine(result,
+                     {1, operation.name, std::move(*answer), true, NSCam::Host::takeCapturedLog()});
     parseObject(result);
 }
 

@@ -278,9 +278,7 @@ std::string config(std::string const& id, std::string const& info) {
 }
 
 BadRig const kBadRigs[] = {
-    {"{",
-     "1: column 2: syntax error while parsing object key - unexpected end of input; expected "
-     "string literal"},
+    {"{", "1: column 2: unexpected end of line; expected a name in double quotes"},
     {"{\"op\": \"initialize\", \"mode\": 1}", "1: initialize: does not belong into a rig"},
     {sensor(R"({"size":[4,3]})"), "1: modes.0: has neither a window nor a matrix"},
     {sensor(R"({"size":[4,0],"window":[0,0,4,3]})"), "1: modes.0: size: must be an area"},

@@ -91,8 +91,11 @@ Expectation const kExpectations[] = {
     {"bad syntax",
      {kMode, "{"},
      2,
-     "e.jsonl:2: column 2: syntax error while parsing object key - unexpected end of input; "
-     "expected string literal\n"},
+     "e.jsonl:2: column 2: unexpected end of line; expected a name in double quotes\n"},
+    {"a scenario",
+     {R"({"op": "initialize"})"},
+     2,
+     "e.jsonl:1: line: missing; results have it, a scenario does not\n"},
     {"bad line number",
      {kMode, "{\"line\": \"3\"}"},
      2,

@@ -60,6 +60,10 @@ TEST_F(TableTest, NeverExceedsItsWidth) {
     EXPECT_THAT(result.out, testing::HasSubstr("4294967295 0x7002  " + crop));
 }
 
+TEST_F(TableTest, TellsWhenThereIsNothingToShow) {
+    EXPECT_EQ(show(kModeLine).out, "Nothing to show: no line asks for a crop.\n");
+}
+
 TEST_F(TableTest, TellsWhatWentWrongAndWhatWasLogged) {
     auto const result = show(std::string(kModeLine) + std::string(kFatalLine), {"--log"});
 

@@ -129,7 +129,10 @@ Compare::Expected Compare::parseExpected() const {
     try {
         Json result = parseObject(*mPending);
         auto const line = result.find("line");
-        if (line == result.end() || !line->is_number_unsigned()) {
+        if (line == result.end()) {
+            throw LineError("line: missing; results have it, a scenario does not");
+        }
+        if (!line->is_number_unsigned()) {
             throw LineError("line: must be the number of a scenario line");
         }
         auto const op = result.find("op");

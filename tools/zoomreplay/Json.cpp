@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "JsonErrors.h"
 #include "Messages.h"
 
 namespace zoomreplay {
@@ -14,7 +15,7 @@ constexpr size_t kDeepest = 16;
 // library's own builder does, is refused here.
 class Builder : public nlohmann::json_sax<Json> {
  public:
-    explicit Builder(Json& root) : mRoot(root) {}
+    Builder(std::string_view line, Json& root) : mLine(line), mRoot(root) {}
 
     bool null() override { return add(nullptr); }
     bool boolean(bool value) override { return add(value); }
@@ -38,15 +39,9 @@ class Builder : public nlohmann::json_sax<Json> {
         return true;
     }
 
-    bool parse_error(size_t /*position*/, std::string const& /*token*/,
+    bool parse_error(size_t position, std::string const& /*token*/,
                      Json::exception const& error) override {
-        std::string_view text = error.what();
-        text.remove_prefix(text.find("] ") + 2);  // the parser's own error number
-        constexpr std::string_view kPlace = "parse error at line 1, ";
-        if (text.substr(0, kPlace.size()) == kPlace) {
-            text.remove_prefix(kPlace.size());
-        }
-        return fail(std::string(text));
+        return fail(explainJsonError(error.what(), mLine, position));
     }
 
     std::string const& error() const { return mError; }
@@ -88,6 +83,7 @@ class Builder : public nlohmann::json_sax<Json> {
         return false;
     }
 
+    std::string_view mLine;
     Json& mRoot;
     std::vector<Json*> mOpen;  // containers from the outermost to the one being filled
     Json* mField = nullptr;    // the field of the innermost object that awaits its value
@@ -99,15 +95,15 @@ class Builder : public nlohmann::json_sax<Json> {
 Json parseObject(std::string_view line) {
     // The parser takes a zero byte for the end and a byte order mark for nothing.
     if (line.find('\0') != std::string_view::npos) {
-        throw LineError("contains a zero byte");
+        throw LineError("contains a zero byte: not a text in UTF-8");
     }
     auto const first = line.find_first_not_of(" \t\r");
     if (first == std::string_view::npos || line[first] != '{') {
-        throw LineError("not a JSON object");
+        throw LineError(explainNoObject(line));
     }
 
     Json root;
-    Builder builder(root);
+    Builder builder(line, root);
     if (!Json::sax_parse(line.begin(), line.end(), &builder)) {
         throw LineError(builder.error());
     }

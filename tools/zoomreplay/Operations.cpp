@@ -1,12 +1,19 @@
 #include "Operations.h"
 
 #include <unordered_map>
+#include <vector>
+
+#include "Messages.h"
+#include "NearMiss.h"
 
 namespace zoomreplay {
+namespace {
 
-Operation const* findOperation(std::string_view name) {
+using OperationsByName = std::unordered_map<std::string_view, Operation const*>;
+
+OperationsByName const& allOperations() {
     static auto const kByName = [] {
-        std::unordered_map<std::string_view, Operation const*> byName;
+        OperationsByName byName;
         for (auto const group : {platformOperations(), managerOperations(), mapperOperations()}) {
             for (Operation const& operation : group) {
                 byName.emplace(operation.name, &operation);
@@ -14,9 +21,25 @@ Operation const* findOperation(std::string_view name) {
         }
         return byName;
     }();
+    return kByName;
+}
 
-    auto const found = kByName.find(name);
-    return found == kByName.end() ? nullptr : found->second;
+[[noreturn]] void failUnknown(std::string const& name) {
+    std::vector<std::string_view> names;
+    for (auto const& [known, operation] : allOperations()) {
+        names.push_back(known);
+    }
+    throw LineError(name + ": unknown operation" + didYouMean(name, names));
+}
+
+}  // namespace
+
+Operation const& findOperation(std::string const& name) {
+    auto const found = allOperations().find(name);
+    if (found == allOperations().end()) {
+        failUnknown(name);
+    }
+    return *found->second;
 }
 
 }  // namespace zoomreplay

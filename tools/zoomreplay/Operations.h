@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "Outcome.h"
@@ -20,8 +21,8 @@ struct Operation {
     std::optional<Answer> (*run)(Fields& fields, Library& library);
 };
 
-/// @return null when there is no such operation.
-Operation const* findOperation(std::string_view name);
+/// @throws LineError there is no such operation.
+Operation const& findOperation(std::string const& name);
 
 // One group a source file.
 std::span<Operation const> platformOperations();

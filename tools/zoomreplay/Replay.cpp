@@ -11,8 +11,17 @@
 namespace zoomreplay {
 namespace {
 
-// liblog's aborter takes no context.
+// liblog's callbacks take no context.
 Replay* theReplay = nullptr;
+std::string theLastError;
+
+// liblog would repeat on standard error what --log is for. Only an error matters even without it:
+// it is what the library says before it stops the process.
+void keepError(__android_logger_data const* line, char const* text) {
+    if (line->priority == ANDROID_LOG_ERROR) {
+        theLastError = text;
+    }
+}
 
 }  // namespace
 
@@ -27,6 +36,7 @@ Replay::Replay(LineReader& scenario, bool isLogged, std::vector<OutcomeConsumer*
 void Replay::run() {
     theReplay = this;
     __android_log_set_aborter(onFatal);
+    __android_log_set_logger(keepError);
     NSCam::Host::captureLog(mIsLogged);
 
     while (auto const line = mScenario.next()) {
@@ -48,13 +58,14 @@ void Replay::replayLine(std::string_view line) {
     Fields fields(value);
     std::string op;
     fields.required("op", op);
-    Operation const* const operation = findOperation(op);
-    if (operation == nullptr) {
-        throw LineError(op + ": unknown operation");
+    Operation const& operation = findOperation(op);
+    if (fields.has("line")) {
+        fields.fail("line: results have it, a scenario does not");
     }
 
-    mOp = operation->name;
-    auto answer = operation->run(fields, mLibrary);
+    mOp = operation.name;
+    theLastError.clear();
+    auto answer = operation.run(fields, mLibrary);
     if (answer.has_value()) {
         deliver(std::move(*answer));
     }
@@ -97,6 +108,9 @@ void Replay::endFatally(std::string_view text) {
     } catch (std::exception const& e) {
         complain(e.what());
         status = ExitStatus::BadInput;
+    }
+    if (!theLastError.empty()) {
+        complain(theLastError);
     }
     complain(mScenario.place() + ": " + std::string(mOp) + ": the library stopped the process");
     _exit(static_cast<int>(status));

@@ -231,4 +231,10 @@ void Table::consume(Outcome const& outcome) {
     mFile.write(text);
 }
 
+void Table::finish() {
+    if (!mHasHeader) {
+        mFile.write("Nothing to show: no line asks for a crop.\n");
+    }
+}
+
 }  // namespace zoomreplay

@@ -17,6 +17,9 @@ class Table : public OutcomeConsumer {
 
     void consume(Outcome const& outcome) override;
 
+    /// Tells when there was nothing to show.
+    void finish() override;
+
  private:
     File& mFile;
     bool mIsColoured;

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "Messages.h"
+#include "NearMiss.h"
 
 namespace zoomreplay {
 namespace {
@@ -75,14 +76,15 @@ std::optional<T> fit(Integer integer) {
                                        : std::nullopt;
 }
 
+// what: of the value or its key that the integer is, for messages.
 template <typename T>
-void store(Value const& value, std::optional<Integer> integer, T& result) {
+void store(Value const& value, std::string const& what, std::optional<Integer> integer, T& result) {
     if (!integer.has_value()) {
-        value.fail("must be an integer");
+        value.fail(what + "must be an integer");
     }
     auto const fitting = fit<T>(*integer);
     if (!fitting.has_value()) {
-        value.fail("out of range, must be " + std::to_string(std::numeric_limits<T>::min()) +
+        value.fail(what + "out of range, must be " + std::to_string(std::numeric_limits<T>::min()) +
                    " to " + std::to_string(std::numeric_limits<T>::max()) +
                    (std::is_same_v<T, uint32_t> ? " or -1" : ""));
     }
@@ -91,7 +93,7 @@ void store(Value const& value, std::optional<Integer> integer, T& result) {
 
 template <typename T>
 void storeNumber(Value const& value, T& result) {
-    store(value, integerOf(value.json()), result);
+    store(value, "", integerOf(value.json()), result);
 }
 
 }  // namespace
@@ -180,19 +182,19 @@ void read(Value const& value, std::string& result) {
 }
 
 void readKey(Value const& entry, std::string_view name, uint8_t& result) {
-    store(entry, parseInteger(name), result);
+    store(entry, "key: ", parseInteger(name), result);
 }
 
 void readKey(Value const& entry, std::string_view name, uint16_t& result) {
-    store(entry, parseInteger(name), result);
+    store(entry, "key: ", parseInteger(name), result);
 }
 
 void readKey(Value const& entry, std::string_view name, uint32_t& result) {
-    store(entry, parseInteger(name), result);
+    store(entry, "key: ", parseInteger(name), result);
 }
 
 void readKey(Value const& entry, std::string_view name, int64_t& result) {
-    store(entry, parseInteger(name), result);
+    store(entry, "key: ", parseInteger(name), result);
 }
 
 bool isInteger(Value const& value) {
@@ -205,13 +207,21 @@ void Fields::finish() const {
     }
     for (auto const& [name, json] : mFields) {
         if (std::find(mKnown.begin(), mKnown.end(), name) == mKnown.end()) {
-            Value(json, mObject, name).fail("unknown field");
+            Value(json, mObject, name).fail("unknown field" + didYouMean(name, mKnown));
         }
     }
 }
 
 void Fields::failMissing(std::string_view name) const {
-    Value(mObject.json(), mObject, name).fail("missing");
+    std::vector<std::string_view> others;
+    for (auto const& [other, json] : mFields) {
+        if (std::find(mKnown.begin(), mKnown.end(), other) == mKnown.end()) {
+            others.push_back(other);
+        }
+    }
+    auto const misspelt = nearMiss(name, others);
+    Value(mObject.json(), mObject, name)
+        .fail(misspelt.empty() ? "missing" : "missing; there is " + std::string(misspelt));
 }
 
 }  // namespace zoomreplay

@@ -1,7 +1,5 @@
 // zoomreplay: replays recorded request traces through the zoom override library and shows its
 // crops.
-#include <android/log.h>
-
 #include <CLI/CLI.hpp>
 #include <csignal>
 #include <memory>
@@ -143,16 +141,8 @@ ExitStatus replay(Options const& options) {
                                                              : ExitStatus::Success;
 }
 
-// A reader that goes away is an unwritable output like any other. liblog would repeat on standard
-// error what --log is for.
-void silenceProcess() {
-    std::signal(SIGPIPE, SIG_IGN);
-    __android_log_set_logger([](__android_logger_data const*, char const*) {});
-}
-
 ExitStatus run(int argc, char const* const* argv) {
     if (isImportCommand(argc, argv)) {
-        silenceProcess();
         return runImportCommand(argc, argv);
     }
 
@@ -179,7 +169,6 @@ ExitStatus run(int argc, char const* const* argv) {
         return app.exit(e) == 0 ? ExitStatus::Success : ExitStatus::BadInput;
     }
 
-    silenceProcess();
     return replay(options);
 }
 
@@ -187,6 +176,8 @@ ExitStatus run(int argc, char const* const* argv) {
 }  // namespace zoomreplay
 
 int main(int argc, char** argv) {
+    std::signal(SIGPIPE,
+                SIG_IGN);  // a reader that goes away is an unwritable output like any other
     auto status = zoomreplay::ExitStatus::BadInput;
     try {
         status = zoomreplay::run(argc, argv);
