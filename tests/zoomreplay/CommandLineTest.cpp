@@ -1,20 +1,75 @@
 // Options, files and standard streams.
+#include <fstream>
+#include <regex>
+#include <set>
+#include <sstream>
+
 #include "ToolTest.h"
 
 namespace zoomreplay::test {
 namespace {
+
+/// What the pattern's group matches, all over the text.
+std::set<std::string> findAll(std::string const& text, char const* pattern) {
+    std::regex const regex(pattern);
+    std::set<std::string> found;
+    for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match) {
+        found.insert((*match)[1]);
+    }
+    return found;
+}
 
 class CommandLineTest : public ToolTest {
  protected:
     CommandLineTest() { write("s.jsonl", kModeLine); }
 };
 
-TEST_F(CommandLineTest, HelpHasAnExample) {
-    auto const result = run({"--help"});
-
-    EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.out, testing::HasSubstr("zoomreplay pinch.jsonl -o"));
+// In their order: the first one writes what the others read.
+TEST_F(CommandLineTest, ExamplesOfTheHelpWork) {
+    std::istringstream help(run({"--help"}).out);
+    int examples = 0;
+    for (std::string line; std::getline(help, line);) {
+        if (line.rfind("  zoomreplay ", 0) == 0) {
+            std::istringstream words(line.substr(0, line.find("  ", 2)));
+            std::vector<std::string> const arguments{std::istream_iterator<std::string>(words), {}};
+            EXPECT_EQ(run({arguments.begin() + 1, arguments.end()}).status, 0) << line;
+            ++examples;
+        }
+    }
+    EXPECT_GT(examples, 3);
 }
+
+TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
+    std::ostringstream man;
+    man << std::ifstream(MAN_PAGE).rdbuf();
+    std::string help = run({"--help"}).out;
+    auto const commands = findAll(help, "\n  ([a-z][a-z-]+)  +[A-Z]");
+    for (auto const& command : commands) {
+        help += run({command, "--help"}).out;
+    }
+
+    EXPECT_THAT(findAll(help, "\n([^\n]{81,})"), testing::IsEmpty());
+    EXPECT_EQ(findAll(man.str(), "Cm ([a-z-]+)"), commands);
+    EXPECT_EQ(findAll(man.str(), "Fl -([a-z]+)"), findAll(help, "--([a-z]+)"));
+}
+
+TEST_F(CommandLineTest, CommandsDoNotHideFiles) {
+    write("new", kModeLine);
+    EXPECT_EQ(run({"./new", "-o", "-"}).out, kModeResult);
+}
+
+class NewTest : public ToolTest, public testing::WithParamInterface<std::string> {};
+
+TEST_P(NewTest, WritesAScenarioThatShowsAnOverride) {
+    auto const scenario = run({"new", "-", "--mode", GetParam()});
+    auto const table = run({"-"}, scenario.out);
+
+    EXPECT_THAT(scenario.out, testing::HasSubstr("\"mode\": \"" + GetParam() + '"'));
+    EXPECT_EQ(table.status, 0);
+    EXPECT_THAT(table.out, testing::HasSubstr("  override  0 "));
+}
+INSTANTIATE_TEST_SUITE_P(Modes, NewTest,
+                         testing::Values("ExternalAPI", "ByRequest", "InstantRequest"));
 
 struct BadUsage {
     std::vector<std::string> arguments;
@@ -38,8 +93,11 @@ TEST_P(BadUsageTest, HasStatusTwoAndLosesNothing) {
 
 BadUsage const kBadUsages[] = {
     {{}, "SCENARIO is required"},
-    {{"s.jsonl", "t.jsonl"}, "not expected: t.jsonl"},
-    {{"s.jsonl", "--fast"}, "not expected: --fast"},
+    {{"s.jsonl", "t.jsonl"}, "t.jsonl: one argument too many\nTry zoomreplay --help.\n"},
+    {{"s.jsonl", "--fast"}, "--fast: unknown option\n"},
+    {{"s.jsonl", "--ouput", "r.jsonl"}, "--ouput: unknown option; did you mean --output?\n"},
+    {{"new", "s.jsonl"}, "s.jsonl: cannot create: File exists\n"},
+    {{"new", "n.jsonl", "--mode", "None"}, "Try zoomreplay new --help.\n"},
     {{"s.jsonl", "-o"}, "required"},
     {{"t.jsonl"}, "t.jsonl: cannot open: No such file or directory\n"},
     {{"."}, ".: cannot read: Is a directory\n"},

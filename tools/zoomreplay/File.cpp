@@ -26,7 +26,8 @@ int openOrThrow(std::string const& path, int flags) {
     constexpr mode_t kReadableByAll = 0666;  // less the umask
     int const descriptor = open(path.c_str(), flags | O_CLOEXEC, kReadableByAll);
     if (descriptor < 0) {
-        throw systemError(path + ": cannot open", errno);
+        bool const isNew = (flags & O_EXCL) != 0;
+        throw systemError(path + (isNew ? ": cannot create" : ": cannot open"), errno);
     }
     return descriptor;
 }
@@ -54,6 +55,13 @@ File File::openOutput(std::string const& path, std::span<File const* const> inpu
         throw systemError(file.name() + ": cannot empty", errno);
     }
     return file;
+}
+
+File File::createOutput(std::string const& path) {
+    if (path == kStandardStream) {
+        return File(STDOUT_FILENO, "<stdout>");
+    }
+    return File(openOrThrow(path, O_WRONLY | O_CREAT | O_EXCL), path);
 }
 
 File::File(int descriptor, std::string name) : mDescriptor(descriptor), mName(std::move(name)) {}

@@ -20,6 +20,9 @@ class File {
     /// inputs is refused before anything of it is lost.
     static File openOutput(std::string const& path, std::span<File const* const> inputs);
 
+    /// Opens for writing a file that is not there yet; "-" is standard output.
+    static File createOutput(std::string const& path);
+
     File(File&& other) noexcept;
     File(File const&) = delete;
     File& operator=(File const&) = delete;

@@ -1,6 +1,5 @@
 // zoomreplay: replays recorded request traces through the zoom override library and shows its
 // crops.
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <memory>
 #include <optional>
@@ -8,11 +7,12 @@
 #include <string>
 #include <vector>
 
+#include "Arguments.h"
+#include "Commands.h"
 #include "Compare.h"
 #include "Replay.h"
 #include "ResultWriter.h"
 #include "Table.h"
-#include "import/Commands.h"
 #include "recording/Recording.h"
 #include "report/Report.h"
 #include "trace/Trace.h"
@@ -30,20 +30,19 @@ struct Options {
     bool isLogged = false;
 };
 
-constexpr char const* kExample = R"(A scenario has one JSON object a line, such as
-  {"op": "sensor", "id": 0, "modes": {"1": {"size": [4000, 3000]}}}
-  {"op": "correctTgCropRegion", "sensorId": 0, "sensorMode": 1, "crop": [3500, 0, 1000, 750]}
+constexpr char const* kBeforeCommands =
+    "Commands, in place of SCENARIO, each with a --help of its own:\n";
 
-or is made from what a phone prints: see import-rig --help and import-watch --help.
-
+constexpr char const* kExamples = R"(
 Examples:
-  zoomreplay pinch.jsonl                                shows the crops as a table
-  zoomreplay pinch.jsonl -o - | tail -1                 the last result, as JSON
-  zoomreplay pinch.jsonl -o new.jsonl --compare old.jsonl
-  zoomreplay pinch.jsonl --report pinch.html            a page to look at
+  zoomreplay new zoom.jsonl
+  zoomreplay zoom.jsonl                      its crops as a table
+  zoomreplay zoom.jsonl -o old.jsonl         its results, a JSON object a line
+  zoomreplay zoom.jsonl --compare old.jsonl  what has changed since
+  zoomreplay zoom.jsonl --report zoom.html   a page to look at
 
-Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or line,
-3 the library stopped the process.)";
+Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or
+line, 3 the library stopped the process.)";
 
 using Files = std::vector<File const*>;
 
@@ -142,20 +141,24 @@ ExitStatus replay(Options const& options) {
 }
 
 ExitStatus run(int argc, char const* const* argv) {
-    if (isImportCommand(argc, argv)) {
-        return runImportCommand(argc, argv);
+    Command const* const command = argc > 1 ? findCommand(argv[1]) : nullptr;
+    if (command != nullptr) {
+        return command->run(argc - 1, argv + 1);
     }
 
     Options options;
     CLI::App app("Replays request traces through the zoom override library and shows its crops.",
                  "zoomreplay");
-    app.footer(kExample);
-    app.add_option("SCENARIO", options.scenario, "Scenario file, - for standard input")->required();
+    app.footer(kBeforeCommands + listCommands() + kExamples);
+    app.set_version_flag("--version", "zoomreplay " ZOOMREPLAY_VERSION);
+    app.add_option("SCENARIO", options.scenario, "Scenario file, - for standard input")
+        ->required()
+        ->type_name("");
     app.add_option("-o,--output", options.results,
-                   "Write results as JSON Lines instead of the table, - for standard output")
+                   "Write results as JSON Lines, - for standard output")
         ->type_name("RESULTS");
     app.add_flag("--log", options.isLogged, "Show what the library logs");
-    app.add_option("--compare", options.expected, "Compare the results with an earlier result file")
+    app.add_option("--compare", options.expected, "Compare the results with earlier ones")
         ->type_name("EXPECTED");
     app.add_option("--report", options.report, "Write a page that shows the crops, for a browser")
         ->type_name("FILE.html");
@@ -163,13 +166,8 @@ ExitStatus run(int argc, char const* const* argv) {
         ->type_name("FILE.json");
     app.add_option("--requests", options.requests, "Limit report and trace to these requests")
         ->type_name("A-B");
-    try {
-        app.parse(argc, argv);
-    } catch (CLI::ParseError const& e) {
-        return app.exit(e) == 0 ? ExitStatus::Success : ExitStatus::BadInput;
-    }
-
-    return replay(options);
+    auto const status = parseArguments(app, argc, argv);
+    return status.has_value() ? *status : replay(options);
 }
 
 }  // namespace

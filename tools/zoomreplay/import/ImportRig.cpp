@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
+#include "../Arguments.h"
 #include "CameraChoice.h"
 #include "CameraDump.h"
 #include "RigText.h"
@@ -16,12 +16,13 @@ constexpr char const* kFooter = R"(With a phone connected:
   adb shell dumpsys media.camera > dump.txt
   zoomreplay import-rig dump.txt -o rig.jsonl
 
-The phone prints the characteristics of each camera, also of those behind a logical one. Sensor
-lines come out for all cameras; the first logical camera is configured, its main sensor as the
-master: the first of its physical cameras with its focal length and physical size. Angles of view
-are computed from both. A camera that lacks something is left out, and the reason told.
+The phone prints the characteristics of each camera, also of those behind a
+logical one. Sensor lines come out for all cameras; the first logical camera is
+configured, its main sensor as the master: the first of its physical cameras
+with its focal length and physical size. Angles of view are computed from both.
+A camera that lacks something is left out, and the reason told.
 
-Then record a zoom: zoomreplay import-watch --help)";
+Then record a zoom: see zoomreplay import-watch --help)";
 
 }  // namespace
 
@@ -34,9 +35,10 @@ ExitStatus importRig(int argc, char const* const* argv) {
     CLI::App app("Makes the sensor lines of a scenario out of a phone's own description.",
                  "zoomreplay import-rig");
     app.footer(kFooter);
-    app.add_option("DUMP", dumpPath, "What dumpsys media.camera printed, - for standard input")
-        ->required();
-    app.add_option("-o,--output", rigPath, "Write the rig to a file, - for standard output")
+    app.add_option("DUMP", dumpPath, "What dumpsys media.camera printed, - for stdin")
+        ->required()
+        ->type_name("");
+    app.add_option("-o,--output", rigPath, "Write the rig to a file instead of standard output")
         ->type_name("RIG");
     app.add_option("--cameras", cameraIds, "Take and configure these cameras only")
         ->delimiter(',')

@@ -5,7 +5,7 @@
 
 namespace zoomreplay {
 
-/// The command import-rig; argv[1] is its name.
+/// @param argv the command's name, import-rig, and what follows it.
 /// @throws UserError as a replay does.
 ExitStatus importRig(int argc, char const* const* argv);
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
+#include "../Arguments.h"
 #include "RigFile.h"
 #include "Session.h"
 #include "WatchLog.h"
@@ -15,17 +15,21 @@ namespace {
 using NSCam::Feature::ZoomOverrideMode;
 
 constexpr char const* kFooter = R"(With a phone connected:
-  adb shell cmd media.camera watch start -m android.control.zoomRatio,android.scaler.cropRegion
+  adb shell cmd media.camera watch start \
+      -m android.control.zoomRatio,android.scaler.cropRegion
   adb shell cmd media.camera watch live > zoom.log
-zoom in the camera application, and end the second command with Ctrl-C. Or, afterwards:
+zoom in the camera application, and end the second command with Ctrl-C. Or,
+afterwards:
   adb shell cmd media.camera watch dump > zoom.log
   adb shell cmd media.camera watch stop
 Then:
-  zoomreplay import-watch zoom.log --rig rig.jsonl --mode ExternalAPI -o zoom.jsonl
+  zoomreplay import-watch zoom.log --rig rig.jsonl --mode ExternalAPI \
+      -o zoom.jsonl
   zoomreplay zoom.jsonl
 
-Each logged frame becomes a request with its zoom ratio. What overrides it is the application's own
-zoom, one frame late (ByRequest: one frame early); edit the lines to try another override.)";
+Each logged frame becomes a request with its zoom ratio. What overrides it is
+the application's own zoom, one frame late (ByRequest: one frame early); edit
+the lines to try another override.)";
 
 }  // namespace
 
@@ -41,8 +45,9 @@ ExitStatus importWatch(int argc, char const* const* argv) {
     CLI::App app("Makes a scenario out of what an application asked of a phone's camera.",
                  "zoomreplay import-watch");
     app.footer(kFooter);
-    app.add_option("LOG", logPath, "What cmd media.camera watch printed, - for standard input")
-        ->required();
+    app.add_option("LOG", logPath, "What cmd media.camera watch printed, - for stdin")
+        ->required()
+        ->type_name("");
     app.add_option("--rig", rigPath, "The phone's sensors, from import-rig")
         ->required()
         ->type_name("RIG");
@@ -50,8 +55,7 @@ ExitStatus importWatch(int argc, char const* const* argv) {
         ->required()
         ->check(CLI::IsMember(modes))
         ->type_name("MODE");
-    app.add_option("-o,--output", scenarioPath,
-                   "Write the scenario to a file, - for standard output")
+    app.add_option("-o,--output", scenarioPath, "Write it to a file instead of standard output")
         ->type_name("SCENARIO");
     if (auto const status = parseArguments(app, argc, argv)) {
         return *status;

@@ -5,7 +5,7 @@
 
 namespace zoomreplay {
 
-/// The command import-watch; argv[1] is its name.
+/// @param argv the command's name, import-watch, and what follows it.
 /// @throws UserError as a replay does.
 ExitStatus importWatch(int argc, char const* const* argv);
 

@@ -1,0 +1,49 @@
+#include "Arguments.h"
+
+#include <string>
+#include <vector>
+
+#include "NearMiss.h"
+
+namespace zoomreplay {
+namespace {
+
+constexpr size_t kNameColumn = 24;  // leaves room for descriptions in a terminal of 80 columns
+
+// CLI11 would tell all unexpected arguments at once, the last one first.
+void complainOfExtra(CLI::App const& app) {
+    std::string const extra = app.remaining().front();
+    if (extra.front() != '-' || extra == "-") {
+        complain(extra + ": one argument too many");
+        return;
+    }
+    std::vector<std::string> names;
+    for (CLI::Option const* option : app.get_options()) {
+        for (auto const& name : option->get_lnames()) {
+            names.push_back("--" + name);
+        }
+    }
+    std::vector<std::string_view> const choices(names.begin(), names.end());
+    complain(extra + ": unknown option" + didYouMean(extra, choices));
+}
+
+}  // namespace
+
+std::optional<ExitStatus> parseArguments(CLI::App& app, int argc, char const* const* argv) {
+    app.get_formatter()->column_width(kNameColumn);
+    try {
+        app.parse(argc, argv);
+        return std::nullopt;
+    } catch (CLI::ExtrasError const&) {
+        complainOfExtra(app);
+    } catch (CLI::Success const& e) {  // help or version
+        app.exit(e);
+        return ExitStatus::Success;
+    } catch (CLI::ParseError const& e) {
+        complain(e.what());
+    }
+    complain("Try " + app.get_name() + " --help.");
+    return ExitStatus::BadInput;
+}
+
+}  // namespace zoomreplay
