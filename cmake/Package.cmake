@@ -56,6 +56,7 @@ if(ZOOMOVERRIDE_BUILD_TOOLS)
     install(TARGETS zoomreplay zoomoverride_recorder
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT tools)
+    install(FILES docs/zoomreplay.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endif()
 
 # ---- find_package(zoomoverride) ----

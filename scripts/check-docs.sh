@@ -1,6 +1,6 @@
 #!/bin/sh
-# Holds the documents: links within the tree lead to a file, and the API reference is built without a
-# warning.
+# Holds the documents: links within the tree lead to a file, and the manual page and the API reference are
+# built without a warning.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -12,3 +12,4 @@ done)
 [ -z "$broken" ] || { echo "$broken"; exit 1; }
 
 scripts/docs.sh
+mandoc -Tlint -W warning docs/*.1
