@@ -57,6 +57,9 @@ if(ZOOMOVERRIDE_BUILD_TOOLS)
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT tools)
     install(FILES docs/zoomreplay.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+    install(FILES tools/zoomreplay/completion.bash
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+        RENAME zoomreplay COMPONENT tools)
 endif()
 
 # ---- find_package(zoomoverride) ----
