@@ -46,14 +46,12 @@ std::string textOf(IMetadata const* metadata) {
     auto const crops =
         metadata == nullptr ? IMetadata::IEntry{} : metadata->entryFor(kCustomStreamCropTag, 0);
     if (crops.count() > 0) {
-        text += text.size() > 1 ? ", \"customStreamCrops\": " : "\"customStreamCrops\": ";
-        char const* separator = "[";
+        std::vector<int32_t> items;
         for (uint32_t i = 0; i < crops.count(); ++i) {
-            text += separator;
-            zoomreplay::appendJson(text, crops.itemAt<int32_t>(i));
-            separator = ", ";
+            items.push_back(crops.itemAt<int32_t>(i));
         }
-        text += ']';
+        text += text.size() > 1 ? ", \"customStreamCrops\": " : "\"customStreamCrops\": ";
+        zoomreplay::appendJson(text, items);
     }
     return text += '}';
 }
@@ -70,17 +68,6 @@ std::string textOf(ZoomOverrideSetting const* setting) {
     zoomreplay::appendField(text, "previewAaCrops", setting->previewAaCrops);
     zoomreplay::appendField(text, "extraAaCrops", setting->extraAaCrops);
     return text += '}';
-}
-
-std::string textOf(std::vector<int32_t> const& numbers) {
-    std::string text;
-    char const* separator = "[";
-    for (int32_t const number : numbers) {
-        text += separator;
-        zoomreplay::appendJson(text, number);
-        separator = ", ";
-    }
-    return text += ']';
 }
 
 // A sensor whose info is missing is the same to the mapper as one that is not there.
@@ -144,8 +131,7 @@ void CallRecorder::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
 
 void CallRecorder::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
     add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](ScenarioLine& line) {
-        line.json("sensorIds", textOf(config.sensorIds))
-            .json("sensorInfos", textOf(config.sensorInfos));
+        line.table("sensorIds", config.sensorIds).json("sensorInfos", textOf(config.sensorInfos));
     });
 }
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <initializer_list>
 
 namespace zoomreplay {
 namespace {
@@ -28,10 +27,11 @@ void appendQuotedKey(std::string& out, Key key) {
     out += '"';
 }
 
-template <typename T>
-void appendArray(std::string& out, std::initializer_list<T> items) {
-    char const* separator = "[";
-    for (T const item : items) {
+template <typename Items>
+void appendArray(std::string& out, Items const& items) {
+    char const* separator = "";
+    out += '[';
+    for (auto const item : items) {
         out += separator;
         appendJson(out, item);
         separator = ", ";
@@ -74,15 +74,19 @@ void appendJson(std::string& out, float value) {
 }
 
 void appendJson(std::string& out, NSCam::MSize const& size) {
-    appendArray(out, {size.w, size.h});
+    appendArray(out, std::array{size.w, size.h});
 }
 
 void appendJson(std::string& out, NSCam::MRect const& rect) {
-    appendArray(out, {rect.x, rect.y, rect.w, rect.h});
+    appendArray(out, std::array{rect.x, rect.y, rect.w, rect.h});
 }
 
 void appendJson(std::string& out, NSCam::MRectF const& rect) {
-    appendArray(out, {rect.x, rect.y, rect.w, rect.h});
+    appendArray(out, std::array{rect.x, rect.y, rect.w, rect.h});
+}
+
+void appendJson(std::string& out, std::vector<int32_t> const& numbers) {
+    appendArray(out, numbers);
 }
 
 void appendNumber(std::string& out, uint64_t value) {

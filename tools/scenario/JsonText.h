@@ -28,6 +28,7 @@ void appendJson(std::string& out, std::string_view text);
 void appendJson(std::string& out, NSCam::MSize const& size);
 void appendJson(std::string& out, NSCam::MRect const& rect);
 void appendJson(std::string& out, NSCam::MRectF const& rect);
+void appendJson(std::string& out, std::vector<int32_t> const& numbers);
 
 // Tables, in ascending order of their keys.
 template <typename Key, typename Item>
