@@ -3,7 +3,6 @@
 #include <android/log.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 
 #include <csignal>
 #include <cstdlib>
@@ -59,12 +58,17 @@ TEST_F(RecordTest, UnwritablePathIsReportedOnce) {
 }
 
 TEST_F(RecordTest, WhatIsNotAFileIsLeftAlone) {
-    ASSERT_EQ(mkfifo(mPath.c_str(), 0600), 0);
-    Record record({mPath, 4000});
+    std::ofstream(mFolder + "/file") << "of somebody else";
+    for (auto const& name : {mPath + ".1", mPath}) {
+        std::filesystem::create_symlink("file", name);
+        Record record({mPath, 4000});
 
-    EXPECT_TRUE(record.hasFailed());
-    EXPECT_THAT(sReports, ElementsAre(HasSubstr("not a regular file")));
-    EXPECT_TRUE(std::filesystem::is_fifo(mPath));
+        EXPECT_TRUE(record.hasFailed());
+        EXPECT_TRUE(std::filesystem::is_symlink(name));
+    }
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr(mPath + ".1: not a regular file"),
+                                      HasSubstr(mPath + ": not a regular file")));
+    EXPECT_THAT(read(mFolder + "/file"), "of somebody else");
 }
 
 TEST_F(RecordTest, FullDiskLeavesWholeLines) {

@@ -60,11 +60,15 @@ std::string RecordFile::partName(int age) const {
     return age == 0 ? mPath : mPath + "." + std::to_string(age);
 }
 
+// A link is not followed: moving aside would move the link, and /dev/stdout is one.
 bool RecordFile::moveAside() {
-    struct stat info {};
-    if (::stat(mPath.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
-        giveUp(mPath + ": not a regular file");
-        return false;
+    for (int age = 0; age < kParts; ++age) {
+        struct stat info {};
+        auto const name = partName(age);
+        if (::lstat(name.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
+            giveUp(name + ": not a regular file");
+            return false;
+        }
     }
     for (int age = kParts - 1; age > 0; --age) {
         auto const name = partName(age - 1);
