@@ -55,10 +55,14 @@ void PlatformWatch::noteNewestEntry() {
         mReader = Container::createReader("qvxcam-ZoomOverrideMgr", 3, 0);
     }
     auto const newest = mReader ? mReader->readNewest().value_or(nullptr) : nullptr;
-    if (newest == mNewest || !newest) {
+    if (!newest) {
         return;
     }
-    mNewest = newest;
+    EntryBits const bits{std::bit_cast<uint32_t>(newest->zoomRatio), newest->enable};
+    if (mNewest == bits) {
+        return;
+    }
+    mNewest = bits;
     mLine.clear();
     ScenarioLine(mLine, "publish")
         .field("zoomRatio", newest->zoomRatio)

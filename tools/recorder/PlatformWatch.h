@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
 #include "CustomZoomRatioOverride.h"
 #include "HwTransHelper.h"
@@ -40,6 +41,9 @@ class PlatformWatch {
     // Floats by their bits: a NaN equals itself, and the zeros differ.
     using MatrixBits = std::array<uint32_t, 4>;
 
+    // What an entry says. The entry itself is the customer's, and is not kept longer than theirs.
+    using EntryBits = std::pair<uint32_t, bool>;
+
     struct Mode {
         std::optional<NSCam::MSize> size;
         std::optional<MatrixBits> matrix;  // active array to TG: x scale and offset, y likewise
@@ -56,8 +60,8 @@ class PlatformWatch {
     Record& mRecord;
     std::unordered_map<int32_t, Modes> mSensors;
     std::shared_ptr<Container::Reader> mReader;
-    std::shared_ptr<Entry> mNewest;  // held, so that no other entry can have its address
-    std::string mLine;               // reused
+    std::optional<EntryBits> mNewest;
+    std::string mLine;  // reused
 };
 
 }  // namespace zoomrecorder
