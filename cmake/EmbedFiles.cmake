@@ -17,6 +17,7 @@ function(embed_files target template)
             -P ${CMAKE_CURRENT_FUNCTION_LIST_FILE}
         DEPENDS ${CMAKE_CURRENT_FUNCTION_LIST_FILE} ${template} ${files}
         VERBATIM)
+    set_source_files_properties(${output} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
     target_sources(${target} PRIVATE ${output})
 endfunction()
 

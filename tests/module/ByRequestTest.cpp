@@ -9,8 +9,7 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 
-constexpr auto kMode = ZoomOverrideMode::ByRequest;
-constexpr uint32_t kModeNo = 2;
+constexpr auto kByRequest = ZoomOverrideMode::ByRequest;
 
 /// A pipeline's own strategy: keeps P2 answers for later.
 class CachingStrategy : public ZoomOverrideByRequest {
@@ -78,7 +77,7 @@ TEST_F(ByRequestTest, DecidesP2) {
         need.streamCrops[7] = {};
         takeLog();
         EXPECT_EQ(mStrategy.getP2CropSetting({15, c.requested, 0}, need, c.manual), c.overrides);
-        expectHeader(need, c.valid, static_cast<int32_t>(c.settingNo), c.ratio, kMode);
+        expectHeader(need, c.valid, static_cast<int32_t>(c.settingNo), c.ratio, kByRequest);
         EXPECT_EQ(need.streamCrops.size(), 1U);
 
         bool const off = c.manual && !c.overrides;
@@ -130,14 +129,14 @@ TEST_F(ByRequestTest, CachedP2AnswersOneRefusedQuery) {
     ZoomOverrideP2Need need;
 
     EXPECT_TRUE(mStrategy.getP2CropSetting({15, 1.5F, 0}, need, false));
-    expectHeader(need, true, 20, 2.0F, kMode);  // the setting overrides: not from the cache
+    expectHeader(need, true, 20, 2.0F, kByRequest);  // the setting overrides: not from the cache
 
     EXPECT_TRUE(mStrategy.getP2CropSetting({15, 2.5F, 0}, need, false));
     expectHeader(need, true, 11, 4.0F, ZoomOverrideMode::None);
     EXPECT_EQ(need.extraTgCrops, cached.extraTgCrops);
 
     EXPECT_FALSE(mStrategy.getP2CropSetting({15, 2.5F, 0}, need, false));
-    expectHeader(need, true, 20, 2.0F, kMode);
+    expectHeader(need, true, 20, 2.0F, kByRequest);
 }
 
 TEST_F(ByRequestTest, DoneForgetsTheCachedP2OfThatRequest) {
@@ -166,7 +165,7 @@ TEST_F(ByRequestTest, P1ReportsTheSettingButNeverOverrides) {
     ZoomOverrideP1Need need;
     need.tgCrops[0][1] = {1, 2, 3, 4};
     EXPECT_FALSE(mStrategy.getP1CropSetting({15, 1.5F, 0}, need));
-    expectHeader(need, true, 20, 2.0F, kMode);
+    expectHeader(need, true, 20, 2.0F, kByRequest);
     EXPECT_EQ(need.tgCrops, (TgCrops{{0, {{1, {1, 2, 3, 4}}}}}));
 }
 

@@ -13,16 +13,15 @@ using testing::ElementsAre;
 using testing::NiceMock;
 using testing::StartsWith;
 
-constexpr auto kMode = ZoomOverrideMode::ExternalAPI;
-constexpr uint32_t kModeNo = 2;
+constexpr auto kExternalApi = ZoomOverrideMode::ExternalAPI;
 // The offset makes the effective ratio 0.998 of the wanted one.
-constexpr MRect kArray{8, 0, 4000, 3000};
+constexpr MRect kShiftedArray{8, 0, 4000, 3000};
 
 ZoomOverrideSensorInfoConfig sensors(std::vector<int32_t> const& ids) {
     ZoomOverrideSensorInfoConfig config{ids, {}};
     for (auto const id : ids) {
         config.sensorInfos[static_cast<uint32_t>(id)] =
-            std::make_shared<ZoomOverrideSensorInfo>(ZoomOverrideSensorInfo{80, 60, kArray});
+            std::make_shared<ZoomOverrideSensorInfo>(ZoomOverrideSensorInfo{80, 60, kShiftedArray});
     }
     return config;
 }
@@ -68,13 +67,13 @@ TEST_F(ExternalApiTest, RatiosAreTestedInMirror) {
         publish(c.ratio, c.enable);
         ZoomOverrideP1Need p1{{true, 8, 9.0F, ZoomOverrideMode::None}, {}};
         EXPECT_EQ(mStrategy.getP1CropSetting({5, c.requested, 0}, p1), c.p1);
-        expectHeader(p1, c.enable, c.p1 ? 5 : -1, c.p1 ? c.ratio * 0.998F : c.ratio, kMode);
+        expectHeader(p1, c.enable, c.p1 ? 5 : -1, c.p1 ? c.ratio * 0.998F : c.ratio, kExternalApi);
         EXPECT_EQ(p1.tgCrops.size(), c.p1 ? 2U : 0U);
 
         ZoomOverrideP2Need p2;
         p2.requestNo = 8;
         EXPECT_EQ(mStrategy.getP2CropSetting({5, c.requested, 0}, p2, c.manual), c.p2);
-        expectHeader(p2, c.enable, c.p2 ? 5 : -1, c.p2 ? c.ratio * 0.998F : c.ratio, kMode);
+        expectHeader(p2, c.enable, c.p2 ? 5 : -1, c.p2 ? c.ratio * 0.998F : c.ratio, kExternalApi);
         EXPECT_EQ(p2.streamCrops.size(), c.p2 ? 2U : 0U);
     }
 }
@@ -96,8 +95,8 @@ TEST_F(ExternalApiTest, WithoutAMasterThePresetHeaderStays) {
     ZoomOverrideP2Need p2;
     EXPECT_FALSE(mStrategy.getP1CropSetting({5, 4, 0}, p1));
     EXPECT_FALSE(mStrategy.getP2CropSetting({5, 1, 0}, p2, false));
-    expectHeader(p1, true, -1, 2, kMode);
-    expectHeader(p2, true, -1, 2, kMode);
+    expectHeader(p1, true, -1, 2, kExternalApi);
+    expectHeader(p2, true, -1, 2, kExternalApi);
 }
 
 TEST_F(ExternalApiTest, P1IsConvertedWhereThereIsAMatrix) {
@@ -200,12 +199,12 @@ TEST_F(ExternalApiTest, WithoutARegistryItIsStillMade) {
     EXPECT_THAT(takeLog(), ElementsAre(StartsWith("create SensorCropMapper("),
                                        "[ExternalAPI::ZoomOverrideExternalAPI] [Zoom Override]: "
                                        "mpCustomZoomReader is null!!"));
-    EXPECT_EQ(strategy.getZoomOverrideMode(), kMode);
+    EXPECT_EQ(strategy.getZoomOverrideMode(), kExternalApi);
 }
 
 TEST_F(ExternalApiTest, CustomerPublishesWhileRequestsRun) {
     auto const mgr = IZoomOverrideMgr::getInstance();
-    mgr->initialize(kMode);
+    mgr->initialize(kExternalApi);
     mgr->configSensorInfo(sensors({1}));
     mgr->configSensorBehaviorInfo({.portSizes = {{1, {{1, {}}}}}});
     publish(1, true);

@@ -6,9 +6,7 @@
 namespace NSCam::Feature {
 namespace {
 
-constexpr auto kMode = ZoomOverrideMode::InstantRequest;
-constexpr uint32_t kModeNo = 2;
-constexpr int64_t kPreview = streamId(0, 1);
+constexpr auto kInstant = ZoomOverrideMode::InstantRequest;
 constexpr int64_t kStill = streamId(0, 2);
 constexpr int64_t kInternal = streamId(0, 3);
 constexpr int64_t kTele = streamId(1, 1);
@@ -72,7 +70,7 @@ TEST_F(InstantRequestTest, UnusableCropsStillBringTheirRatio) {
 
         ZoomOverrideP1Need need;
         EXPECT_FALSE(mStrategy.getP1CropSetting({1, 2.0F, 0}, need));
-        expectHeader(need, false, -1, 0.75F, kMode);
+        expectHeader(need, false, -1, 0.75F, kInstant);
         EXPECT_TRUE(need.tgCrops.empty());
     }
 }
@@ -90,7 +88,7 @@ TEST_F(InstantRequestTest, OverridesToAWiderViewOnly) {
         store(c.stored, {10, 1, 2, 30, 40});
         ZoomOverrideP1Need need{{false, 8, 9.0F, ZoomOverrideMode::None}, {{5, {{5, {}}}}}};
         EXPECT_EQ(mStrategy.getP1CropSetting({1, c.requested, 0}, need), c.overrides);
-        expectHeader(need, true, -1, c.stored, kMode);
+        expectHeader(need, true, -1, c.stored, kInstant);
         EXPECT_EQ(need.tgCrops.size(), c.overrides ? 2U : 1U) << "the caller's own entry stays";
     }
 }

@@ -8,7 +8,6 @@ namespace {
 using Mode = ZoomOverrideMode;
 
 constexpr auto kUnknownMode = static_cast<Mode>(7);
-constexpr int64_t kPreview = streamId(0, 1);
 
 /// The shared manager, as strategies call back into no other.
 class ManagerTest : public PlatformTest {

@@ -39,6 +39,9 @@ inline constexpr int32_t kMin = std::numeric_limits<int32_t>::min();
 inline constexpr float kInf = std::numeric_limits<float>::infinity();
 inline constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
+/// The one mode of the tests' sensors.
+inline constexpr uint32_t kModeNo = 2;
+
 using NSCamHW::simplifiedMatrix;
 using TgCrops = std::unordered_map<uint32_t, PortCrops>;
 using SensorCrops = std::unordered_map<uint32_t, MRect>;
@@ -47,6 +50,7 @@ using StreamIdMap = std::unordered_map<uint32_t, uint64_t>;
 inline constexpr int64_t streamId(int64_t sensorId, int64_t port) {
     return (port << 40) | (sensorId << 32);
 }
+inline constexpr int64_t kPreview = streamId(0, 1);
 
 class PlatformTest : public testing::Test {
  protected:
@@ -62,10 +66,10 @@ class PlatformTest : public testing::Test {
 
     ~PlatformTest() override { Host::resetLogSwitches(); }
 
-    /// A sensor with one mode, number 2. No matrix means that the platform knows none.
+    /// A sensor with one mode. No matrix means that the platform knows none.
     static void setSensor(int32_t sensorId, MSize size,
                           std::optional<simplifiedMatrix> matrix = simplifiedMatrix{}) {
-        Host::setSensor(sensorId, {{2, {size, matrix}}});
+        Host::setSensor(sensorId, {{kModeNo, {size, matrix}}});
     }
 
     static void deposit(IZoomOverrideMgr& mgr, uint32_t requestNo, RunTimeCropNeedData data) {

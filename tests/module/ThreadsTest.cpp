@@ -7,7 +7,6 @@ namespace NSCam::Feature {
 namespace {
 
 constexpr uint32_t kRequests = 1500;
-constexpr int64_t kPreview = streamId(0, 1);
 
 class ThreadsTest : public PlatformTest {
  protected:

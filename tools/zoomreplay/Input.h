@@ -18,6 +18,10 @@ inline constexpr NSCam::IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
 /// The stages of a pipeline that ask for crops.
 enum class Stage { P1, P2, ThreeA };
 
+constexpr char const* nameOf(Stage stage) {
+    return stage == Stage::P1 ? "P1" : (stage == Stage::P2 ? "P2" : "3A");
+}
+
 struct SensorInput {
     int32_t sensorId;
     NSCam::Host::SensorModes const& modes;

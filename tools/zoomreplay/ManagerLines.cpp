@@ -237,7 +237,7 @@ std::optional<Answer> correctTgCropRegion(Fields& fields, Library& library) {
     });
 }
 
-constexpr std::array kOperations{
+constexpr std::array kManagerOperations{
     Operation{"initialize", initialize},
     Operation{"getZoomOverrideMode", getZoomOverrideMode},
     Operation{"configFspInfo", configFspInfo},
@@ -257,7 +257,7 @@ constexpr std::array kOperations{
 }  // namespace
 
 std::span<Operation const> managerOperations() {
-    return kOperations;
+    return kManagerOperations;
 }
 
 }  // namespace zoomreplay

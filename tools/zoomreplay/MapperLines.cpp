@@ -32,7 +32,7 @@ std::optional<Answer> getSensorCrop(Fields& fields, Library& library) {
     });
 }
 
-constexpr std::array kOperations{
+constexpr std::array kMapperOperations{
     Operation{"SensorCropMapper.config", config},
     Operation{"SensorCropMapper.getSensorCrop", getSensorCrop},
 };
@@ -40,7 +40,7 @@ constexpr std::array kOperations{
 }  // namespace
 
 std::span<Operation const> mapperOperations() {
-    return kOperations;
+    return kMapperOperations;
 }
 
 }  // namespace zoomreplay

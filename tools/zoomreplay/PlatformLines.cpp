@@ -119,7 +119,7 @@ std::optional<Answer> publish(Fields& fields, Library& library) {
     return std::nullopt;
 }
 
-constexpr std::array kOperations{
+constexpr std::array kPlatformOperations{
     Operation{"property", property},
     Operation{"logger", logger},
     Operation{"sensor", sensor},
@@ -129,7 +129,7 @@ constexpr std::array kOperations{
 }  // namespace
 
 std::span<Operation const> platformOperations() {
-    return kOperations;
+    return kPlatformOperations;
 }
 
 }  // namespace zoomreplay

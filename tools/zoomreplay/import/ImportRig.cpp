@@ -12,7 +12,7 @@
 namespace zoomreplay {
 namespace {
 
-constexpr char const* kFooter = R"(With a phone connected:
+constexpr char const* kRigFooter = R"(With a phone connected:
   adb shell dumpsys media.camera > dump.txt
   zoomreplay import-rig dump.txt -o rig.jsonl
 
@@ -34,7 +34,7 @@ ExitStatus importRig(int argc, char const* const* argv) {
     bool isBinned = false;
     CLI::App app("Makes the sensor lines of a scenario out of a phone's own description.",
                  "zoomreplay import-rig");
-    app.footer(kFooter);
+    app.footer(kRigFooter);
     app.add_option("DUMP", dumpPath, "What dumpsys media.camera printed, - for stdin")
         ->required()
         ->type_name("");

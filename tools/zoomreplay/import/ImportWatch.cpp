@@ -14,7 +14,7 @@ namespace {
 
 using NSCam::Feature::ZoomOverrideMode;
 
-constexpr char const* kFooter = R"(With a phone connected:
+constexpr char const* kWatchFooter = R"(With a phone connected:
   adb shell cmd media.camera watch start \
       -m android.control.zoomRatio,android.scaler.cropRegion
   adb shell cmd media.camera watch live > zoom.log
@@ -44,7 +44,7 @@ ExitStatus importWatch(int argc, char const* const* argv) {
     std::string modeName;
     CLI::App app("Makes a scenario out of what an application asked of a phone's camera.",
                  "zoomreplay import-watch");
-    app.footer(kFooter);
+    app.footer(kWatchFooter);
     app.add_option("LOG", logPath, "What cmd media.camera watch printed, - for stdin")
         ->required()
         ->type_name("");

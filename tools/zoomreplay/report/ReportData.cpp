@@ -47,17 +47,6 @@ Json rectOf(ActiveRect const& rect) {
     return json;
 }
 
-char const* nameOf(Stage stage) {
-    switch (stage) {
-        case Stage::P1:
-            return "P1";
-        case Stage::P2:
-            return "P2";
-        default:
-            return "3A";
-    }
-}
-
 char const* nameOf(QueryState state) {
     switch (state) {
         case QueryState::Overridden:

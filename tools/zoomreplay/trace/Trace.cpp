@@ -56,10 +56,6 @@ class TraceEvents {
     bool mIsFirst = true;
 };
 
-char const* nameOf(Stage stage) {
-    return stage == Stage::P1 ? "P1" : (stage == Stage::P2 ? "P2" : "3A");
-}
-
 void addRatios(TraceEvents& events, QueryRecord const& query) {
     Json ratios = Json::object();
     if (std::isfinite(query.request.zoomRatio)) {
