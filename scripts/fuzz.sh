@@ -1,34 +1,37 @@
 #!/bin/bash
-# Runs each fuzz target for a time, 20 seconds unless an argument gives another number, under the address
-# and undefined behaviour sanitizers. An input that fails is kept in fuzz/regressions, from where ctest
-# replays it for ever after. What the targets learnt is kept in build/fuzz/corpus for the next run.
+# Runs each fuzz target for a time, 60 seconds unless an argument gives another number, under the address
+# and undefined behaviour sanitizers, as many at a time as there are processors. An input that fails is kept
+# in fuzz/regressions, from where ctest replays it for ever after. What the targets learnt is kept in
+# build/asan/corpus for the next run.
 set -eu
 cd "$(dirname "$0")/.."
 
-seconds=${1:-20}
+seconds=${1:-60}
+targets=(interface numbers scenario)
 # shellcheck disable=SC2046 # one package a word
 scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
     scripts/packages-fuzz.txt)
 
-cmake --preset fuzz
-cmake --build --preset fuzz
+cmake --preset asan
+cmake --build build/asan --target "${targets[@]/#/fuzz_}"
 
-failed=0
-for name in interface numbers scenario; do
-    corpus=build/fuzz/corpus/$name
-    kept=fuzz/regressions/$name
-    mkdir -p "$corpus" "$kept"
-    folders=("$corpus" "$kept")
-    [ "$name" != scenario ] || folders+=(examples)
-    echo "== $name, $seconds seconds"
-    # Scenarios are text, and long. The library's last words are no news.
-    length=512
-    [ "$name" != scenario ] || length=8192
-    "build/fuzz/fuzz/fuzz_$name" -max_total_time="$seconds" -max_len=$length -len_control=0 -timeout=10 \
-        -close_fd_mask=2 -print_final_stats=1 -artifact_prefix="$kept/" "${folders[@]}" \
-        2>"build/fuzz/$name.log" || failed=1
-    grep -E 'DONE|stat::(number_of_executed_units|average_exec)|SUMMARY|Test unit written' \
-        "build/fuzz/$name.log" || true
-    rmdir --ignore-fail-on-non-empty "$kept"
-done
-exit $failed
+fuzz() {
+    local name=$1 seconds=$2 log=build/asan/fuzz_$1.log
+    local folders=("build/asan/corpus/$name" "fuzz/regressions/$name")
+    # Scenarios are text, and long.
+    local length=512
+    [ "$name" != scenario ] || { folders+=(examples); length=8192; }
+    # The library's last words are no news, hence the closed stream.
+    "build/asan/fuzz/fuzz_$name" -max_total_time="$seconds" -max_len=$length -len_control=0 -timeout=10 \
+        -close_fd_mask=2 -artifact_prefix="fuzz/regressions/$name/" "${folders[@]}" 2>"$log" ||
+        { tail -30 "$log"; return 1; }
+    sed -nE "s/^#([0-9]+)\s+DONE\s+cov: ([0-9]+) .*/$name: \1 inputs, \2 edges reached/p" "$log"
+}
+export -f fuzz
+
+mkdir -p "${targets[@]/#/build/asan/corpus/}" "${targets[@]/#/fuzz/regressions/}"
+status=0
+printf '%s\n' "${targets[@]}" |
+    xargs -I NAME -P "$(nproc)" bash -c 'fuzz NAME "$0"' "$seconds" || status=1
+rmdir -p --ignore-fail-on-non-empty "${targets[@]/#/fuzz/regressions/}" 2>/dev/null || true
+exit $status
