@@ -8,8 +8,7 @@ cd "$(dirname "$0")/.."
 scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
     scripts/packages-coverage.txt)
 
-cmake -S . -B build/coverage -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=g++ \
-    -DZOOMOVERRIDE_COVERAGE=ON -DCMAKE_CXX_FLAGS="--coverage -fprofile-update=atomic"
+cmake --preset coverage
 cmake --build build/coverage --target module_tests
 find build/coverage -name '*.gcda' -delete
 build/coverage/tests/module/module_tests --gtest_brief=1 >/dev/null 2>build/coverage/tests.log ||

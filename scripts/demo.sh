@@ -8,7 +8,7 @@ cd "$(dirname "$0")/.."
 scripts/install-packages.sh $(cat scripts/packages-build.txt)
 
 cmake -S . -B build/demo -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=g++ \
-    -DZOOMOVERRIDE_BUILD_TESTS=OFF
+    -DCMAKE_UNITY_BUILD=ON -DZOOMOVERRIDE_BUILD_TESTS=OFF
 cmake --build build/demo
 
 reports=build/demo/reports
