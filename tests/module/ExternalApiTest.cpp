@@ -29,7 +29,7 @@ ZoomOverrideSensorInfoConfig sensors(std::vector<int32_t> const& ids) {
 class ExternalApiTest : public PlatformTest {
  protected:
     ExternalApiTest() {
-        mStrategy.configSensorInfo(sensors({0, 1}));
+        EXPECT_TRUE(mStrategy.configSensorInfo(sensors({0, 1})));
         setSensor(0, {1400, 1100}, simplifiedMatrix{0.5F, 0, 0.5F, 0});
         setSensor(1, {4000, 3000}, std::nullopt);
         depositModes(kModeNo, kModeNo);
@@ -178,11 +178,12 @@ TEST_F(ExternalApiTest, BundleFollowsR1OrR3) {
             return port == P1_PORT_R1 ? c.hasR1 : c.hasR3;
         });
         ON_CALL(*mgr, correctTgCropRegion)
-            .WillByDefault([number = 0](int32_t, int32_t, bool, MSize, MRect& crop) mutable {
+            .WillByDefault([number = 0](int32_t, int32_t, bool min, MSize, MRect& crop) mutable {
+                EXPECT_FALSE(min);
                 crop = {++number, 0, 0, 0};
                 return true;
             });
-        strategy.configFspInfo({c.fspPorts});
+        EXPECT_TRUE(strategy.configFspInfo({c.fspPorts}));
         ZoomOverrideP1Need need;
         need.tgCrops[0][P1_PORT_R2] = {9, 9, 9, 9};
         takeLog();
@@ -200,6 +201,7 @@ TEST_F(ExternalApiTest, WithoutARegistryItIsStillMade) {
                                        "[ExternalAPI::ZoomOverrideExternalAPI] [Zoom Override]: "
                                        "mpCustomZoomReader is null!!"));
     EXPECT_EQ(strategy.getZoomOverrideMode(), kExternalApi);
+    EXPECT_TRUE(strategy.onRequestDone(5));
 }
 
 TEST_F(ExternalApiTest, CustomerPublishesWhileRequestsRun) {

@@ -187,6 +187,10 @@ TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
     EXPECT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, again));
     expectHeader(again, true, -1, 1.2F, Mode::InstantRequest);
     EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{2, {80, 60, 800, 600}}}}}));
+
+    // More requests in flight than answers were forgotten.
+    deposit(*mMgr, 6, data);
+    EXPECT_TRUE(mMgr->getP1CropSetting({6, 2.0F, 0}, again));
 }
 
 TEST_F(ManagerTest, UsableCropsCountAgainAfterUnusableOnes) {

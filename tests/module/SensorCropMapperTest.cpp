@@ -6,7 +6,9 @@
 namespace NSCam::Feature {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::NanSensitiveFloatEq;
 
 constexpr MRect kArray{0, 0, 4000, 3000};
@@ -24,8 +26,8 @@ class SensorCropMapperTest : public PlatformTest {
 
     /// Sensor 0 is the master, sensor 1 the other one.
     void configure(Info const& master, Info const& other) {
-        mMapper.config(
-            {{0, 1}, {{0, std::make_shared<Info>(master)}, {1, std::make_shared<Info>(other)}}});
+        EXPECT_TRUE(mMapper.config(
+            {{0, 1}, {{0, std::make_shared<Info>(master)}, {1, std::make_shared<Info>(other)}}}));
     }
 
     SensorCropOutput map(float zoomRatio) {
@@ -45,18 +47,19 @@ TEST_F(SensorCropMapperTest, SameAngleGetsTheMastersSize) {
         float zoom, effective;
         MRect expected;
     };
-    MRect const odd{0, 0, 4001, 3003};
+    MRect const odd{0, 0, 4001, 3002};
     MRect const offset{8, 6, 4000, 3000};
     MRect const far{2000, 2000, 1001, 801};
     Case const cases[] = {
         {"twice", kArray, kArray, 2, 2, {1000, 750, 2000, 1500}},
-        {"odd sizes: 1333.67 and 1001", odd, odd, 3, 4001.0F / 1333, {1334, 1001, 1333, 1001}},
+        {"odd sizes: 1333.67, 1000.67", odd, odd, 3, 4001.0F / 1333, {1334, 1001, 1333, 1000}},
         {"identity", odd, odd, 1, 1, odd},
         // 3992 / 2000; 8 + (4000 - 2008) / 2, 6 + (3000 - 1506) / 2
         {"offset", offset, offset, 2, 1.996F, {1004, 753, 2000, 1500}},
         // 8 + (4000 - 4008) / 2, 6 + (3000 - 3006) / 2
         {"identity with an offset", offset, offset, 1, 0.998F, {4, 3, 4000, 3000}},
-        {"other shape", kArray, {0, 0, 3000, 2001}, 2, 2, {500, 250, 2000, 1500}},
+        {"fills the width", kArray, {0, 0, 2000, 2001}, 2, 2, {0, 250, 2000, 1500}},
+        {"fills the height", kArray, {0, 0, 3000, 1500}, 2, 2, {500, 0, 2000, 1500}},
         {"too small an array", kArray, {5, 5, 1000, 800}, 2, 2, {5, 5, 1000, 800}},
         {"too low an array", kArray, {0, 0, 4000, 800}, 2, 2, {0, 0, 4000, 800}},
         // 2000 + (1001 - 4000) / 2, 2000 + (801 - 3500) / 2, halves toward zero
@@ -152,22 +155,34 @@ TEST_F(SensorCropMapperTest, MissingMasterIsRefused) {
 
 TEST_F(SensorCropMapperTest, DebugRatioNeedsLogLevel3) {
     configure({80, 60, kArray}, {80, 60, kArray});
-    Host::setProperty("vendor.debug.camera.zoomRatio", 25);
-    mMapper.mLogLevel = 2;
-    EXPECT_EQ(map(4).zoomRatio, 4.0F);
+    Utils::ULog::ULogger::sDetailsLevel = 5;
     mMapper.mLogLevel = 3;
+    EXPECT_EQ(map(4).zoomRatio, 4.0F) << "the property is not set";
+    Host::setProperty("vendor.debug.camera.zoomRatio", 25);
     EXPECT_EQ(map(4).zoomRatio, 2.5F);
-    Host::setProperty("vendor.debug.camera.zoomRatio", 0);
+    EXPECT_THAT(takeLog(), Contains(HasSubstr("debug(1), Zoom ratio(2.500000)")));
+    mMapper.mLogLevel = 2;
     EXPECT_EQ(map(4).zoomRatio, 4.0F);
 }
 
-TEST_F(SensorCropMapperTest, LogsAngleRatios) {
-    configure({80, 60, kArray}, {100, 80, {16, 12, 4000, 3000}});
+TEST_F(SensorCropMapperTest, LogsRatiosAndCrops) {
+    configure({80, 60, {0, 0, 4001, 3001}}, {100, 80, {16, 12, 4000, 3000}});
     Utils::ULog::ULogger::sDetailsLevel = 5;
     map(2);
-    EXPECT_THAT(takeLog(), testing::Contains("[::getSensorCrop] cam(1) activeCrop="
-                                             "(1312/996/1408x1032) degreeRatio_H=1.420277 "
-                                             "degreeRatio_V=1.453363"));
+    auto const log = takeLog();
+    // The room of 2001 and 1501 is halved toward zero; 4001 / 2000.
+    EXPECT_THAT(log, Contains(HasSubstr("debug(0), Zoom ratio(2.000500), "
+                                        "appCropRegion(1000, 750), 2000x1500")));
+    // 4000 / (1.42028 * 2.0005) = 1407.8, 3000 / (1.45336 * 2.0005) = 1031.8
+    EXPECT_THAT(log, Contains("[::getSensorCrop] cam(1) activeCrop=(1312/996/1407x1031) "
+                              "degreeRatio_H=1.420277 degreeRatio_V=1.453363"));
+}
+
+TEST_F(SensorCropMapperTest, AnglesBecomeRadiansOfOneTurn) {
+    EXPECT_EQ(DebugMapper::degreeToRadians(0), 0);
+    EXPECT_FLOAT_EQ(DebugMapper::degreeToRadians(0.5F), 0.00872665F);
+    EXPECT_FLOAT_EQ(DebugMapper::degreeToRadians(450), 1.5707964F);
+    EXPECT_FLOAT_EQ(DebugMapper::degreeToRadians(-90), 4.712389F);
 }
 
 TEST_F(SensorCropMapperTest, SensorWithoutOpticsGetsNoCrop) {

@@ -25,12 +25,11 @@ void presetHeader(v3::CustomZoomRatioOverride const& entry, ZoomOverrideNeedHead
     need.mode = ZoomOverrideMode::ExternalAPI;
 }
 
+/// What changes once crops were made, which only an enabled entry brings about.
 void fillHeader(SensorCropOutput const& crops, ZoomOverrideRequest const& request,
                 ZoomOverrideNeedHeader& need) {
-    need.overrideValid = true;
     need.requestNo = static_cast<int32_t>(request.requestNo);
     need.zoomRatio = crops.zoomRatio;
-    need.mode = ZoomOverrideMode::ExternalAPI;
 }
 
 }  // namespace
