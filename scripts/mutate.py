@@ -6,7 +6,7 @@
 Works on a copy of the tree under build/mutation. Prints the faults that survive, and fails if there are any:
 each is a hole in the tests, or a change that nobody can observe and that belongs into
 scripts/mutate-unnoticed.txt with the reason. That file holds, under comments, lines of the form
-"<file>: <line> => <faulty line>"; they are not tried. --again tries what survived the last run only.
+"<file>: <line> => <faulty line>", and those are not tried. --again tries what survived the last run only.
 """
 
 import argparse
@@ -60,14 +60,17 @@ def all_faults(only):
     for path in sorted((ROOT / MODULE).glob("*.[ch]*"), key=lambda path: (path.suffix, path.name)):
         if not path.match(only):
             continue
+        previous = ""
         for number, line in enumerate(path.read_text().splitlines()):
             for faulty, what in faults_of(line):
-                yield path.name, number, line, faulty, what
+                yield key_of(path.name, previous, line, faulty), path.name, number, line, faulty, what
+            previous = line
 
 
-def key_of(name, line, faulty):
-    """What a fault is called in the lists: it stays valid when lines move."""
-    return f"{name}: {line.strip()} => {faulty.strip()}".strip()
+def key_of(name, previous, line, faulty):
+    """What a fault is called in the lists: it stays valid when lines move. A bare return needs the line before."""
+    where = f"{previous.strip()} " if re.fullmatch(r"\s*return \w+;", line) else ""
+    return f"{name}: {where}{line.strip()} => {faulty.strip()}".strip()
 
 
 def keys_in(path):
@@ -131,14 +134,14 @@ def main():
     options = parser.parse_args()
 
     known = keys_in(UNNOTICED)
-    everything = {key_of(name, line, faulty) for name, _, line, faulty, _ in all_faults("*")}
+    everything = {fault[0] for fault in all_faults("*")}
     for key in sorted(known - everything):
         print(f"in {UNNOTICED.name}, but no fault any more: {key}")
-    faults = [fault for fault in all_faults(options.file) if key_of(fault[0], *fault[2:4]) not in known]
+    faults = [fault for fault in all_faults(options.file) if fault[0] not in known]
     print(f"{len(faults)} possible faults, {len(known)} known to go unnoticed", flush=True)
     if options.again:
         last = keys_in(SURVIVORS)
-        faults = [fault for fault in faults if key_of(fault[0], *fault[2:4]) in last]
+        faults = [fault for fault in faults if fault[0] in last]
     if options.sample:
         random.Random(options.seed).shuffle(faults)
         faults = faults[:options.sample]
@@ -146,12 +149,12 @@ def main():
     prepare()
     counts = {"caught": 0, "survives": 0, "does not compile": 0}
     with SURVIVORS.open("w") as survivors:
-        for name, number, line, faulty, what in faults:
+        for key, name, number, line, faulty, what in faults:
             verdict = judge(name, number, faulty)
             counts[verdict] += 1
             if verdict == "survives":
                 print(f"survives: {name}:{number + 1}: {what}\n    {line.strip()}\n    {faulty.strip()}", flush=True)
-                print(key_of(name, line, faulty), file=survivors, flush=True)
+                print(key, file=survivors, flush=True)
             if sum(counts.values()) % 20 == 0:
                 print(counts, flush=True)
     judged = counts["caught"] + counts["survives"]

@@ -1,6 +1,4 @@
 // By-request mode: the kept setting and the P1 and P2 answers made from it.
-#include <locale>
-
 #include "TestPlatform.h"
 #include "ZoomOverrideByRequest.h"
 #include "ZoomOverrideMgr.h"
@@ -86,21 +84,6 @@ TEST_F(ByRequestTest, DecidesP2) {
         auto const offLine = Contains(HasSubstr("manual mode but the override function off"));
         EXPECT_THAT(takeLog(), offLine.Times(off ? 1 : 0));
     }
-}
-
-TEST_F(ByRequestTest, LogsAlikeInAnyLocale) {
-    struct Grouped : std::numpunct<char> {
-        std::string do_grouping() const override { return "\3"; }
-    };
-    Utils::ULog::ULogger::sDetailsLevel = 5;
-    ZoomOverrideByRequest strategy(mMgr, 3);
-    mSetting->requestNo = 1234;
-    strategy.storeOverrideSetting(20, OverrideNotice::Default, mSetting);
-    ZoomOverrideP2Need need;
-    auto const usual = std::locale::global(std::locale(std::locale::classic(), new Grouped));
-    EXPECT_TRUE(strategy.getP2CropSetting({15, 1, 0}, need, false));
-    std::locale::global(usual);
-    EXPECT_THAT(takeLog(), Contains(HasSubstr("[OverrideAA]15<-1234PreviewAA:")));
 }
 
 TEST_F(ByRequestTest, P2HoldsBothDomains) {

@@ -33,7 +33,8 @@ class ExternalApiTest : public PlatformTest {
         setSensor(0, {1400, 1100}, simplifiedMatrix{0.5F, 0, 0.5F, 0});
         setSensor(1, {4000, 3000}, std::nullopt);
         depositModes(kModeNo, kModeNo);
-        mMgr->configSensorBehaviorInfo({.portSizes = {{0, {{1, {}}, {3, {}}}}, {1, {{1, {}}}}}});
+        EXPECT_TRUE(mMgr->configSensorBehaviorInfo(
+            {.portSizes = {{0, {{1, {}}, {3, {}}}}, {1, {{1, {}}}}}}));
     }
 
     void depositModes(uint32_t mode0, uint32_t mode1) {

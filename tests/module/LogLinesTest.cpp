@@ -3,6 +3,7 @@
 #include "LogLines.h"
 
 #include <cstdlib>
+#include <locale>
 #include <regex>
 
 #include "TestPlatform.h"
@@ -56,6 +57,18 @@ constexpr Kind kKinds[] = {
     {"info", &Speaker::info, 3, false, 3, 3, "[I]", "value 1"},
     {"warning", &Speaker::warning, 2, false, 2, 2, "[W]", "[Speaker::warning] value 1"},
     {"error", &Speaker::error, 1, false, 1, 1, "[E]", "[Speaker::error] value 1"},
+};
+
+/// Makes the process part all digits of the numbers that it formats: log lines ignore its locale.
+class PartedDigits : public std::numpunct<char> {
+ public:
+    PartedDigits() : std::numpunct<char>(1) {
+        std::locale::global(std::locale(std::locale::classic(), this));
+    }
+    ~PartedDigits() override { std::locale::global(std::locale::classic()); }
+
+ private:
+    std::string do_grouping() const override { return "\1"; }
 };
 
 class LogLinesTest : public PlatformTest {
@@ -225,6 +238,7 @@ TEST_F(LogLinesTest, InstantRequest) {
                 {{{0, 2}}, {{internal, {}}}, {{internal, preview}, {preview, internal}}, {}});
         mgr->setRunTimeCropNeedData(5, OverrideNotice::Repeating, {});
         auto const metadata = makeMetadata(1.5F, {10, 101, 51, 333, 211});
+        PartedDigits const locale;
         mgr->storeOverrideSetting(&metadata, {{10, static_cast<uint64_t>(preview)}});
         ZoomOverrideP1Need need;
         mgr->getP1CropSetting({5, 2.0F, 0}, need);
@@ -282,6 +296,7 @@ TEST_F(LogLinesTest, ByRequest) {
     setting->previewAaCrops[0] = {10.5F, 20.0F, 300.25F, 400.0F};
     takeLog();
 
+    PartedDigits const locale;
     ZoomOverrideByRequest strategy(mgr, 1);
     strategy.storeOverrideSetting(20, OverrideNotice::Default, setting);
     strategy.storeOverrideSetting(21, OverrideNotice::Repeating, nullptr);

@@ -183,14 +183,16 @@ TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
     store(1.2F, {80, 60, 800, 600}, kOther);
     ZoomOverrideP1Need answer;
     ASSERT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, answer));
+
+    // One more in flight than before.
+    deposit(*mMgr, 6, data);
+    store(1.1F, {8, 6, 400, 300});
+    ASSERT_TRUE(mMgr->getP1CropSetting({6, 2.0F, 0}, answer));
+
     ZoomOverrideP1Need again;
     EXPECT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, again));
     expectHeader(again, true, -1, 1.2F, Mode::InstantRequest);
     EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{2, {80, 60, 800, 600}}}}}));
-
-    // More requests in flight than answers were forgotten.
-    deposit(*mMgr, 6, data);
-    EXPECT_TRUE(mMgr->getP1CropSetting({6, 2.0F, 0}, again));
 }
 
 TEST_F(ManagerTest, UsableCropsCountAgainAfterUnusableOnes) {

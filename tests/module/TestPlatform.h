@@ -73,7 +73,8 @@ class PlatformTest : public testing::Test {
     }
 
     static void deposit(IZoomOverrideMgr& mgr, uint32_t requestNo, RunTimeCropNeedData data) {
-        mgr.setRunTimeCropNeedData(requestNo, OverrideNotice::Default, std::move(data));
+        EXPECT_TRUE(
+            mgr.setRunTimeCropNeedData(requestNo, OverrideNotice::Default, std::move(data)));
     }
 
     static IMetadata makeMetadata(float zoomRatio, std::vector<int32_t> const& crops = {}) {

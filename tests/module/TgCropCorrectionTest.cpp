@@ -58,6 +58,7 @@ TEST_F(TgCropCorrectionTest, MakesCropsFit) {
         EXPECT_TRUE(mMgr.correctTgCropRegion(0, 2, c.minSize.has_value(),
                                              c.minSize.value_or(MSize{}), crop));
         EXPECT_EQ(crop, c.expected);
+        EXPECT_EQ(takeLog().empty(), c.crop == c.expected) << "a change leaves a line";
     }
 }
 
