@@ -1,4 +1,4 @@
-// The page of a report, as its three source files have it: report.html, report.css, report.js.
+// The page of a report, as the files of page/ have it. They are joined when a report is written.
 #pragma once
 
 namespace zoomreplay {

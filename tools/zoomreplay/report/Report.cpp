@@ -20,8 +20,8 @@ void replace(std::string& text, std::string_view mark, std::string_view part) {
 // The data goes in last: what it holds must not be taken for a mark.
 void writeReport(File& file, Recording const& recording, std::string const& scenario) {
     std::string page = kPageHtml;
-    replace(page, "/* report.css */", kPageStyle);
-    replace(page, "/* report.js */", kPageScript);
+    replace(page, "/* style */", kPageStyle);
+    replace(page, "/* scripts */", kPageScript);
     replace(page, "/* data */", reportData(recording, scenario));
     file.write(page);
 }
