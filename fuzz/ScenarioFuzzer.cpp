@@ -6,15 +6,15 @@
 
 #include "FatalEnd.h"
 #include "IZoomOverrideMgr.h"
-#include "Library.h"
-#include "Messages.h"
-#include "Operations.h"
-#include "ResultWriter.h"
+#include "base/Messages.h"
 #include "host/ContainerRegistry.h"
 #include "host/LogCapture.h"
 #include "host/LogSwitches.h"
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
+#include "replay/Library.h"
+#include "replay/Operations.h"
+#include "results/ResultWriter.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 

@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
 #include "Commands.h"
-#include "Compare.h"
-#include "Replay.h"
-#include "ResultWriter.h"
-#include "Table.h"
+#include "base/Arguments.h"
 #include "recording/Recording.h"
+#include "replay/Replay.h"
 #include "report/Report.h"
+#include "results/Compare.h"
+#include "results/ResultWriter.h"
+#include "results/Table.h"
 #include "trace/Trace.h"
 
 namespace zoomreplay {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "../Messages.h"
 #include "ActiveArray.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "../Arguments.h"
 #include "CameraChoice.h"
 #include "CameraDump.h"
 #include "RigText.h"
+#include "base/Arguments.h"
 
 namespace zoomreplay {
 namespace {

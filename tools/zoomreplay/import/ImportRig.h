@@ -1,7 +1,7 @@
 // Turns what a phone says of its cameras into the sensor lines of a scenario.
 #pragma once
 
-#include "../Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "../Arguments.h"
 #include "RigFile.h"
 #include "Session.h"
 #include "WatchLog.h"
+#include "base/Arguments.h"
 
 namespace zoomreplay {
 namespace {

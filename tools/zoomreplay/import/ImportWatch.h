@@ -1,7 +1,7 @@
 // Turns what an application asked of a phone's camera into a scenario.
 #pragma once
 
-#include "../Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "../Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

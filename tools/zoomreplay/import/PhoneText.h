@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "../LineReader.h"
+#include "reading/LineReader.h"
 
 namespace zoomreplay {
 

@@ -3,9 +3,9 @@
 #include <map>
 #include <optional>
 
-#include "../Messages.h"
-#include "../Records.h"
 #include "ActiveArray.h"
+#include "base/Messages.h"
+#include "reading/Records.h"
 
 namespace zoomreplay {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "../LineReader.h"
 #include "ZoomOverrideTypes.h"
+#include "reading/LineReader.h"
 
 namespace zoomreplay {
 

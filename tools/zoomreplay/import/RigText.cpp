@@ -5,8 +5,8 @@
 #include <map>
 #include <numbers>
 
-#include "../Messages.h"
 #include "JsonText.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

@@ -3,9 +3,9 @@
 #include <map>
 #include <string>
 
-#include "../Arguments.h"
-#include "../File.h"
 #include "FirstScenarios.h"
+#include "base/Arguments.h"
+#include "base/File.h"
 
 namespace zoomreplay {
 namespace {

@@ -1,7 +1,7 @@
 // The command "new": a first scenario of one's own.
 #pragma once
 
-#include "../Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 

@@ -7,9 +7,9 @@
 #include <optional>
 #include <unordered_map>
 
-#include "../Input.h"
 #include "FieldOfView.h"
 #include "ISensorCropMapperFactory.h"
+#include "replay/Input.h"
 
 namespace zoomreplay {
 

@@ -7,10 +7,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "../Outcome.h"
 #include "AskedCrops.h"
 #include "FieldOfView.h"
 #include "RequestRange.h"
+#include "replay/Outcome.h"
 
 namespace zoomreplay {
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "../Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 

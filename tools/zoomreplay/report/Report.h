@@ -1,8 +1,8 @@
 // Writes a report: one page that shows a replay, request by request, and needs nothing beside it.
 #pragma once
 
-#include "../File.h"
-#include "../recording/Recording.h"
+#include "base/File.h"
+#include "recording/Recording.h"
 
 namespace zoomreplay {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "../recording/Recording.h"
+#include "recording/Recording.h"
 
 namespace zoomreplay {
 

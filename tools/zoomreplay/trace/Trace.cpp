@@ -4,8 +4,8 @@
 #include <map>
 #include <utility>
 
-#include "../Json.h"
 #include "JsonText.h"
+#include "reading/Json.h"
 
 namespace zoomreplay {
 namespace {

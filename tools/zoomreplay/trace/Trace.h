@@ -1,8 +1,8 @@
 // Writes a replay in the trace event format that the viewers of Chrome and Android open.
 #pragma once
 
-#include "../File.h"
-#include "../recording/Recording.h"
+#include "base/File.h"
+#include "recording/Recording.h"
 
 namespace zoomreplay {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Outcome.h"
-#include "Value.h"
+#include "reading/Value.h"
 
 namespace zoomreplay {
 

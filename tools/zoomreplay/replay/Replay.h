@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "Library.h"
-#include "LineReader.h"
-#include "Messages.h"
 #include "Outcome.h"
 #include "Progress.h"
+#include "base/Messages.h"
+#include "reading/LineReader.h"
 
 namespace zoomreplay {
 

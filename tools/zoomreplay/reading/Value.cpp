@@ -6,8 +6,8 @@
 #include <optional>
 #include <type_traits>
 
-#include "Messages.h"
-#include "NearMiss.h"
+#include "base/Messages.h"
+#include "base/NearMiss.h"
 
 namespace zoomreplay {
 namespace {

@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "JsonText.h"
-#include "Messages.h"
 #include "ResultWriter.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

@@ -3,8 +3,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Messages.h"
-#include "NearMiss.h"
+#include "base/Messages.h"
+#include "base/NearMiss.h"
 
 namespace zoomreplay {
 namespace {

@@ -9,7 +9,7 @@
 #include "IMetadata.h"
 #include "Library.h"
 #include "Operations.h"
-#include "Records.h"
+#include "reading/Records.h"
 
 namespace zoomreplay {
 

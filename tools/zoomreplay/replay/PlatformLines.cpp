@@ -9,11 +9,11 @@
 #include "IGenericContainer.h"
 #include "Library.h"
 #include "Operations.h"
-#include "Records.h"
 #include "ULogger.h"
 #include "host/LogSwitches.h"
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
+#include "reading/Records.h"
 
 namespace zoomreplay {
 

@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "File.h"
-#include "Outcome.h"
+#include "base/File.h"
+#include "replay/Outcome.h"
 
 namespace zoomreplay {
 

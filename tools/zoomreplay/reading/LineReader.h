@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "File.h"
+#include "base/File.h"
 
 namespace zoomreplay {
 

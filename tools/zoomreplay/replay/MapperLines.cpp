@@ -4,7 +4,7 @@
 
 #include "Library.h"
 #include "Operations.h"
-#include "Records.h"
+#include "reading/Records.h"
 
 namespace zoomreplay {
 namespace {

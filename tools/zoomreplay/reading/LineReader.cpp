@@ -3,7 +3,7 @@
 #include <cstring>
 #include <utility>
 
-#include "Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "Operations.h"
-#include "Value.h"
+#include "reading/Value.h"
 
 namespace zoomreplay {
 namespace {

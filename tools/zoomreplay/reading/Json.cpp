@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "JsonErrors.h"
-#include "Messages.h"
+#include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {

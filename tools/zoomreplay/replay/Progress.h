@@ -4,7 +4,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "LineReader.h"
+#include "reading/LineReader.h"
 
 namespace zoomreplay {
 

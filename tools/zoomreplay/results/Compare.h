@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "Json.h"
-#include "LineReader.h"
-#include "Outcome.h"
+#include "reading/Json.h"
+#include "reading/LineReader.h"
+#include "replay/Outcome.h"
 
 namespace zoomreplay {
 
