@@ -166,20 +166,16 @@ template <typename... Args>
 
 #define ZLOG_INFO_PLAIN(...) ZLOG_WRITE(kInfo, __func__, __VA_ARGS__)
 
-#define ZLOG_FATAL_FOR(function, format, ...)                                                     \
-    do {                                                                                          \
-        ZLOG_CHECK_FORMAT(format __VA_OPT__(, ) __VA_ARGS__);                                     \
-        ::NSCam::Feature::Log::endAfterPrint(ZLOG_SITE(function), "[Fatal] [%s::%s] " format,     \
-                                             mName.c_str(), function __VA_OPT__(, ) __VA_ARGS__); \
-    } while (false)
+#define ZLOG_FATAL_FOR(function, format, ...)                                              \
+    (ZLOG_CHECK_FORMAT(format __VA_OPT__(, ) __VA_ARGS__),                                 \
+     ::NSCam::Feature::Log::endAfterPrint(ZLOG_SITE(function), "[Fatal] [%s::%s] " format, \
+                                          mName.c_str(), function __VA_OPT__(, ) __VA_ARGS__))
 #define ZLOG_FATAL(...) ZLOG_FATAL_FOR(__func__, __VA_ARGS__)
 
-#define ZLOG_ABORT_PLAIN_FOR(function, format, ...)                                                \
-    do {                                                                                           \
-        ZLOG_CHECK_FORMAT(format __VA_OPT__(, ) __VA_ARGS__);                                      \
-        ::NSCam::Feature::Log::endAfterUnified(ZLOG_SITE(function), format,                        \
-                                               format " (%s){#%d:%s}" __VA_OPT__(, ) __VA_ARGS__); \
-    } while (false)
+#define ZLOG_ABORT_PLAIN_FOR(function, format, ...)                      \
+    (ZLOG_CHECK_FORMAT(format __VA_OPT__(, ) __VA_ARGS__),               \
+     ::NSCam::Feature::Log::endAfterUnified(ZLOG_SITE(function), format, \
+                                            format " (%s){#%d:%s}" __VA_OPT__(, ) __VA_ARGS__))
 #define ZLOG_ABORT_FOR(function, format, ...)                         \
     ZLOG_ABORT_PLAIN_FOR(function, "[%s::%s] " format, mName.c_str(), \
                          function __VA_OPT__(, ) __VA_ARGS__)
