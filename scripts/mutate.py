@@ -33,6 +33,7 @@ SWAPS = [(" < ", " <= "), (" > ", " >= "), (" <= ", " < "), (" >= ", " > "), (" 
          (".h", ".w"), (".y", ".x"), ("wrapAdd(", "wrapSub("), ("wrapSub(", "wrapAdd("),
          ("truncateToInt32(", "roundToInt32("), ("roundToInt32(", "truncateToInt32(")]
 NUMBER = re.compile(r"(?<![\w.])(\d+)(?=[UF]?\b(?![.\w]))|(?<![\w.])(\d+\.\d+)(?=F?\b)")
+CONDITION = re.compile(r"(?<=\bif \()[\w.>()-]+(?=\) \{)")
 STATEMENT = re.compile(r"^\s+(?!return|throw|auto|static|using|typedef|case|break|continue|const|float|bool|MRect)"
                        r"[\w.:*>\[\]-]+(\(.*\)| [-+*/]?= .*|\+\+);$")
 
@@ -49,6 +50,8 @@ def faults_of(line):
             if old in (".w", ".h", ".x", ".y") and re.match(r"\w", code[match.end():] + " "):
                 continue
             yield code[:match.start()] + new + code[match.end():], f"{old.strip()} becomes {new.strip()}"
+    for match in CONDITION.finditer(code):
+        yield code[:match.start()] + "!" + code[match.start():], "condition negated"
     for match in NUMBER.finditer(code):
         number = match.group()
         other = str(int(number) + 1) if number.isdigit() else str(float(number) + 1)
