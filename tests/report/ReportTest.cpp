@@ -90,7 +90,8 @@ TEST_F(ReportTest, TellsTheAnglesThatTgCropsLeave) {
 }
 
 // P2 crops of this mode stay in the active array: 4608 / 1.5 = 3072 and 1728 at (768, 432) exceed
-// the mode's 2304x1296 and shrink to it. The angle is half the array's all the same.
+// the mode's 2304x1296 and shrink to it, the upper left quarter: from 45 degrees to the axis, its
+// centre atan(1 / 2) = 26.565 off it.
 TEST_F(ReportTest, TellsTheAnglesAndTheRequestOfP2CropsInTheActiveArray) {
     auto const data =
         report(std::string(kExternal) + publish("1.5") + deposit(1) + ask("P2", 1, "1"));
@@ -99,7 +100,9 @@ TEST_F(ReportTest, TellsTheAnglesAndTheRequestOfP2CropsInTheActiveArray) {
     EXPECT_EQ(crop["c"], json({0, 0, 2304, 1296}));
     EXPECT_EQ(crop["asked"], json({768, 432, 3072, 1728}));
     EXPECT_FALSE(crop.contains("tg"));
-    EXPECT_NEAR(crop["deg"][0], 53.130, 0.001);
+    EXPECT_NEAR(crop["deg"][0], 45.0, 0.001);
+    EXPECT_NEAR(crop["deg"][1], 30.0, 0.001);
+    EXPECT_NEAR(crop["centre"][0], -26.565, 0.001);
 }
 
 TEST_F(ReportTest, TellsWhatWasAskedForOnlyWhereItWasCorrected) {

@@ -9,6 +9,7 @@
 
 #include "Commands.h"
 #include "base/Arguments.h"
+#include "recording/KeptRequests.h"
 #include "recording/Recording.h"
 #include "replay/Replay.h"
 #include "report/Report.h"
@@ -67,21 +68,25 @@ class Pictures {
             throw UserError("--requests: needs --report or --trace");
         }
         RequestRange const range = parseRequestRange(options.requests);
-        std::vector<Recording::Writer> writers;
+        std::vector<RequestConsumer*> consumers;
+        bool const isLogged = options.isLogged;
         if (options.report.has_value()) {
             mReport.emplace(openSeparateOutput(*options.report, inputs, outputs));
             outputs.push_back(&*mReport);
-            writers.emplace_back([this](Recording const& recording) {
-                writeReport(*mReport, recording, mScenario);
-            });
+            consumers.push_back(&mReportRequests.emplace(
+                [this, isLogged](auto const& requests, ReplayRecord const& replay) {
+                    writeReport(*mReport, requests, replay, isLogged, mScenario);
+                }));
         }
         if (options.trace.has_value()) {
             mTrace.emplace(openSeparateOutput(*options.trace, inputs, outputs));
-            writers.emplace_back(
-                [this](Recording const& recording) { writeTrace(*mTrace, recording, mScenario); });
+            consumers.push_back(
+                &mTraceRequests.emplace([this](auto const& requests, ReplayRecord const& replay) {
+                    writeTrace(*mTrace, requests, replay, mScenario);
+                }));
         }
-        if (!writers.empty()) {
-            mRecording.emplace(range, options.isLogged, std::move(writers));
+        if (!consumers.empty()) {
+            mRecording.emplace(range, std::move(consumers));
         }
     }
 
@@ -92,6 +97,8 @@ class Pictures {
     std::string mScenario;
     std::optional<File> mReport;
     std::optional<File> mTrace;
+    std::optional<KeptRequests> mReportRequests;
+    std::optional<KeptRequests> mTraceRequests;
     std::optional<Recording> mRecording;
 };
 

@@ -24,7 +24,7 @@ uint32_t sensorModeOf(CropContext const& context, uint32_t sensorId) {
 CropRecord recordOf(CropContext const& context, Kind kind, Domain domain, uint32_t sensorId,
                     MRect const& crop) {
     auto const mode = sensorModeOf(context, sensorId);
-    CropRecord record{kind, sensorId, mode, {}, domain, crop, {}, {}, {}, {}, {}};
+    CropRecord record{kind, sensorId, mode, {}, domain, crop, {}, {}, {}, {}};
     record.view = viewOf(context.rig, sensorId, mode, crop, domain);
     return record;
 }
@@ -100,19 +100,18 @@ CropRecord const* masterOf(std::vector<CropRecord> const& records, CropRecord co
     return found;
 }
 
-std::optional<double> difference(std::optional<double> a, std::optional<double> b) {
-    return a.has_value() && b.has_value() ? std::optional(*a - *b) : std::nullopt;
-}
-
 void compareWithMaster(std::vector<CropRecord>& records, std::optional<uint32_t> master) {
     if (!master.has_value()) {
         return;
     }
     for (CropRecord& record : records) {
         auto const* const other = masterOf(records, record, *master);
-        if (other != nullptr && record.view.has_value() && other->view.has_value()) {
-            record.differenceH = difference(record.view->degreesH, other->view->degreesH);
-            record.differenceV = difference(record.view->degreesV, other->view->degreesV);
+        if (other != nullptr && record.view.has_value() && other->view.has_value() &&
+            record.view->sight.has_value() && other->view->sight.has_value()) {
+            Sight const& own = *record.view->sight;
+            Sight const& seen = *other->view->sight;
+            record.difference = {own.across.extent() - seen.across.extent(),
+                                 own.down.extent() - seen.down.extent()};
         }
     }
 }

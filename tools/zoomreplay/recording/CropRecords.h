@@ -4,7 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "Recording.h"
+#include "AskedCrops.h"
+#include "RequestRecord.h"
 
 namespace zoomreplay {
 

@@ -38,14 +38,27 @@ bool isEmpty(ActiveRect const& rect) {
 }
 
 // Empty for the angles that no flat picture has.
-std::optional<double> angleOf(float fullDegrees, double share) {
+std::optional<Span> spanOf(float fullDegrees, double offset, double length, double full) {
     constexpr double kDegreesPerRadian = 180.0 / std::numbers::pi;
     constexpr float kHalfCircle = 180.0F;
     if (!(fullDegrees > 0.0F && fullDegrees < kHalfCircle)) {
         return std::nullopt;
     }
     double const edge = std::tan(fullDegrees / kDegreesPerRadian / 2.0);
-    return 2.0 * std::atan(edge * share) * kDegreesPerRadian;
+    auto const degreesAt = [&](double place) {
+        return std::atan(edge * (2.0 * place / full - 1.0)) * kDegreesPerRadian;
+    };
+    return Span{degreesAt(offset), degreesAt(offset + length), degreesAt(offset + length / 2.0)};
+}
+
+std::optional<Sight> sightOf(NSCam::Feature::ZoomOverrideSensorInfo const& optics,
+                             ActiveRect const& area, ActiveRect const& array) {
+    auto const across = spanOf(optics.degreeH, area[0] - array[0], area[2], array[2]);
+    auto const down = spanOf(optics.degreeV, area[1] - array[1], area[3], array[3]);
+    if (!across.has_value() || !down.has_value()) {
+        return std::nullopt;
+    }
+    return Sight{*across, *down};
 }
 
 }  // namespace
@@ -105,10 +118,9 @@ std::optional<View> viewOf(Rig const& rig, uint32_t sensorId, uint32_t mode, MRe
         return std::nullopt;
     }
 
-    View view{*area, (*area)[2] / (*array)[2], {}, {}};
+    View view{*area, (*area)[2] / (*array)[2], {}};
     if (auto const optics = rig.infos.find(sensorId); optics != rig.infos.end()) {
-        view.degreesH = angleOf(optics->second.degreeH, view.share);
-        view.degreesV = angleOf(optics->second.degreeV, (*area)[3] / (*array)[3]);
+        view.sight = sightOf(optics->second, *area, *array);
     }
     return view;
 }

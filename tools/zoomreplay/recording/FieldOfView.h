@@ -36,17 +36,30 @@ NSCam::Host::SensorModeInfo const* findMode(Rig const& rig, uint32_t sensorId, u
 
 enum class Domain { ActiveArray, Tg };
 
-/// What a crop leaves of a sensor's view.
-struct View {
-    ActiveRect area;                 ///< the crop, in the active array
-    double share;                    ///< its width to the active array's
-    std::optional<double> degreesH;  ///< empty where no angles are configured
-    std::optional<double> degreesV;
+/// What a crop sees along one axis, in degrees off the optical axis; right and down are positive.
+struct Span {
+    double from;    ///< the left or upper edge
+    double to;      ///< the right or lower edge
+    double centre;  ///< the pixel in the middle, which is not the middle of the angles
+
+    double extent() const { return to - from; }
 };
 
-/// A lens draws the tangent of an angle as a distance from the centre, so a crop of width w out of
-/// an array of width W and angle A leaves 2 atan(tan(A / 2) w / W). That is exact for crops on the
-/// optical axis; one beside it sees a little less.
+/// What a crop sees of the world.
+struct Sight {
+    Span across;
+    Span down;
+};
+
+/// What a crop leaves of a sensor's view.
+struct View {
+    ActiveRect area;             ///< the crop, in the active array
+    double share;                ///< its width to the active array's
+    std::optional<Sight> sight;  ///< empty where no usable angles are configured
+};
+
+/// A lens draws the tangent of an angle as a distance from the centre of the active array: a pixel
+/// at x is seen atan(tan(A / 2) (2 x / W - 1)) off the axis, for an array of width W and angle A.
 /// @param mode the sensor's mode, which maps a TG crop back to the active array.
 /// @return empty when the array or, for a TG crop, the mode's matrix is not known.
 std::optional<View> viewOf(Rig const& rig, uint32_t sensorId, uint32_t mode,

@@ -17,10 +17,13 @@ constexpr int64_t kFramesPerSecond = 30;
 constexpr int64_t kStep = 100;     // between two lines of one frame
 constexpr int64_t kFrame = 33000;  // what the lines of a frame have to fit in
 
+// A pipeline that asks late does so within this many requests after it reported one done.
+constexpr size_t kDoneRequestsKept = 64;
+
 }  // namespace
 
-Recording::Recording(RequestRange range, bool isLogged, std::vector<Writer> writers)
-    : mRange(range), mIsLogged(isLogged), mWriters(std::move(writers)) {}
+Recording::Recording(RequestRange range, std::vector<RequestConsumer*> consumers)
+    : mRange(range), mConsumers(std::move(consumers)) {}
 
 int64_t Recording::now() const {
     int64_t const frame = std::max<int64_t>(mFrame, 0);
@@ -43,9 +46,9 @@ void Recording::take(uint64_t /*line*/, PublishInput const& input) {
 }
 
 void Recording::take(uint64_t /*line*/, InitializeInput const& input) {
+    handOnAll();
     mMode = input.mode;
     mAsked.reset();
-    mByNumber.clear();
     mLatest = std::nullopt;
     mLastData = nullptr;
     if (!mIsP1Closed.has_value()) {  // the library reads its properties once
@@ -72,17 +75,18 @@ void Recording::take(uint64_t line, DepositInput const& input) {
     ++mFrame;
     mStep = 0;
     auto const known = mByNumber.find(input.requestNo);
-    bool const isOpen = known != mByNumber.end() && !mRequests[known->second].doneLine.has_value();
-    size_t const index = isOpen ? known->second : addRequest(line, input.requestNo);
-    RequestRecord& request = mRequests[index];
+    bool const isOpen =
+        known != mByNumber.end() && !mOpen.at(known->second).record.doneLine.has_value();
+    Place const place = isOpen ? known->second : addRequest(line, input.requestNo);
+    RequestRecord& request = mOpen.at(place).record;
     request.depositLine = line;
     request.isRepeating = input.notice == OverrideNotice::Repeating;
     if (!request.isRepeating) {
         mLastData = std::make_shared<RunTimeCropNeedData const>(input.data);
     }
     request.data = mLastData;
-    mLatest = index;
-    mPending.request = index;
+    mLatest = place;
+    mPending.request = place;
 }
 
 void Recording::take(uint64_t /*line*/, MetadataInput const& input) {
@@ -96,9 +100,8 @@ void Recording::take(uint64_t /*line*/, SettingInput const& /*input*/) {
 
 void Recording::take(uint64_t line, QueryInput const& input) {
     auto const known = mByNumber.find(input.request.requestNo);
-    size_t const index =
+    mPending.request =
         known != mByNumber.end() ? known->second : addRequest(line, input.request.requestNo);
-    mPending.request = index;
     mPending.isNeedFresh = input.isNeedFresh;
     mPending.query = QueryRecord{
         input.stage, line, now(), input.request, input.isManual, QueryState::Refused, false,
@@ -111,59 +114,69 @@ void Recording::take(uint64_t line, DoneInput const& input) {
         return;  // the library takes any number
     }
     mPending.request = known->second;
-    RequestRecord& request = mRequests[known->second];
+    RequestRecord& request = mOpen.at(known->second).record;
     request.hasP1Answer = false;
     if (!request.doneLine.has_value()) {
         request.doneLine = line;
         request.end = now();
+        mDone.push_back(known->second);
     }
 }
 
-size_t Recording::addRequest(uint64_t line, uint32_t requestNo) {
+Recording::Place Recording::addRequest(uint64_t line, uint32_t requestNo) {
+    bool const isInRange = mRange.contains(requestNo);
     RequestRecord request{};
+    request.index = mInRange;
     request.requestNo = requestNo;
     request.firstLine = line;
     request.begin = now();
     request.mode = mMode;
     request.rig = currentRig();
-    mRequests.push_back(std::move(request));
-    mByNumber[requestNo] = mRequests.size() - 1;
-    return mRequests.size() - 1;
+    mInRange += isInRange ? 1 : 0;
+
+    Place const place = mReplay.total++;
+    mOpen.emplace(place, Open{std::move(request), isInRange});
+    mByNumber[requestNo] = place;
+    return place;
 }
 
 size_t Recording::currentRig() {
     if (mIsRigChanged) {
-        mRigs.push_back(mRig);
+        mReplay.rigs.push_back(mRig);
         mIsRigChanged = false;
     }
-    return mRigs.size() - 1;
+    return mReplay.rigs.size() - 1;
 }
 
 void Recording::consume(Outcome const& outcome) {
     auto pending = std::exchange(mPending, {});
     if (auto const* fatal = std::get_if<FatalAnswer>(&outcome.answer)) {
-        mFatal = {outcome.line, outcome.op, fatal->text, now(),
-                  pending.request.has_value() ? pending.request : mLatest};
-        pending.request = mFatal->request;
+        pending.request = pending.request.has_value() ? pending.request : mLatest;
+        mReplay.fatal = {outcome.line, outcome.op, fatal->text, now(), {}};
     }
     if (!pending.request.has_value()) {
         return;
     }
-    RequestRecord& request = mRequests[*pending.request];
+    Open& open = mOpen.at(*pending.request);
+    if (mReplay.fatal.has_value() && open.isInRange) {
+        mReplay.fatal->request = open.record.index;
+    }
     if (pending.query.has_value()) {
-        answer(request, pending, outcome.answer);
+        answer(open, pending, outcome.answer);
     }
-    if (isInRange(request)) {
-        request.lines.push_back({outcome.line, outcome.op, outcome.log});
+    if (open.isInRange) {
+        open.record.lines.push_back({outcome.line, outcome.op, outcome.log});
     }
+    handOnDone();
 }
 
-void Recording::answer(RequestRecord& request, Pending& pending, Answer const& answer) {
+void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
+    RequestRecord& request = open.record;
     QueryRecord& query = *pending.query;
     auto const state = [](bool result) {
         return result ? QueryState::Overridden : QueryState::Refused;
     };
-    bool const isKept = isInRange(request);
+    bool const isKept = open.isInRange;
     request.rig = currentRig();
     std::visit(Overloaded{[&](P1Answer const& p1) {
                               query.state = state(p1.result);
@@ -216,18 +229,55 @@ void Recording::addCrops(RequestRecord const& request, bool isNeedFresh, QueryRe
         return;
     }
     query.crops = cropRecords(
-        {mRigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr}, need);
+        {mReplay.rigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr},
+        need);
 }
 
 void Recording::addCrops(RequestRecord const& request, bool isNeedFresh, QueryRecord& query,
                          ZoomOverrideP2Need const& need) {
     query.crops = cropRecords(
-        {mRigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr}, need);
+        {mReplay.rigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr},
+        need);
+}
+
+void Recording::handOnDone() {
+    while (mDone.size() > kDoneRequestsKept) {
+        Place const place = mDone.front();
+        mDone.pop_front();
+        handOn(place);
+    }
+}
+
+void Recording::handOn(Place place) {
+    auto const found = mOpen.find(place);
+    auto const& [request, isInRange] = found->second;
+    if (isInRange) {
+        for (RequestConsumer* consumer : mConsumers) {
+            consumer->take(request, mReplay.rigs[request.rig]);
+        }
+    }
+    if (auto const known = mByNumber.find(request.requestNo);
+        known != mByNumber.end() && known->second == place) {
+        mByNumber.erase(known);
+    }
+    if (mLatest == place) {
+        mLatest = std::nullopt;
+    }
+    mOpen.erase(found);
+}
+
+void Recording::handOnAll() {
+    while (!mOpen.empty()) {
+        handOn(mOpen.begin()->first);
+    }
+    mDone.clear();
 }
 
 void Recording::finish() {
-    for (Writer const& write : mWriters) {
-        write(*this);
+    handOnAll();
+    mReplay.end = now();
+    for (RequestConsumer* consumer : mConsumers) {
+        consumer->finish(mReplay);
     }
 }
 

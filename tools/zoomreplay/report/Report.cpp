@@ -18,11 +18,12 @@ void replace(std::string& text, std::string_view mark, std::string_view part) {
 }  // namespace
 
 // The data goes in last: what it holds must not be taken for a mark.
-void writeReport(File& file, Recording const& recording, std::string const& scenario) {
+void writeReport(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
+                 bool isLogged, std::string const& scenario) {
     std::string page = kPageHtml;
     replace(page, "/* style */", kPageStyle);
     replace(page, "/* scripts */", kPageScript);
-    replace(page, "/* data */", reportData(recording, scenario));
+    replace(page, "/* data */", reportData(requests, replay, isLogged, scenario));
     file.write(page);
 }
 

@@ -2,11 +2,12 @@
 #pragma once
 
 #include "base/File.h"
-#include "recording/Recording.h"
+#include "recording/RequestRecord.h"
 
 namespace zoomreplay {
 
 /// @param scenario its name, as the page tells it. @throws UserError
-void writeReport(File& file, Recording const& recording, std::string const& scenario);
+void writeReport(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
+                 bool isLogged, std::string const& scenario);
 
 }  // namespace zoomreplay

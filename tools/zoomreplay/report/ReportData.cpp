@@ -17,9 +17,9 @@ Json rounded(double value, double steps) {
     return static_cast<float>(std::round(value * steps) / steps);
 }
 
-Json angle(std::optional<double> degrees) {
+Json angle(double degrees) {
     constexpr double kSteps = 1000.0;
-    return degrees.has_value() ? rounded(*degrees, kSteps) : Json();
+    return rounded(degrees, kSteps);
 }
 
 // Result files write them alike.
@@ -129,12 +129,13 @@ Json cropOf(CropRecord const& crop) {
         if (crop.domain == Domain::Tg) {
             json["area"] = rectOf(crop.view->area);
         }
-        if (crop.view->degreesH.has_value()) {
-            json["deg"] = {angle(crop.view->degreesH), angle(crop.view->degreesV)};
+        if (auto const& sight = crop.view->sight) {
+            json["deg"] = {angle(sight->across.extent()), angle(sight->down.extent())};
+            json["centre"] = {angle(sight->across.centre), angle(sight->down.centre)};
         }
     }
-    if (crop.differenceH.has_value()) {
-        json["diff"] = {angle(crop.differenceH), angle(crop.differenceV)};
+    if (crop.difference.has_value()) {
+        json["diff"] = {angle(crop.difference->across), angle(crop.difference->down)};
     }
     return json;
 }
@@ -238,28 +239,23 @@ std::string inScript(Json const& json) {
 
 }  // namespace
 
-std::string reportData(Recording const& recording, std::string const& scenario) {
+std::string reportData(std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
+                       bool isLogged, std::string const& scenario) {
     Json json{{"scenario", scenario},
-              {"total", recording.requests().size()},
-              {"logged", recording.isLogged()},
+              {"total", replay.total},
+              {"logged", isLogged},
               {"rigs", Json::array()},
               {"requests", Json::array()}};
-    for (Rig const& rig : recording.rigs()) {
+    for (Rig const& rig : replay.rigs) {
         json["rigs"].push_back(rigOf(rig));
     }
-
-    auto const& fatal = recording.fatal();
-    if (fatal.has_value()) {
+    if (auto const& fatal = replay.fatal) {
         json["fatal"] = {{"line", fatal->line}, {"op", fatal->op}, {"text", fatal->text}};
+        if (fatal->request.has_value()) {
+            json["fatal"]["at"] = *fatal->request;
+        }
     }
-    for (size_t i = 0; i < recording.requests().size(); ++i) {
-        RequestRecord const& request = recording.requests()[i];
-        if (!recording.isInRange(request)) {
-            continue;
-        }
-        if (fatal.has_value() && fatal->request == i) {
-            json["fatal"]["at"] = json["requests"].size();
-        }
+    for (RequestRecord const& request : requests) {
         json["requests"].push_back(requestOf(request));
     }
     return inScript(json);

@@ -3,13 +3,14 @@
 
 #include <string>
 
-#include "recording/Recording.h"
+#include "recording/RequestRecord.h"
 
 namespace zoomreplay {
 
 /// One JSON object, safe to stand inside a page's script element: no "<", ASCII only. page/data.js
 /// tells its fields. Crops, ratios and states are those of the result lines; angles have three
 /// decimals.
-std::string reportData(Recording const& recording, std::string const& scenario);
+std::string reportData(std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
+                       bool isLogged, std::string const& scenario);
 
 }  // namespace zoomreplay

@@ -1,6 +1,7 @@
 #include "Trace.h"
 
 #include <cmath>
+#include <functional>
 #include <map>
 #include <utility>
 
@@ -146,14 +147,12 @@ void addName(TraceEvents& events, char const* what, std::string const& name) {
 
 // In the order of time, as some viewers want it: requests overlap, so what belongs to one of them
 // does not stand together.
-void addRequests(TraceEvents& events, Recording const& recording) {
+void addRequests(TraceEvents& events, std::vector<RequestRecord> const& requests,
+                 int64_t replayEnd) {
     std::multimap<int64_t, std::function<void()>> schedule;
     std::map<Stage, Sizes> shown;
-    for (size_t i = 0; i < recording.requests().size(); ++i) {
-        RequestRecord const& request = recording.requests()[i];
-        if (!recording.isInRange(request)) {
-            continue;
-        }
+    for (RequestRecord const& request : requests) {
+        size_t const i = request.index;
         schedule.emplace(request.begin, [&events, &request, i] {
             addSpan(events, "b", request, i, request.begin, {{"line", request.firstLine}});
         });
@@ -161,7 +160,7 @@ void addRequests(TraceEvents& events, Recording const& recording) {
             schedule.emplace(query.time,
                              [&events, &query, &shown] { addQuery(events, query, shown); });
         }
-        int64_t const end = request.end.value_or(recording.now());
+        int64_t const end = request.end.value_or(replayEnd);
         schedule.emplace(end, [&events, &request, i, end] {
             Json args{{"done", request.doneLine.has_value()}};
             if (request.doneLine.has_value()) {
@@ -177,13 +176,14 @@ void addRequests(TraceEvents& events, Recording const& recording) {
 
 }  // namespace
 
-void writeTrace(File& file, Recording const& recording, std::string const& scenario) {
+void writeTrace(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
+                std::string const& scenario) {
     TraceEvents events(file);
     events.begin();
     addName(events, "process_name", "zoomreplay " + scenario);
     addName(events, "thread_name", "zoom override");
-    addRequests(events, recording);
-    if (auto const& fatal = recording.fatal()) {
+    addRequests(events, requests, replay.end);
+    if (auto const& fatal = replay.fatal) {
         addInstant(events, "fatal: " + std::string(fatal->op), fatal->time, "g",
                    {{"line", fatal->line}, {"text", fatal->text}});
     }

@@ -1,0 +1,106 @@
+// What is known of a request once it is over: the base of reports and traces.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "FieldOfView.h"
+#include "replay/Outcome.h"
+
+namespace zoomreplay {
+
+/// Degrees.
+struct AngleDifference {
+    double across;
+    double down;
+};
+
+/// A crop of an answer, and what it means for the picture.
+struct CropRecord {
+    enum class Kind { Port, Stream, Extra };
+
+    Kind kind;
+    uint32_t sensorId;
+    uint32_t sensorMode;
+    std::vector<uint16_t> ports;  ///< Kind::Port: all that have this crop
+    Domain domain;
+    NSCam::MRect crop;
+    std::optional<NSCam::MRect> asked;    ///< before the correction, where that changed it
+    std::optional<NSCam::MSize> minSize;  ///< of the stream that the crop has to feed
+    std::optional<View> view;
+    std::optional<AngleDifference> difference;  ///< wider than the master sensor's crop
+};
+
+enum class QueryState { Overridden, Refused, Exception, Fatal };
+
+struct QueryRecord {
+    Stage stage;
+    uint64_t line;
+    int64_t time;  ///< microseconds
+    NSCam::Feature::ZoomOverrideRequest request;
+    bool isManual;
+    QueryState state;
+    bool isCached;  ///< an earlier answer, given again
+    std::optional<NSCam::Feature::ZoomOverrideNeedHeader> need;
+    std::vector<CropRecord> crops;
+    std::string trouble;  ///< the text of an exception or a fatal condition
+};
+
+/// A line of the scenario that is about a request.
+struct LineRecord {
+    uint64_t line;
+    std::string_view op;
+    std::vector<NSCam::Host::LogLine> log;
+};
+
+struct RequestRecord {
+    size_t index;  ///< its place among the requests of the range, as they were deposited
+    uint32_t requestNo;
+    uint64_t firstLine;
+    int64_t begin;  ///< microseconds
+    std::optional<int64_t> end;
+    std::optional<uint64_t> depositLine;
+    std::optional<uint64_t> doneLine;
+    bool isRepeating = false;
+    NSCam::Feature::ZoomOverrideMode mode = NSCam::Feature::ZoomOverrideMode::None;
+    std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;  ///< null without a deposit
+    size_t rig = 0;
+    bool hasP1Answer = false;
+    std::vector<QueryRecord> queries;
+    std::vector<LineRecord> lines;
+};
+
+struct FatalRecord {
+    uint64_t line;
+    std::string_view op;
+    std::string text;
+    int64_t time;
+    std::optional<size_t> request;  ///< index of the request that it happened to, or after
+};
+
+/// What is known of a replay when it is over.
+struct ReplayRecord {
+    std::vector<Rig> rigs;  ///< RequestRecord::rig counts in it
+    std::optional<FatalRecord> fatal;
+    size_t total = 0;  ///< requests, those outside of the range included
+    int64_t end = 0;   ///< microseconds
+};
+
+/// Gets each request when it is over.
+class RequestConsumer {
+ public:
+    virtual ~RequestConsumer() = default;
+
+    /// In the order in which requests end; their index tells the order of their deposits.
+    /// @param rig the sensors that the request was answered for
+    virtual void take(RequestRecord const& request, Rig const& rig) = 0;
+
+    /// The replay is over and every request has been taken. @throws UserError
+    virtual void finish(ReplayRecord const& replay) = 0;
+};
+
+}  // namespace zoomreplay
