@@ -6,7 +6,6 @@
 
 #include "FatalEnd.h"
 #include "IZoomOverrideMgr.h"
-#include "base/Messages.h"
 #include "host/ContainerRegistry.h"
 #include "host/LogCapture.h"
 #include "host/LogSwitches.h"
@@ -15,9 +14,11 @@
 #include "replay/Library.h"
 #include "replay/Operations.h"
 #include "results/ResultWriter.h"
+#include "scenario/json/LineError.h"
 
 namespace {
 
+using namespace scenario;
 using namespace zoomreplay;  // NOLINT(google-build-using-namespace)
 
 void resetPlatform() {

@@ -1,13 +1,15 @@
 #include "CallRecorder.h"
 
 #include "IMetadata.h"
-#include "NeedText.h"
-#include "ScenarioLine.h"
+#include "scenario/text/Line.h"
+#include "scenario/text/NeedText.h"
 
 namespace zoomrecorder {
 
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+
+using scenario::ScenarioLine;
 
 namespace {
 
@@ -41,7 +43,7 @@ std::string textOf(IMetadata const* metadata) {
     float zoomRatio = 0.0F;
     if (IMetadata::getEntry(metadata, kZoomRatioTag, zoomRatio, 0)) {
         text += "\"zoomRatio\": ";
-        zoomreplay::appendJson(text, zoomRatio);
+        scenario::appendJson(text, zoomRatio);
     }
     auto const crops =
         metadata == nullptr ? IMetadata::IEntry{} : metadata->entryFor(kCustomStreamCropTag, 0);
@@ -51,7 +53,7 @@ std::string textOf(IMetadata const* metadata) {
             items.push_back(crops.itemAt<int32_t>(i));
         }
         text += text.size() > 1 ? ", \"customStreamCrops\": " : "\"customStreamCrops\": ";
-        zoomreplay::appendJson(text, items);
+        scenario::appendJson(text, items);
     }
     return text += '}';
 }
@@ -61,12 +63,12 @@ std::string textOf(ZoomOverrideSetting const* setting) {
         return "null";
     }
     std::string text = "{\"overrideValid\": ";
-    zoomreplay::appendJson(text, setting->overrideValid);
-    zoomreplay::appendField(text, "requestNo", setting->requestNo);
-    zoomreplay::appendField(text, "zoomRatio", setting->zoomRatio);
-    zoomreplay::appendField(text, "overrideRect", setting->overrideRect);
-    zoomreplay::appendField(text, "previewAaCrops", setting->previewAaCrops);
-    zoomreplay::appendField(text, "extraAaCrops", setting->extraAaCrops);
+    scenario::appendJson(text, setting->overrideValid);
+    scenario::appendField(text, "requestNo", setting->requestNo);
+    scenario::appendField(text, "zoomRatio", setting->zoomRatio);
+    scenario::appendField(text, "overrideRect", setting->overrideRect);
+    scenario::appendField(text, "previewAaCrops", setting->previewAaCrops);
+    scenario::appendField(text, "extraAaCrops", setting->extraAaCrops);
     return text += '}';
 }
 
@@ -75,14 +77,14 @@ std::string textOf(
     std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> const& infos) {
     std::string text = "{";
     char const* separator = "\"";
-    for (auto const* entry : zoomreplay::inKeyOrder(infos)) {
+    for (auto const* entry : scenario::inKeyOrder(infos)) {
         if (auto const& info = entry->second) {
             text += separator;
-            zoomreplay::appendKey(text, entry->first);
+            scenario::appendKey(text, entry->first);
             text += "\": {\"degreeH\": ";
-            zoomreplay::appendJson(text, info->degreeH);
-            zoomreplay::appendField(text, "degreeV", info->degreeV);
-            zoomreplay::appendField(text, "activeArray", info->activeArray);
+            scenario::appendJson(text, info->degreeH);
+            scenario::appendField(text, "degreeV", info->degreeV);
+            scenario::appendField(text, "activeArray", info->activeArray);
             text += '}';
             separator = ", \"";
         }
@@ -119,7 +121,7 @@ void CallRecorder::addQuery(LineKind kind, char const* op, ZoomOverrideRequest c
             line.field("manual", manual);
         }
         if (!isFresh(need)) {
-            zoomreplay::appendNeed(mLine, need);
+            scenario::appendNeed(mLine, need);
         }
     });
 }

@@ -4,13 +4,14 @@
 
 #include "ICamsysSensorInfoHelper.h"
 #include "Properties.h"
-#include "ScenarioLine.h"
+#include "scenario/text/Line.h"
 
 namespace zoomrecorder {
 namespace {
 
-using zoomreplay::appendJson;
-using zoomreplay::appendKey;
+using scenario::appendJson;
+using scenario::appendKey;
+using scenario::ScenarioLine;
 
 constexpr std::array kProperties{
     "vendor.debug.camera.zoomOverride.log",

@@ -3,9 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "NearMiss.h"
+#include "scenario/json/NearMiss.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 constexpr size_t kNameColumn = 24;  // leaves room for descriptions in a terminal of 80 columns

@@ -16,13 +16,6 @@ class UserError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// What is wrong with one line of a file. Whoever knows the file and the line turns it into a
-/// UserError.
-class LineError : public std::runtime_error {
- public:
-    using std::runtime_error::runtime_error;
-};
-
 /// "what: why" of the error number that a system call left behind.
 UserError systemError(std::string const& what, int errorNumber);
 

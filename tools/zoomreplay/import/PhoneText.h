@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "reading/LineReader.h"
+#include "base/LineReader.h"
 
 namespace zoomreplay {
 

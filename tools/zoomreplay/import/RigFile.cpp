@@ -5,9 +5,12 @@
 
 #include "ActiveArray.h"
 #include "base/Messages.h"
-#include "reading/Records.h"
+#include "scenario/json/LineError.h"
+#include "scenario/json/Records.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
 
 using NSCam::MRect;
 using NSCam::MSize;

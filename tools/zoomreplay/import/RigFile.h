@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ZoomOverrideTypes.h"
-#include "reading/LineReader.h"
+#include "base/LineReader.h"
 
 namespace zoomreplay {
 

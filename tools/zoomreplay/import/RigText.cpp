@@ -5,10 +5,13 @@
 #include <map>
 #include <numbers>
 
-#include "JsonText.h"
 #include "base/Messages.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 using NSCam::MRect;

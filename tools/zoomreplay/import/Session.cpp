@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <map>
 
-#include "JsonText.h"
 #include "SensorCrops.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 using NSCam::MRect;

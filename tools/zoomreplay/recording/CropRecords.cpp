@@ -2,11 +2,12 @@
 
 #include <algorithm>
 
-#include "JsonText.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
 namespace {
 
+using namespace scenario;
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 

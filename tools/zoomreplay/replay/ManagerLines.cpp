@@ -9,27 +9,13 @@
 #include "IMetadata.h"
 #include "Library.h"
 #include "Operations.h"
-#include "reading/Records.h"
+#include "scenario/json/Records.h"
 
 namespace zoomreplay {
 
+using namespace scenario;
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
-
-// Overloads of read are found beside their Value only.
-static void read(Value const& value, IMetadata& result) {
-    constexpr IMetadata::Tag kZoomRatio = 0x1002F;
-    float zoomRatio = 0.0F;
-    std::vector<int32_t> crops;
-    Fields fields(value);
-    if (fields.optional("zoomRatio", zoomRatio)) {
-        result.update(kZoomRatio, IMetadata::IEntry(std::vector{zoomRatio}));
-    }
-    if (fields.optional("customStreamCrops", crops)) {
-        result.update(kCustomStreamCropTag, IMetadata::IEntry(std::move(crops)));
-    }
-    fields.finish();
-}
 
 namespace {
 

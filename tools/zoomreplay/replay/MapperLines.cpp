@@ -4,11 +4,12 @@
 
 #include "Library.h"
 #include "Operations.h"
-#include "reading/Records.h"
+#include "scenario/json/Records.h"
 
 namespace zoomreplay {
 namespace {
 
+using namespace scenario;
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
 std::optional<Answer> config(Fields& fields, Library& library) {

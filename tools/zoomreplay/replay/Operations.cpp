@@ -3,10 +3,13 @@
 #include <unordered_map>
 #include <vector>
 
-#include "base/Messages.h"
-#include "base/NearMiss.h"
+#include "scenario/json/LineError.h"
+#include "scenario/json/NearMiss.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 using OperationsByName = std::unordered_map<std::string_view, Operation const*>;

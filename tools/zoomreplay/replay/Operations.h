@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "Outcome.h"
-#include "reading/Value.h"
+#include "scenario/json/Value.h"
 
 namespace zoomreplay {
 
@@ -17,11 +17,11 @@ struct Operation {
     std::string_view name;
 
     /// Reads the fields, refuses what does not belong there, and only then acts. Empty for a line
-    /// that sets up the platform. @throws LineError
-    std::optional<Answer> (*run)(Fields& fields, Library& library);
+    /// that sets up the platform. @throws scenario::LineError
+    std::optional<Answer> (*run)(scenario::Fields& fields, Library& library);
 };
 
-/// @throws LineError there is no such operation.
+/// @throws scenario::LineError there is no such operation.
 Operation const& findOperation(std::string const& name);
 
 // One group a source file.

@@ -13,47 +13,12 @@
 #include "host/LogSwitches.h"
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
-#include "reading/Records.h"
+#include "scenario/json/Records.h"
 
 namespace zoomreplay {
 
+using namespace scenario;
 using namespace NSCam;  // NOLINT(google-build-using-namespace)
-
-// Overloads of read are found beside their Value only.
-static void read(Value const& value, NSCamHW::simplifiedMatrix& result) {
-    std::vector<float> numbers;
-    read(value, numbers);
-    if (numbers.size() != 4) {
-        value.fail("must be [xScale, xOffset, yScale, yOffset]");
-    }
-    result = {numbers[0], numbers[1], numbers[2], numbers[3]};
-}
-
-static void read(Value const& value, Host::SensorModeInfo& result) {
-    MSize size;
-    MRect window;
-    NSCamHW::simplifiedMatrix matrix;
-    Fields fields(value);
-    bool const hasSize = fields.optional("size", size);
-    bool const hasWindow = fields.optional("window", window);
-    bool const hasMatrix = fields.optional("matrix", matrix);
-    fields.finish();
-
-    if (hasWindow && hasMatrix) {
-        fields.fail("has both a window and a matrix");
-    }
-    if (hasWindow && !hasSize) {
-        fields.fail("a window needs a size");
-    }
-    if (hasSize) {
-        result.size = size;
-    }
-    if (hasWindow) {
-        result.fromActive = Host::matrixOfWindow(size, window);
-    } else if (hasMatrix) {
-        result.fromActive = matrix;
-    }
-}
 
 namespace {
 

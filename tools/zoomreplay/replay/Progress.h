@@ -4,7 +4,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "reading/LineReader.h"
+#include "base/LineReader.h"
 
 namespace zoomreplay {
 

@@ -6,9 +6,13 @@
 #include <utility>
 
 #include "Operations.h"
-#include "reading/Value.h"
+#include "scenario/json/LineError.h"
+#include "scenario/json/Value.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 // liblog's callbacks take no context.

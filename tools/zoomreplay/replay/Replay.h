@@ -7,8 +7,8 @@
 #include "Library.h"
 #include "Outcome.h"
 #include "Progress.h"
+#include "base/LineReader.h"
 #include "base/Messages.h"
-#include "reading/LineReader.h"
 
 namespace zoomreplay {
 

@@ -4,12 +4,13 @@
 #include <cmath>
 #include <utility>
 
-#include "JsonText.h"
-#include "reading/Json.h"
+#include "scenario/json/Json.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
 namespace {
 
+using namespace scenario;
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 

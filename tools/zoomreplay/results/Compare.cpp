@@ -6,11 +6,15 @@
 #include <cmath>
 #include <utility>
 
-#include "JsonText.h"
 #include "ResultWriter.h"
 #include "base/Messages.h"
+#include "scenario/json/LineError.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 constexpr size_t kMostPrinted = 10;

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "reading/Json.h"
-#include "reading/LineReader.h"
+#include "base/LineReader.h"
 #include "replay/Outcome.h"
+#include "scenario/json/Json.h"
 
 namespace zoomreplay {
 
@@ -35,12 +35,14 @@ class Compare : public OutcomeConsumer {
     struct Expected {
         uint64_t line;
         std::string op;
-        Json result;
+        scenario::Json result;
     };
 
     Expected parseExpected() const;
-    void compareFields(std::string const& path, Json const& expected, Json const& actual);
-    void compareValues(std::string const& path, Json const& expected, Json const& actual);
+    void compareFields(std::string const& path, scenario::Json const& expected,
+                       scenario::Json const& actual);
+    void compareValues(std::string const& path, scenario::Json const& expected,
+                       scenario::Json const& actual);
     void reportValues(std::string const& path, std::string const& expected,
                       std::string const& actual);
     void report(uint64_t line, std::string_view op, std::string const& what);

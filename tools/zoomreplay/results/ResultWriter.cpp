@@ -1,11 +1,12 @@
 #include "ResultWriter.h"
 
-#include "JsonText.h"
-#include "NeedText.h"
+#include "scenario/text/JsonText.h"
+#include "scenario/text/NeedText.h"
 
 namespace zoomreplay {
 namespace {
 
+using namespace scenario;
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
 void appendAnswer(std::string& out, BoolAnswer const& answer) {

@@ -5,10 +5,13 @@
 #include <map>
 #include <utility>
 
-#include "JsonText.h"
-#include "reading/Json.h"
+#include "scenario/json/Json.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
+
+using namespace scenario;
+
 namespace {
 
 constexpr int32_t kProcess = 1;

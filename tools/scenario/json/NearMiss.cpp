@@ -1,11 +1,11 @@
-#include "NearMiss.h"
+#include "scenario/json/NearMiss.h"
 
 #include <algorithm>
 #include <cctype>
 #include <numeric>
 #include <vector>
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 // What two spellings of one name have in common.
@@ -67,4 +67,4 @@ std::string didYouMean(std::string_view name, std::span<std::string_view const> 
     return choice.empty() ? "" : "; did you mean " + std::string(choice) + '?';
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -1,10 +1,10 @@
-#include "Records.h"
+#include "scenario/json/Records.h"
 
 #include <array>
 #include <initializer_list>
 #include <utility>
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
@@ -140,4 +140,54 @@ void read(Value const& value, SensorCropOutput& result) {
     fields.finish();
 }
 
-}  // namespace zoomreplay
+void read(Value const& value, IMetadata& result) {
+    constexpr IMetadata::Tag kZoomRatio = 0x1002F;
+    constexpr IMetadata::Tag kCustomStreamCrops = 0x800A0013;
+    float zoomRatio = 0.0F;
+    std::vector<int32_t> crops;
+    Fields fields(value);
+    if (fields.optional("zoomRatio", zoomRatio)) {
+        result.update(kZoomRatio, IMetadata::IEntry(std::vector{zoomRatio}));
+    }
+    if (fields.optional("customStreamCrops", crops)) {
+        result.update(kCustomStreamCrops, IMetadata::IEntry(std::move(crops)));
+    }
+    fields.finish();
+}
+
+void read(Value const& value, NSCamHW::simplifiedMatrix& result) {
+    std::vector<float> numbers;
+    read(value, numbers);
+    if (numbers.size() != 4) {
+        value.fail("must be [xScale, xOffset, yScale, yOffset]");
+    }
+    result = {numbers[0], numbers[1], numbers[2], numbers[3]};
+}
+
+void read(Value const& value, Host::SensorModeInfo& result) {
+    MSize size;
+    MRect window;
+    NSCamHW::simplifiedMatrix matrix;
+    Fields fields(value);
+    bool const hasSize = fields.optional("size", size);
+    bool const hasWindow = fields.optional("window", window);
+    bool const hasMatrix = fields.optional("matrix", matrix);
+    fields.finish();
+
+    if (hasWindow && hasMatrix) {
+        fields.fail("has both a window and a matrix");
+    }
+    if (hasWindow && !hasSize) {
+        fields.fail("a window needs a size");
+    }
+    if (hasSize) {
+        result.size = size;
+    }
+    if (hasWindow) {
+        result.fromActive = Host::matrixOfWindow(size, window);
+    } else if (hasMatrix) {
+        result.fromActive = matrix;
+    }
+}
+
+}  // namespace scenario

@@ -1,14 +1,18 @@
-// Reads the library's records from the values of a scenario line. All throw LineError.
+// Reads the records of the library and of its platform from the values of a scenario line. All
+// throw LineError.
 #pragma once
 
 #include <memory>
 
 #include "CustomZoomRatioOverride.h"
+#include "HwTransHelper.h"
+#include "IMetadata.h"
 #include "ISensorCropMapperFactory.h"
-#include "Value.h"
 #include "ZoomOverrideTypes.h"
+#include "host/SensorTable.h"
+#include "scenario/json/Value.h"
 
-namespace zoomreplay {
+namespace scenario {
 
 void read(Value const& value, NSCam::MSize& result);
 void read(Value const& value, NSCam::MRect& result);
@@ -28,6 +32,10 @@ void read(Value const& value, NSCam::Feature::ZoomOverrideP2Need& result);
 void read(Value const& value, NSCam::Feature::ZoomOverride3ANeed& result);
 void read(Value const& value, NSCam::Feature::SensorCropOutput& result);
 
+void read(Value const& value, NSCam::IMetadata& result);
+void read(Value const& value, NSCamHW::simplifiedMatrix& result);
+void read(Value const& value, NSCam::Host::SensorModeInfo& result);
+
 /// The fields of a sensor configuration: the manager's and the mapper's are alike.
 template <typename Config>
 Config readSensorConfig(Fields& fields) {
@@ -37,4 +45,4 @@ Config readSensorConfig(Fields& fields) {
     return config;
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zoomreplay {
+namespace scenario {
 
 /// Fractions are single precision from the start, so that decimal text is rounded only once.
 using Json =
@@ -23,4 +23,4 @@ Json parseObject(std::string_view line);
 /// A number as a float, the sign of zero kept also where the line says just "-0".
 float floatOf(Json const& number);
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace zoomreplay {
+namespace scenario {
 
 /// The choice that name is most likely a slip of: a few wrong letters, other letter case, '_' or
 /// '-' between words, or its beginning only. Empty when there is none.
@@ -14,4 +14,4 @@ std::string_view nearMiss(std::string_view name, std::span<std::string_view cons
 /// "; did you mean CHOICE?", for the end of a message; empty without a near miss.
 std::string didYouMean(std::string_view name, std::span<std::string_view const> choices);
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -1,8 +1,8 @@
-#include "NeedText.h"
+#include "scenario/text/NeedText.h"
 
-#include "JsonText.h"
+#include "scenario/text/JsonText.h"
 
-namespace zoomreplay {
+namespace scenario {
 
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
@@ -39,4 +39,4 @@ void appendNeed(std::string& out, ZoomOverride3ANeed const& need) {
     out += '}';
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

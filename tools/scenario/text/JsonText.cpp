@@ -1,10 +1,10 @@
-#include "JsonText.h"
+#include "scenario/text/JsonText.h"
 
 #include <array>
 #include <charconv>
 #include <cmath>
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 template <typename T, typename... Format>
@@ -107,4 +107,4 @@ void appendKey(std::string& out, int64_t streamId) {
     appendHexadecimal(out, static_cast<uint64_t>(streamId));
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

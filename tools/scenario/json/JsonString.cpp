@@ -1,12 +1,12 @@
 // Texts are rare; the JSON library escapes them, and replaces what is not UTF-8.
 #include <nlohmann/json.hpp>
 
-#include "JsonText.h"
+#include "scenario/text/JsonText.h"
 
-namespace zoomreplay {
+namespace scenario {
 
 void appendJson(std::string& out, std::string_view text) {
     out += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace zoomreplay {
+namespace scenario {
 
 /// Puts a message of the JSON parser into the words of those who write scenarios: what stands
 /// where, and what should.
@@ -16,4 +16,4 @@ std::string explainJsonError(std::string_view message, std::string_view line, si
 /// What to say of a line that does not begin as an object does.
 std::string explainNoObject(std::string_view line);
 
-}  // namespace zoomreplay
+}  // namespace scenario

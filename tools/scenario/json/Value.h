@@ -9,9 +9,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "Json.h"
+#include "scenario/json/Json.h"
 
-namespace zoomreplay {
+namespace scenario {
 
 /// A JSON value and where it stands in its line. Refers to the JSON and to the value around it.
 class Value {
@@ -141,4 +141,4 @@ class Fields {
     size_t mFound = 0;
 };
 
-}  // namespace zoomreplay
+}  // namespace scenario

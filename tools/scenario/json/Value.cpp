@@ -1,4 +1,4 @@
-#include "Value.h"
+#include "scenario/json/Value.h"
 
 #include <algorithm>
 #include <charconv>
@@ -6,10 +6,10 @@
 #include <optional>
 #include <type_traits>
 
-#include "base/Messages.h"
-#include "base/NearMiss.h"
+#include "scenario/json/LineError.h"
+#include "scenario/json/NearMiss.h"
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 // Wide enough for every integer field.
@@ -224,4 +224,4 @@ void Fields::failMissing(std::string_view name) const {
         .fail(misspelt.empty() ? "missing" : "missing; there is " + std::string(misspelt));
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -12,7 +12,7 @@
 
 #include "ZoomOverrideTypes.h"
 
-namespace zoomreplay {
+namespace scenario {
 
 // appendJson appends a value. Floats get the fewest digits that read back as the same float, or are
 // "nan", "inf" and "-inf". A 16-bit integer is a port key and a 64-bit one a stream id: strings
@@ -90,4 +90,4 @@ void appendField(std::string& out, std::string_view name, T const& value) {
     appendJson(out, value);
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "JsonText.h"
+#include "scenario/text/JsonText.h"
 
-namespace zoomrecorder {
+namespace scenario {
 
 /// Appends the line to a text, field by field. The text is the caller's, who may reuse its memory.
 class ScenarioLine {
@@ -17,7 +17,7 @@ class ScenarioLine {
 
     template <typename T>
     ScenarioLine& field(std::string_view name, T const& value) {
-        zoomreplay::appendField(mOut, name, value);
+        appendField(mOut, name, value);
         return *this;
     }
 
@@ -39,4 +39,4 @@ class ScenarioLine {
     std::string& mOut;
 };
 
-}  // namespace zoomrecorder
+}  // namespace scenario

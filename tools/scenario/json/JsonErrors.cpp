@@ -1,6 +1,6 @@
-#include "JsonErrors.h"
+#include "scenario/json/JsonErrors.h"
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 constexpr std::string_view kUnexpected = "unexpected ";
@@ -80,4 +80,4 @@ std::string explainNoObject(std::string_view line) {
     return "must be a JSON object in one line, or a comment that begins with //";
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

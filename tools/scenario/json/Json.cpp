@@ -1,11 +1,11 @@
-#include "Json.h"
+#include "scenario/json/Json.h"
 
 #include <utility>
 
-#include "JsonErrors.h"
-#include "base/Messages.h"
+#include "scenario/json/JsonErrors.h"
+#include "scenario/json/LineError.h"
 
-namespace zoomreplay {
+namespace scenario {
 namespace {
 
 // No line of ours comes near it; it bounds what a damaged line can cost.
@@ -118,4 +118,4 @@ float floatOf(Json const& number) {
     return number.get<float>();
 }
 
-}  // namespace zoomreplay
+}  // namespace scenario

@@ -1,0 +1,14 @@
+// What is wrong with one line of a file.
+#pragma once
+
+#include <stdexcept>
+
+namespace scenario {
+
+/// Whoever knows the file and the line turns it into a message for the user.
+class LineError : public std::runtime_error {
+ public:
+    using std::runtime_error::runtime_error;
+};
+
+}  // namespace scenario
