@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "ReplayCommand.h"
 #include "import/ImportRig.h"
 #include "import/ImportWatch.h"
 #include "new/NewScenario.h"
@@ -18,11 +19,13 @@ constexpr std::array kCommands{
 
 }  // namespace
 
-Command const* findCommand(std::string_view name) {
-    auto const* const found =
+ExitStatus runCommand(int argc, char const* const* argv) {
+    std::string_view const name = argc > 1 ? argv[1] : "";
+    auto const* const command =
         std::find_if(kCommands.begin(), kCommands.end(),
-                     [&](Command const& command) { return command.name == name; });
-    return found == kCommands.end() ? nullptr : found;
+                     [&](Command const& known) { return known.name == name; });
+    return command == kCommands.end() ? replayCommand(argc, argv)
+                                      : command->run(argc - 1, argv + 1);
 }
 
 std::string listCommands() {

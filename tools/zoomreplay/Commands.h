@@ -1,4 +1,4 @@
-// What zoomreplay does besides replaying: each command has a name and a command line of its own.
+// What zoomreplay does: each command has a name and a command line of its own.
 #pragma once
 
 #include <string>
@@ -13,14 +13,16 @@ struct Command {
     std::string_view summary;
 
     /// @param argv the command's name and what follows it.
-    /// @throws UserError as a replay does.
+    /// @throws UserError
     ExitStatus (*run)(int argc, char const* const* argv);
 };
 
-/// @return null when there is no such command.
-Command const* findCommand(std::string_view name);
+/// Runs the command that the arguments begin with, or else a replay.
+/// @param argv the program's name and what follows it.
+/// @throws UserError
+ExitStatus runCommand(int argc, char const* const* argv);
 
-/// All commands for the help, a line each.
+/// All commands that have a name, for the help: a line each.
 std::string listCommands();
 
 }  // namespace zoomreplay

@@ -1,0 +1,178 @@
+// The command line of a replay, and who gets what comes of it: table or results, comparison, report
+// and trace.
+#include "ReplayCommand.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "base/Arguments.h"
+#include "recording/KeptRequests.h"
+#include "recording/Recording.h"
+#include "replay/Replay.h"
+#include "report/Report.h"
+#include "results/Compare.h"
+#include "results/ResultWriter.h"
+#include "results/Table.h"
+#include "trace/Trace.h"
+
+namespace zoomreplay {
+namespace {
+
+struct Options {
+    std::string scenario;
+    std::optional<std::string> results;
+    std::optional<std::string> expected;
+    std::optional<std::string> report;
+    std::optional<std::string> trace;
+    std::optional<std::string> requests;
+    bool isLogged = false;
+};
+
+constexpr char const* kBeforeCommands =
+    "Commands, in place of SCENARIO, each with a --help of its own:\n";
+
+constexpr char const* kExamples = R"(
+Examples:
+  zoomreplay new zoom.jsonl
+  zoomreplay zoom.jsonl                      its crops as a table
+  zoomreplay zoom.jsonl -o old.jsonl         its results, a JSON object a line
+  zoomreplay zoom.jsonl --compare old.jsonl  what has changed since
+  zoomreplay zoom.jsonl --report zoom.html   a page to look at
+
+Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or
+line, 3 the library stopped the process.)";
+
+using Files = std::vector<File const*>;
+
+// The outputs of one run must not end up in each other.
+File openSeparateOutput(std::string const& path, Files const& inputs, Files& outputs) {
+    File file = File::openOutput(path, inputs);
+    for (File const* other : outputs) {
+        bool const isStandard = path == "-" && file.name() == other->name();
+        if (isStandard || file.isSameFile(*other)) {
+            throw UserError(file.name() + ": is written to twice");
+        }
+    }
+    return file;
+}
+
+/// The report and the trace of a replay, where they are asked for.
+class Pictures {
+ public:
+    Pictures(Options const& options, Files const& inputs, Files outputs)
+        : mScenario(inputs.front()->name()) {
+        if (options.requests.has_value() && !options.report && !options.trace) {
+            throw UserError("--requests: needs --report or --trace");
+        }
+        RequestRange const range = parseRequestRange(options.requests);
+        std::vector<RequestConsumer*> consumers;
+        bool const isLogged = options.isLogged;
+        if (options.report.has_value()) {
+            mReport.emplace(openSeparateOutput(*options.report, inputs, outputs));
+            outputs.push_back(&*mReport);
+            consumers.push_back(&mReportRequests.emplace(
+                [this, isLogged](auto const& requests, ReplayRecord const& replay) {
+                    writeReport(*mReport, requests, replay, isLogged, mScenario);
+                }));
+        }
+        if (options.trace.has_value()) {
+            mTrace.emplace(openSeparateOutput(*options.trace, inputs, outputs));
+            consumers.push_back(
+                &mTraceRequests.emplace([this](auto const& requests, ReplayRecord const& replay) {
+                    writeTrace(*mTrace, requests, replay, mScenario);
+                }));
+        }
+        if (!consumers.empty()) {
+            mRecording.emplace(range, std::move(consumers));
+        }
+    }
+
+    /// Null where nothing is asked for.
+    Recording* recording() { return mRecording.has_value() ? &*mRecording : nullptr; }
+
+ private:
+    std::string mScenario;
+    std::optional<File> mReport;
+    std::optional<File> mTrace;
+    std::optional<KeptRequests> mReportRequests;
+    std::optional<KeptRequests> mTraceRequests;
+    std::optional<Recording> mRecording;
+};
+
+ExitStatus replay(Options const& options) {
+    if (options.scenario == "-" && options.expected == "-") {
+        throw UserError("<stdin>: cannot be both SCENARIO and EXPECTED");
+    }
+    LineReader scenario(File::openInput(options.scenario));
+    std::optional<LineReader> expected;
+    Files inputs{&scenario.file()};
+    if (options.expected.has_value()) {
+        expected.emplace(File::openInput(*options.expected));
+        inputs.push_back(&expected->file());
+    }
+    File output = File::openOutput(options.results.value_or("-"), inputs);
+    Pictures pictures(options, inputs, {&output});
+    Progress progress(scenario, output);
+
+    std::unique_ptr<OutcomeConsumer> printer;
+    if (options.results.has_value()) {
+        printer = std::make_unique<ResultWriter>(output);
+    } else {
+        printer = std::make_unique<Table>(output);
+    }
+    std::vector<OutcomeConsumer*> consumers{printer.get()};
+    std::optional<Compare> compare;
+    if (expected.has_value()) {
+        compare.emplace(*expected, scenario.file().name());
+        consumers.push_back(&*compare);
+    }
+    if (pictures.recording() != nullptr) {
+        consumers.push_back(pictures.recording());
+    }
+
+    Replay runner(scenario, options.isLogged, consumers, progress);
+    try {
+        runner.run();
+    } catch (UserError const&) {
+        progress.clear();
+        if (pictures.recording() != nullptr) {
+            pictures.recording()->finish();  // what came before a bad line is worth a look
+        }
+        throw;
+    }
+    return compare.has_value() && compare->differences() > 0 ? ExitStatus::Different
+                                                             : ExitStatus::Success;
+}
+
+}  // namespace
+
+ExitStatus replayCommand(int argc, char const* const* argv) {
+    Options options;
+    CLI::App app("Replays request traces through the zoom override library and shows its crops.",
+                 "zoomreplay");
+    app.footer(kBeforeCommands + listCommands() + kExamples);
+    app.set_version_flag("--version", "zoomreplay " ZOOMREPLAY_VERSION);
+    app.add_option("SCENARIO", options.scenario, "Scenario file, - for standard input")
+        ->required()
+        ->type_name("");
+    app.add_option("-o,--output", options.results,
+                   "Write results as JSON Lines, - for standard output")
+        ->type_name("RESULTS");
+    app.add_flag("--log", options.isLogged, "Show what the library logs");
+    app.add_option("--compare", options.expected, "Compare the results with earlier ones")
+        ->type_name("EXPECTED");
+    app.add_option("--report", options.report, "Write a page that shows the crops, for a browser")
+        ->type_name("FILE.html");
+    app.add_option("--trace", options.trace, "Write a trace event file, for a trace viewer")
+        ->type_name("FILE.json");
+    app.add_option("--requests", options.requests, "Limit report and trace to these requests")
+        ->type_name("A-B");
+    auto const status = parseArguments(app, argc, argv);
+    return status.has_value() ? *status : replay(options);
+}
+
+}  // namespace zoomreplay
