@@ -9,7 +9,7 @@ namespace zoomrecorder {
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
-using scenario::ScenarioLine;
+using scenario::Line;
 
 namespace {
 
@@ -31,7 +31,7 @@ bool isFresh(ZoomOverrideP2Need const& need) {
            need.previewAaCrops.empty() && need.extraAaCrops.empty();
 }
 
-void addNotice(ScenarioLine& line, OverrideNotice notice) {
+void addNotice(Line& line, OverrideNotice notice) {
     if (notice != OverrideNotice::Default) {
         line.field("notice", static_cast<int32_t>(notice));
     }
@@ -94,17 +94,17 @@ std::string textOf(
 
 }  // namespace
 
-CallRecorder::CallRecorder(Settings const& settings) : mRecord(settings), mPlatform(mRecord) {
+CallRecorder::CallRecorder(Settings const& settings) : mParts(settings), mPlatform(mParts) {
     mPlatform.noteProperties();
 }
 
 template <typename Write>
 void CallRecorder::add(LineSubject subject, char const* op, Write write) {
     mLine.clear();
-    ScenarioLine line(mLine, op);
+    Line line(mLine, op);
     write(line);
     line.end();
-    mRecord.add(subject, mLine);
+    mParts.add(subject, mLine);
 }
 
 template <typename Need>
@@ -113,7 +113,7 @@ void CallRecorder::addQuery(LineKind kind, char const* op, ZoomOverrideRequest c
     if (mMode == ZoomOverrideMode::ExternalAPI) {
         mPlatform.noteNewestEntry();
     }
-    add({kind, request.requestNo}, op, [&](ScenarioLine& line) {
+    add({kind, request.requestNo}, op, [&](Line& line) {
         line.field("requestNo", request.requestNo)
             .field("zoomRatio", request.zoomRatio)
             .field("sensorId", request.sensorId);
@@ -128,18 +128,18 @@ void CallRecorder::addQuery(LineKind kind, char const* op, ZoomOverrideRequest c
 
 void CallRecorder::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
     add({LineKind::ConfigFspInfo}, "configFspInfo",
-        [&](ScenarioLine& line) { line.table("fspPorts", config.fspPorts); });
+        [&](Line& line) { line.table("fspPorts", config.fspPorts); });
 }
 
 void CallRecorder::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
-    add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](ScenarioLine& line) {
+    add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](Line& line) {
         line.table("sensorIds", config.sensorIds).json("sensorInfos", textOf(config.sensorInfos));
     });
 }
 
 void CallRecorder::configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) {
     add({LineKind::ConfigSensorBehaviorInfo}, "configSensorBehaviorInfo",
-        [&](ScenarioLine& line) { line.table("portSizes", config.portSizes); });
+        [&](Line& line) { line.table("portSizes", config.portSizes); });
 }
 
 void CallRecorder::getP1CropSetting(ZoomOverrideRequest const& request,
@@ -159,7 +159,7 @@ void CallRecorder::get3ACropSetting(ZoomOverrideRequest const& request,
 
 void CallRecorder::storeOverrideSetting(IMetadata const* metadata,
                                         std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
-    add({LineKind::Metadata}, "storeOverrideSetting", [&](ScenarioLine& line) {
+    add({LineKind::Metadata}, "storeOverrideSetting", [&](Line& line) {
         line.json("metadata", textOf(metadata)).table("streamIdMap", streamIdMap);
     });
 }
@@ -168,7 +168,7 @@ void CallRecorder::storeOverrideSetting(uint32_t requestNo, OverrideNotice notic
                                         ZoomOverrideSetting const* setting) {
     auto const kind =
         notice == OverrideNotice::Repeating ? LineKind::MovedSetting : LineKind::Setting;
-    add({kind}, "storeOverrideSetting", [&](ScenarioLine& line) {
+    add({kind}, "storeOverrideSetting", [&](Line& line) {
         line.field("requestNo", requestNo);
         addNotice(line, notice);
         line.json("setting", textOf(setting));
@@ -177,17 +177,17 @@ void CallRecorder::storeOverrideSetting(uint32_t requestNo, OverrideNotice notic
 
 void CallRecorder::onRequestDone(uint32_t requestNo) {
     add({LineKind::Done, requestNo}, "onRequestDone",
-        [&](ScenarioLine& line) { line.field("requestNo", requestNo); });
+        [&](Line& line) { line.field("requestNo", requestNo); });
 }
 
 void CallRecorder::getZoomOverrideMode() {
-    add({}, "getZoomOverrideMode", [](ScenarioLine&) {});
+    add({}, "getZoomOverrideMode", [](Line&) {});
 }
 
 void CallRecorder::initialize(ZoomOverrideMode mode) {
     mMode = mode;
     add({LineKind::Initialize}, "initialize",
-        [&](ScenarioLine& line) { line.field("mode", static_cast<int32_t>(mode)); });
+        [&](Line& line) { line.field("mode", static_cast<int32_t>(mode)); });
 }
 
 void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
@@ -197,7 +197,7 @@ void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice not
         mPlatform.noteSensors(data.sensorModes);
     }
     add({isRepeating ? LineKind::RepeatingDeposit : LineKind::Deposit, requestNo},
-        "setRunTimeCropNeedData", [&](ScenarioLine& line) {
+        "setRunTimeCropNeedData", [&](Line& line) {
             line.field("requestNo", requestNo);
             addNotice(line, notice);
             line.table("sensorModes", data.sensorModes)
@@ -208,19 +208,18 @@ void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice not
 }
 
 void CallRecorder::getHistoryCropNeedData(int32_t requestNo) {
-    add({}, "getHistoryCropNeedData",
-        [&](ScenarioLine& line) { line.field("requestNo", requestNo); });
+    add({}, "getHistoryCropNeedData", [&](Line& line) { line.field("requestNo", requestNo); });
 }
 
 void CallRecorder::isPortExist(int32_t sensorId, int32_t port) {
     add({}, "isPortExist",
-        [&](ScenarioLine& line) { line.field("sensorId", sensorId).field("port", port); });
+        [&](Line& line) { line.field("sensorId", sensorId).field("port", port); });
 }
 
 void CallRecorder::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,
                                        MSize minSize, MRect const& crop) {
     mPlatform.noteSensor(sensorId, static_cast<uint32_t>(sensorMode));
-    add({}, "correctTgCropRegion", [&](ScenarioLine& line) {
+    add({}, "correctTgCropRegion", [&](Line& line) {
         line.field("sensorId", sensorId)
             .field("sensorMode", sensorMode)
             .field("checkMinSize", checkMinSize)

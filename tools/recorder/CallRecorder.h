@@ -6,8 +6,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "PartWriter.h"
 #include "PlatformWatch.h"
-#include "Record.h"
 #include "Settings.h"
 #include "ZoomOverrideTypes.h"
 
@@ -24,8 +24,8 @@ class CallRecorder {
     /// Begins the record; must come before the manager is created.
     explicit CallRecorder(Settings const& settings);
 
-    bool hasFailed() const { return mRecord.hasFailed(); }
-    void giveUp(std::string const& why) { mRecord.giveUp(why); }
+    bool hasFailed() const { return mParts.hasFailed(); }
+    void giveUp(std::string const& why) { mParts.giveUp(why); }
 
     void configFspInfo(NSCam::Feature::ZoomOverrideFspInfoConfig const& config);
     void configSensorInfo(NSCam::Feature::ZoomOverrideSensorInfoConfig const& config);
@@ -59,7 +59,7 @@ class CallRecorder {
     void addQuery(LineKind kind, char const* op, NSCam::Feature::ZoomOverrideRequest const& request,
                   Need const& need, bool manual);
 
-    Record mRecord;
+    PartWriter mParts;
     PlatformWatch mPlatform;
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
     std::string mLine;  // reused

@@ -96,7 +96,7 @@ void LiveState::settle(Line line) {
     }
     if (kind == LineKind::Deposit) {
         // Requests to come may repeat it, but its own request is done.
-        scenario::ScenarioLine(line.text, "onRequestDone").field("requestNo", number).end();
+        scenario::Line(line.text, "onRequestDone").field("requestNo", number).end();
     }
 
     bool const isPerNumber = kind == LineKind::Property || kind == LineKind::Sensor;

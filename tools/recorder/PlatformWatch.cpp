@@ -11,7 +11,7 @@ namespace {
 
 using scenario::appendJson;
 using scenario::appendKey;
-using scenario::ScenarioLine;
+using scenario::Line;
 
 constexpr std::array kProperties{
     "vendor.debug.camera.zoomOverride.log",
@@ -27,8 +27,8 @@ void PlatformWatch::noteProperties() {
         auto const value = NSCam::Utils::Properties::property_get_int32(property, 0);
         auto const name = std::string(1, '"').append(property).append(1, '"');
         mLine.clear();
-        ScenarioLine(mLine, "property").json("name", name).field("value", value).end();
-        mRecord.add({LineKind::Property, index++}, mLine);
+        Line(mLine, "property").json("name", name).field("value", value).end();
+        mParts.add({LineKind::Property, index++}, mLine);
     }
 }
 
@@ -65,11 +65,11 @@ void PlatformWatch::noteNewestEntry() {
     }
     mNewest = bits;
     mLine.clear();
-    ScenarioLine(mLine, "publish")
+    Line(mLine, "publish")
         .field("zoomRatio", newest->zoomRatio)
         .field("enable", newest->enable)
         .end();
-    mRecord.add({LineKind::Publish}, mLine);
+    mParts.add({LineKind::Publish}, mLine);
 }
 
 // The line defines the sensor whole, so it lists all modes met so far.
@@ -86,8 +86,8 @@ void PlatformWatch::recordSensor(int32_t sensorId, Modes const& modes) {
     text += '}';
 
     mLine.clear();
-    ScenarioLine(mLine, "sensor").field("id", sensorId).json("modes", text).end();
-    mRecord.add({LineKind::Sensor, static_cast<uint32_t>(sensorId)}, mLine);
+    Line(mLine, "sensor").field("id", sensorId).json("modes", text).end();
+    mParts.add({LineKind::Sensor, static_cast<uint32_t>(sensorId)}, mLine);
 }
 
 void PlatformWatch::appendMode(std::string& out, Mode const& mode) {

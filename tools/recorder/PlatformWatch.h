@@ -13,7 +13,7 @@
 #include "CustomZoomRatioOverride.h"
 #include "HwTransHelper.h"
 #include "IGenericContainer.h"
-#include "Record.h"
+#include "PartWriter.h"
 #include "ZoomOverrideTypes.h"
 
 namespace zoomrecorder {
@@ -21,8 +21,8 @@ namespace zoomrecorder {
 /// One thread at a time. Each operation records before the module asks.
 class PlatformWatch {
  public:
-    /// @param record outlives the watch.
-    explicit PlatformWatch(Record& record) : mRecord(record) {}
+    /// @param parts outlive the watch.
+    explicit PlatformWatch(PartWriter& parts) : mParts(parts) {}
 
     /// The properties that the manager reads when it is created.
     void noteProperties();
@@ -57,7 +57,7 @@ class PlatformWatch {
     static Mode ask(int32_t sensorId, uint32_t mode);
     static void appendMode(std::string& out, Mode const& mode);
 
-    Record& mRecord;
+    PartWriter& mParts;
     std::unordered_map<int32_t, Modes> mSensors;
     std::shared_ptr<Container::Reader> mReader;
     std::optional<EntryBits> mNewest;

@@ -9,26 +9,26 @@
 namespace scenario {
 
 /// Appends the line to a text, field by field. The text is the caller's, who may reuse its memory.
-class ScenarioLine {
+class Line {
  public:
-    ScenarioLine(std::string& out, std::string_view op) : mOut(out) {
+    Line(std::string& out, std::string_view op) : mOut(out) {
         mOut.append(R"({"op": ")").append(op).append(1, '"');
     }
 
     template <typename T>
-    ScenarioLine& field(std::string_view name, T const& value) {
+    Line& field(std::string_view name, T const& value) {
         appendField(mOut, name, value);
         return *this;
     }
 
     /// Empty tables and lists are left out, as are values that their readers take for granted.
     template <typename Table>
-    ScenarioLine& table(std::string_view name, Table const& table) {
+    Line& table(std::string_view name, Table const& table) {
         return table.empty() ? *this : field(name, table);
     }
 
     /// A value that is JSON already.
-    ScenarioLine& json(std::string_view name, std::string_view text) {
+    Line& json(std::string_view name, std::string_view text) {
         mOut.append(", \"").append(name).append("\": ").append(text);
         return *this;
     }

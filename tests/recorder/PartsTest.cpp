@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "LiveState.h"
-#include "Record.h"
+#include "PartWriter.h"
 #include "Settings.h"
 
 namespace zoomrecorder {
@@ -26,9 +26,9 @@ using ::testing::IsEmpty;
 
 std::vector<std::string> sReports;
 
-class RecordTest : public ::testing::Test {
+class PartsTest : public ::testing::Test {
  protected:
-    RecordTest() {
+    PartsTest() {
         sReports.clear();
         __android_log_set_logger(
             [](__android_logger_data const*, char const* text) { sReports.emplace_back(text); });
@@ -46,9 +46,9 @@ class RecordTest : public ::testing::Test {
     std::string const mPath = mFolder + "/record.jsonl";
 };
 
-TEST_F(RecordTest, UnwritablePathIsReportedOnce) {
+TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
     std::string const path = mFolder + "/missing/record.jsonl";
-    Record record({path, 4000});
+    PartWriter record({path, 4000});
     record.add({}, "{}\n");
     record.add({}, "{}\n");
 
@@ -57,11 +57,11 @@ TEST_F(RecordTest, UnwritablePathIsReportedOnce) {
                                              "camera goes on"));
 }
 
-TEST_F(RecordTest, WhatIsNotAFileIsLeftAlone) {
+TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {
     std::ofstream(mFolder + "/file") << "of somebody else";
     for (auto const& name : {mPath + ".1", mPath}) {
         std::filesystem::create_symlink("file", name);
-        Record record({mPath, 4000});
+        PartWriter record({mPath, 4000});
 
         EXPECT_TRUE(record.hasFailed());
         EXPECT_TRUE(std::filesystem::is_symlink(name));
@@ -71,14 +71,14 @@ TEST_F(RecordTest, WhatIsNotAFileIsLeftAlone) {
     EXPECT_THAT(read(mFolder + "/file"), "of somebody else");
 }
 
-TEST_F(RecordTest, FullDiskLeavesWholeLines) {
+TEST_F(PartsTest, FullDiskLeavesWholeLines) {
     std::signal(SIGXFSZ, SIG_IGN);
     rlimit before{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     rlimit const full{1001, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
     std::string const line = std::string(99, 'x').append("\n");
-    Record record({mPath, 400000});
+    PartWriter record({mPath, 400000});
     for (int i = 0; i < 30; ++i) {
         record.add({}, line);
     }
@@ -89,9 +89,9 @@ TEST_F(RecordTest, FullDiskLeavesWholeLines) {
     EXPECT_GT(std::filesystem::file_size(mPath), 800U);
 }
 
-TEST_F(RecordTest, RestartedProcessKeepsTheRecordOfTheCrash) {
+TEST_F(PartsTest, RestartedProcessKeepsTheRecordOfTheCrash) {
     for (auto const* line : {"first\n", "second\n", "third\n", "fourth\n", "fifth\n"}) {
-        Record({mPath, 4000}).add({}, line);
+        PartWriter({mPath, 4000}).add({}, line);
     }
 
     EXPECT_THAT(read(mPath), EndsWith("fifth\n"));
@@ -101,7 +101,7 @@ TEST_F(RecordTest, RestartedProcessKeepsTheRecordOfTheCrash) {
     EXPECT_THAT(sReports, IsEmpty());
 }
 
-TEST_F(RecordTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
+TEST_F(PartsTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
     LiveState state(1000);
     for (uint32_t i = 0; i < 1000; ++i) {
         state.add({LineKind::Deposit, i}, "deposit of " + std::to_string(i) + "\n");
@@ -118,7 +118,7 @@ TEST_F(RecordTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
     EXPECT_THAT(text.substr(0, query), HasSubstr("deposit of " + first));
 }
 
-TEST_F(RecordTest, BytesThatAreNoNumberAreReported) {
+TEST_F(PartsTest, BytesThatAreNoNumberAreReported) {
     setenv("ZOOMOVERRIDE_RECORD", mPath.c_str(), 1);
     setenv("ZOOMOVERRIDE_RECORD_BYTES", "16M", 1);
     auto const settings = settingsFromEnvironment();

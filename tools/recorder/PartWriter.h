@@ -6,30 +6,30 @@
 #include <string_view>
 
 #include "LiveState.h"
-#include "RecordFile.h"
+#include "PartFiles.h"
 #include "Settings.h"
 
 namespace zoomrecorder {
 
 /// One thread at a time.
-class Record {
+class PartWriter {
  public:
-    explicit Record(Settings const& settings);
+    explicit PartWriter(Settings const& settings);
 
     /// Writes a line, which is in the file when this returns.
     void add(LineSubject subject, std::string_view line);
 
     /// Whether there is any use in going on.
-    bool hasFailed() const { return mFile.hasFailed(); }
+    bool hasFailed() const { return mFiles.hasFailed(); }
 
-    void giveUp(std::string const& why) { mFile.giveUp(why); }
+    void giveUp(std::string const& why) { mFiles.giveUp(why); }
 
  private:
     void startPart();
     void appendTime(std::string& out);
 
     uint64_t const mPartBytes;
-    RecordFile mFile;
+    PartFiles mFiles;
     LiveState mState;
     uint64_t mHeadBytes = 0;  // of the newest part, written before its first own line
     int64_t mLastSecond = 0;

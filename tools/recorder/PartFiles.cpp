@@ -1,4 +1,4 @@
-#include "RecordFile.h"
+#include "PartFiles.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,11 +12,11 @@
 
 namespace zoomrecorder {
 
-RecordFile::~RecordFile() {
+PartFiles::~PartFiles() {
     close();
 }
 
-void RecordFile::startPart() {
+void PartFiles::startPart() {
     close();
     if (!moveAside()) {
         return;
@@ -28,7 +28,7 @@ void RecordFile::startPart() {
     }
 }
 
-void RecordFile::write(std::string_view lines) {
+void PartFiles::write(std::string_view lines) {
     if (mHasFailed) {
         return;
     }
@@ -48,7 +48,7 @@ void RecordFile::write(std::string_view lines) {
     giveUpOnError(mPath);
 }
 
-void RecordFile::giveUp(std::string const& why) {
+void PartFiles::giveUp(std::string const& why) {
     if (!mHasFailed) {
         report(why + "; recording ends, the camera goes on");
     }
@@ -56,12 +56,12 @@ void RecordFile::giveUp(std::string const& why) {
     close();
 }
 
-std::string RecordFile::partName(int age) const {
+std::string PartFiles::partName(int age) const {
     return age == 0 ? mPath : mPath + "." + std::to_string(age);
 }
 
 // A link is not followed: moving aside would move the link, and /dev/stdout is one.
-bool RecordFile::moveAside() {
+bool PartFiles::moveAside() {
     for (int age = 0; age < kParts; ++age) {
         struct stat info {};
         auto const name = partName(age);
@@ -80,11 +80,11 @@ bool RecordFile::moveAside() {
     return true;
 }
 
-void RecordFile::giveUpOnError(std::string const& name) {
+void PartFiles::giveUpOnError(std::string const& name) {
     giveUp(name + ": " + std::generic_category().message(errno));
 }
 
-void RecordFile::close() {
+void PartFiles::close() {
     if (mFile >= 0) {
         ::close(mFile);
     }

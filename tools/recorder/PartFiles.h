@@ -11,14 +11,14 @@ namespace zoomrecorder {
 
 /// Writes whole lines, each with a single call, so that all of them are in the file whatever
 /// becomes of the process. The first failure is reported and ends it all. One thread at a time.
-class RecordFile {
+class PartFiles {
  public:
     static constexpr int kParts = 4;
 
-    explicit RecordFile(std::string path) : mPath(std::move(path)) {}
-    ~RecordFile();
-    RecordFile(RecordFile const&) = delete;
-    RecordFile& operator=(RecordFile const&) = delete;
+    explicit PartFiles(std::string path) : mPath(std::move(path)) {}
+    ~PartFiles();
+    PartFiles(PartFiles const&) = delete;
+    PartFiles& operator=(PartFiles const&) = delete;
 
     /// Moves the parts that are there aside and opens a new one. Must come before any write.
     void startPart();

@@ -1,4 +1,4 @@
-#include "Record.h"
+#include "PartWriter.h"
 
 #include <array>
 #include <chrono>
@@ -9,19 +9,19 @@ namespace zoomrecorder {
 
 using std::chrono::milliseconds;
 
-Record::Record(Settings const& settings)
-    : mPartBytes(settings.bytes / RecordFile::kParts),
-      mFile(settings.path),
+PartWriter::PartWriter(Settings const& settings)
+    : mPartBytes(settings.bytes / PartFiles::kParts),
+      mFiles(settings.path),
       // What a part begins with must leave room for what is new.
       mState(static_cast<size_t>(mPartBytes / 2)) {
     startPart();
 }
 
-void Record::add(LineSubject subject, std::string_view line) {
-    if (mFile.hasFailed()) {
+void PartWriter::add(LineSubject subject, std::string_view line) {
+    if (mFiles.hasFailed()) {
         return;
     }
-    bool const isFull = mFile.size() + line.size() > mPartBytes && mFile.size() > mHeadBytes;
+    bool const isFull = mFiles.size() + line.size() > mPartBytes && mFiles.size() > mHeadBytes;
     if (isFull) {
         startPart();
     }
@@ -29,22 +29,22 @@ void Record::add(LineSubject subject, std::string_view line) {
     mText.clear();
     appendTime(mText);
     mText += line;
-    mFile.write(mText);
+    mFiles.write(mText);
     mState.add(subject, line);
 }
 
 // The lines before the comment repeat what older parts have.
-void Record::startPart() {
+void PartWriter::startPart() {
     mText = "// Recorded by libcam.zoomoverride_recorder. Replay: zoomreplay FILE\n";
     mState.appendTo(mText);
     mText += "// The record goes on here.\n";
-    mFile.startPart();
-    mFile.write(mText);
-    mHeadBytes = mFile.size();
+    mFiles.startPart();
+    mFiles.write(mText);
+    mHeadBytes = mFiles.size();
 }
 
 // Once a second, as logcat writes it, to find one's way between log and record.
-void Record::appendTime(std::string& out) {
+void PartWriter::appendTime(std::string& out) {
     auto const now = std::chrono::duration_cast<milliseconds>(
                          std::chrono::system_clock::now().time_since_epoch())
                          .count();
