@@ -1,15 +1,18 @@
 // Opens a report in a browser, moves through its requests and holds what it shows to the result file
-// of the same run: node browser.mjs REPORT.html RESULTS.jsonl
+// of the same run: node browser.mjs REPORT.html RESULTS.jsonl SCENARIO.jsonl
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
 
-const [report, resultFile] = process.argv.slice(2);
+const [report, resultFile, scenarioFile] = process.argv.slice(2);
 const address = pathToFileURL(report).href;
 const results = readFileSync(resultFile, 'utf8').trim().split('\n').map((line) => JSON.parse(line));
 const queries = new Map(results.filter((result) => result.need).map((result) => [result.line, result]));
+
+const scenario = readFileSync(scenarioFile, 'utf8').split('\n');
+const requestOf = (line) => JSON.parse(scenario[line - 1]).requestNo;
 
 // The crops of a result line as [sensor, port or kind, x, y, w, h].
 function expectedCrops({ need, result }) {
@@ -42,14 +45,36 @@ const SHOWN = `(() => {
   };
 })()`;
 
+// Details are unpacked when they are shown.
+const SETTLED = `(async () => {
+  const name = () => location.hash.replace('#request=', 'Request ');
+  for (let i = 0; i < 500; ++i) {
+    if (document.documentElement.dataset.ready && document.getElementById('request-title').textContent === name()) return;
+    await new Promise((resolve) => setTimeout(resolve, 10));
+  }
+  throw new Error(\`\${document.getElementById('request-title').textContent} instead of \${name()}\`);
+})()`;
+
 const browser = await Chromium.start();
 try {
-  const show = () => browser.evaluate(SHOWN);
-  const number = async () => Number((await show()).title.replace('Request ', ''));
+  const show = async () => {
+    await browser.evaluate(SETTLED);
+    return browser.evaluate(SHOWN);
+  };
+  const number = () => browser.evaluate(
+    `Number(/\\d+/.exec(document.getElementById('timeline').getAttribute('aria-valuetext')))`);
+  const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
+  const goTo = (text) => browser.evaluate(`(() => {
+    document.getElementById('go-to').value = '${text}';
+    document.getElementById('go').requestSubmit();
+  })()`);
+  const message = () => browser.evaluate(`document.getElementById('message').textContent`);
 
   await browser.open(`${address}#request=3`);
+  await show();
   assert.equal(await number(), 3, 'a link opens its request');
 
+  await browser.evaluate(`document.getElementById('timeline').focus()`);
   await browser.press('Home');
   const first = await number();
   await browser.press('End');
@@ -86,15 +111,34 @@ try {
   await browser.press('ArrowLeft');
   assert.equal(await number(), last - 1, 'the left arrow');
 
+  await pause(500);
   await browser.evaluate(`location.hash = '#request=2'`);
+  await show();
   assert.equal(await number(), 2, 'a link within the open report');
+  await pause(500);
+  await goTo('4');
+  assert.equal(await number(), 4, 'the field goes to a number');
+  await browser.evaluate(`history.back()`);
+  await pause(100);
+  assert.equal(await number(), 2, 'moves are in the history');
+  await goTo('99999');
+  assert.match(await message(), /no request 99999/);
+  await goTo('overriden');
+  assert.match(await message(), /overriden.+means nothing/);
+  await goTo('overridden');
+  assert.equal(await browser.evaluate(`document.getElementById('walk-title').textContent.split(' ').at(-1)`),
+    String(new Set([...queries.values()].filter(({ result }) => result).map(({ line }) => requestOf(line))).size), 'all that meet a filter are listed');
+  await browser.evaluate(`location.hash = '#request=2'`);
+  await show();
+  await browser.evaluate(`document.getElementById('timeline').focus()`);
 
   await browser.press(' ');
   await browser.evaluate(`new Promise((resolve) => {
-    new MutationObserver(resolve).observe(document.getElementById('request-title'), { childList: true });
+    new MutationObserver(resolve).observe(document.getElementById('timeline'), { attributes: true });
     setTimeout(resolve, 10000);
   })`);
   assert.ok(await number() > 2, 'the space bar plays');
+  await browser.press(' ');
   await browser.press('Home');
 
   const box = await browser.evaluate(`(() => {

@@ -70,14 +70,10 @@ class Pictures {
         }
         RequestRange const range = parseRequestRange(options.requests);
         std::vector<RequestConsumer*> consumers;
-        bool const isLogged = options.isLogged;
         if (options.report.has_value()) {
-            mReport.emplace(openSeparateOutput(*options.report, inputs, outputs));
-            outputs.push_back(&*mReport);
-            consumers.push_back(&mReportRequests.emplace(
-                [this, isLogged](auto const& requests, ReplayRecord const& replay) {
-                    writeReport(*mReport, requests, replay, isLogged, mScenario);
-                }));
+            mReportFile.emplace(openSeparateOutput(*options.report, inputs, outputs));
+            outputs.push_back(&*mReportFile);
+            consumers.push_back(&mReport.emplace(*mReportFile, mScenario, options.isLogged));
         }
         if (options.trace.has_value()) {
             mTrace.emplace(openSeparateOutput(*options.trace, inputs, outputs));
@@ -96,9 +92,9 @@ class Pictures {
 
  private:
     std::string mScenario;
-    std::optional<File> mReport;
+    std::optional<File> mReportFile;
+    std::optional<Report> mReport;
     std::optional<File> mTrace;
-    std::optional<KeptRequests> mReportRequests;
     std::optional<KeptRequests> mTraceRequests;
     std::optional<Recording> mRecording;
 };

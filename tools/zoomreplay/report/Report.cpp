@@ -1,30 +1,89 @@
 #include "Report.h"
 
+#include <array>
 #include <string_view>
+#include <utility>
 
+#include "Overview.h"
 #include "Page.h"
-#include "ReportData.h"
+#include "PageText.h"
+#include "RequestData.h"
+#include "RigData.h"
 
 namespace zoomreplay {
 namespace {
 
-void replace(std::string& text, std::string_view mark, std::string_view part) {
-    auto const place = text.find(mark);
-    if (place != std::string::npos) {
-        text.replace(place, mark.size(), part);
-    }
-}
+using scenario::Json;
+
+// The overview is unpacked whole, a request's block when somebody looks at the request.
+constexpr size_t kOverviewsPerBlock = 8192;
+constexpr size_t kRequestsPerBlock = 512;
 
 }  // namespace
 
-// The data goes in last: what it holds must not be taken for a mark.
-void writeReport(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
-                 bool isLogged, std::string const& scenario) {
-    std::string page = kPageHtml;
-    replace(page, "/* style */", kPageStyle);
-    replace(page, "/* scripts */", kPageScript);
-    replace(page, "/* data */", reportData(requests, replay, isLogged, scenario));
-    file.write(page);
+Report::Report(File& file, std::string scenario, bool isLogged)
+    : mFile(file),
+      mScenario(std::move(scenario)),
+      mIsLogged(isLogged),
+      mOverview(kOverviewsPerBlock),
+      mRequests(kRequestsPerBlock) {}
+
+void Report::take(RequestRecord const& request, Rig const& rig) {
+    Overview const overview = overviewOf(request, rig);
+    mOverview.add(request.index, overviewData(request, overview));
+    mRequests.add(request.index, requestData(request));
+    mPlain.take(request, overview);
+    ++mShown;
+}
+
+std::string Report::data(ReplayRecord const& replay) {
+    Json json{{"scenario", mScenario},
+              {"total", replay.total},
+              {"shown", mShown},
+              {"logged", mIsLogged},
+              {"requestsPerBlock", kRequestsPerBlock},
+              {"rigs", Json::array()}};
+    for (Rig const& rig : replay.rigs) {
+        json["rigs"].push_back(rigData(rig));
+    }
+    if (auto const& fatal = replay.fatal) {
+        json["fatal"] = {{"line", fatal->line}, {"op", fatal->op}, {"text", fatal->text}};
+        if (fatal->request.has_value()) {
+            json["fatal"]["at"] = *fatal->request;
+        }
+    }
+    std::string out = inScript(json);
+    out.pop_back();
+    out += ",\n\"overview\":";
+    mOverview.appendJson(out);
+    out += ",\n\"requests\":";
+    mRequests.appendJson(out);
+    out += '}';
+    return out;
+}
+
+void Report::finish(ReplayRecord const& replay) {
+    std::string_view rest = kPageHtml;
+    auto const writeUpTo = [&](std::string_view mark) {
+        auto const place = rest.find(mark);
+        mFile.write(rest.substr(0, place));
+        rest.remove_prefix(place + mark.size());
+    };
+    writeUpTo("/* style */");
+    mFile.write(kPageStyle);
+    writeUpTo("<!-- plain -->");
+    mFile.write(mPlain.text(replay));
+    writeUpTo("/* data */");
+    mFile.write(data(replay));
+    writeUpTo("/* charts */");
+    for (char const* const piece : kChartLibrary) {
+        mFile.write(piece);
+    }
+    writeUpTo("/* scripts */");
+    for (char const* const piece : kPageScripts) {
+        mFile.write(piece);
+    }
+    mFile.write(rest);
 }
 
 }  // namespace zoomreplay

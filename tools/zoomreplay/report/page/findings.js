@@ -1,26 +1,73 @@
-// What is worth a look: buttons that lead to the requests.
+// What is worth a look: lists of requests that one can walk along both ways.
 
-const finding = (label, where, style) => {
-  const next = () => show(where.find((i) => i > current) ?? where[0]);
-  const button = html('button', style ? { class: style } : {}, label);
-  button.addEventListener('click', next);
-  $('findings').append(html('li', {}, button));
+const jumpsAt = new Map();  // by request
+let walk = null;  // { words, found }: the list in hand
+
+const knowJumps = () => {
+  for (const jump of data.jumps ?? []) {
+    columnOf('marks')[jump.index] |= MARKS.jump;
+    jumpsAt.set(jump.index, [...(jumpsAt.get(jump.index) ?? []), jump]);
+  }
+};
+
+const requestsWith = (mark) => {
+  const found = [];
+  for (let i = 0; i < count; ++i) if (hasMark(i, mark)) found.push(i);
+  return found;
+};
+
+const choose = (words, found) => {
+  walk = { words, found };
+  if (found.length === 0) {
+    tell(`No request is ${words}.`);
+    showWalk();
+    return;
+  }
+  tell('');
+  show(found.find((i) => i >= current) ?? found[0]);
+  showWalk();
+};
+
+const step = (direction) => {
+  const { found } = walk;
+  const next = direction > 0 ? found.find((i) => i > current) : found.findLast((i) => i < current);
+  show(next ?? (direction > 0 ? found[0] : found.at(-1)));
+};
+
+// Of long lists, the part around the request in hand.
+const NEAR = 40;
+const showWalk = () => {
+  $('walk').hidden = !walk || walk.found.length === 0;
+  if ($('walk').hidden) return;
+  const { words, found } = walk;
+  const here = Math.max(0, found.findIndex((i) => i >= current));
+  const place = found.indexOf(current);
+  $('walk-title').textContent = `${words}: ${place < 0 ? '' : `${place + 1} of `}${found.length}`;
+  const first = Math.max(0, Math.min(here - NEAR / 2, found.length - NEAR));
+  const links = found.slice(first, first + NEAR).map((i) => html('li', {},
+    html('a', { href: `#request=${nameOf(i)}`, 'aria-current': i === current ? 'true' : null }, nameOf(i))));
+  $('walk-list').replaceChildren(...(first > 0 ? [html('li', {}, '\u2026')] : []), ...links,
+    ...(first + NEAR < found.length ? [html('li', {}, '\u2026')] : []));
+};
+
+const showJumps = () => {
+  const jumps = data.jumps ?? [];
+  $('jumps').hidden = jumps.length === 0;
+  const SHOWN = 20;
+  $('jump-list').replaceChildren(...jumps.slice(0, SHOWN).map((jump) => html('li', {},
+    html('a', { href: `#request=${nameOf(jump.index)}` }, `request ${nameOf(jump.index)}: ${jump.words}`))));
+  if (jumps.length > SHOWN) $('jump-list').append(html('li', { class: 'aside' }, `and ${jumps.length - SHOWN} smaller ones`));
 };
 
 const showFindings = () => {
-  const broken = indices((request) => request.queries.some((query) => query.state === 'exception'));
-  if (data.fatal?.at !== undefined) finding('fatal condition', [data.fatal.at], 'alarm');
-  if (broken.length > 0) finding(`exceptions: ${broken.length}`, broken, 'alarm');
-  const corrected = indices(isCorrected);
-  if (corrected.length > 0) finding(`corrected: ${corrected.length} of ${requests.length}`, corrected);
-  for (const id of sensorIds) {
-    const differences = leads.map((lead) => lead.get(id)?.crop.diff?.[0] ?? 0);
-    const largest = Math.max(...differences.map(Math.abs));
-    const at = differences.findIndex((value) => Math.abs(value) === largest);
-    if (largest > 0) finding(`sensor ${id}: up to ${signed(differences[at])} at ${names[at]}`, [at]);
+  for (const { mark, words, alarm } of FINDINGS) {
+    const found = requestsWith(mark);
+    if (found.length === 0) continue;
+    const button = html('button', { class: alarm ? 'alarm' : null, 'data-finding': mark }, `${words}: ${found.length}`);
+    button.addEventListener('click', () => walk?.words === words ? step(1) : choose(words, found));
+    $('findings').append(html('li', {}, button));
   }
-  const cached = indices((request) => request.queries.some((query) => query.cached));
-  if (cached.length > 0) finding(`from the cache: ${cached.length}`, cached);
-  const left = indices((request) => !request.done);
-  if (left.length > 0) finding(`never done: ${left.length}`, left);
+  showJumps();
+  $('walk-back').addEventListener('click', () => step(-1));
+  $('walk-on').addEventListener('click', () => step(1));
 };

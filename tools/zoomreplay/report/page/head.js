@@ -4,10 +4,10 @@ const showHead = () => {
   const name = data.scenario.split('/').at(-1);
   document.title = `${name} \u2013 zoom report`;
   $('title').textContent = name;
-  const modes = [...new Set(requests.map((request) => modeName(request.mode)))].join(', ');
+  const modes = [...new Set(columnOf('mode'))].filter((mode) => mode >= 0).map(modeName).join(', ');
   const total = `${data.total} ${data.total === 1 ? 'request' : 'requests'}`;
-  const shown = requests.length === data.total ? total : `${requests.length} of ${total}`;
-  $('about').textContent = [modes, shown, `${indices(isOverridden).length} overridden`].filter(Boolean).join(' \u00b7 ');
+  const shown = count === data.total ? total : `${count} of ${total}`;
+  $('about').textContent = [modes, shown, `${requestsWith('overridden').length} overridden`].filter(Boolean).join(' \u00b7 ');
   if (data.fatal) {
     $('fatal').hidden = false;
     $('fatal').textContent = `The library stopped the process on line ${data.fatal.line}, ${data.fatal.op}: ${data.fatal.text}`;
@@ -16,16 +16,15 @@ const showHead = () => {
 
 // What the timeline shows, in words.
 const describeTimeline = () => {
-  const range = (name, values, write) => {
-    const known = values.filter((value) => typeof value === 'number');
-    return known.length === 0 ? null : `${name} ${write(Math.min(...known))} to ${write(Math.max(...known))}`;
+  const range = (name, path, write) => {
+    const known = columns.has(path) ? steps(path).range() : null;
+    return known && `${name} ${write(known[0])} to ${write(known[1])}`;
   };
-  const count = (stage) => indices((request) => stateOf(request, stage)?.state === 'overridden').length;
+  const overridden = (stage) => columnOf(`stages.${stage}`).filter((state) => STATES[state % CACHED] === 'overridden').length;
   $('timeline-text').textContent = [
-    range('Asked ratio', requests.map(askedOf), ratio),
-    range('override ratio', requests.map(overrideOf), ratio),
-    ...STAGES.map((stage) => `${stage} overridden in ${count(stage)} of ${requests.length} requests`),
-    ...sensorIds.map((id) => hasDifferences ?
-      range(`sensor ${id} to master`, leads.map((lead) => lead.get(id)?.crop.diff?.[0]), signed) : null),
+    range('Asked ratio', 'asked', ratio),
+    range('override ratio', 'override', ratio),
+    ...stages.map((stage) => `${stage} overridden in ${overridden(stage)} of ${count} requests`),
+    ...sensorIds.map((id) => range(`sensor ${id} to master`, `sensors.${id}.difference`, signed)),
   ].filter(Boolean).join('; ') + '.';
 };

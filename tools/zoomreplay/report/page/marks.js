@@ -1,4 +1,4 @@
-// The marks that stand for the answers of a stage, and their legend.
+// The marks that stand for the answers of a stage, and what may be said of a request.
 
 const TEXTS = {
   overridden: 'overridden', refused: 'not overridden', exception: 'exception', fatal: 'stopped the process',
@@ -15,15 +15,22 @@ const symbol = (state, cached) => svg('svg', { width: 12, height: 12, 'aria-hidd
   svg('path', { d: SHAPES[state](6, 6, 4.5), class: 'mark-' + state }),
   cached ? svg('path', { d: SHAPES.cached(6, 6, 4.5), class: cachedClass(state) }) : null);
 
-const showLegend = () => {
-  const entries = [['overridden', false, TEXTS.overridden], ['refused', false, TEXTS.refused]];
-  if (requests.some((request) => request.queries.some((query) => query.cached))) {
-    entries.push(['overridden', true, 'with a dot: also answered from the cache']);
-  }
-  for (const state of ['exception', 'fatal']) {
-    if (requests.some((request) => request.queries.some((query) => query.state === state))) {
-      entries.push([state, false, TEXTS[state]]);
-    }
-  }
-  $('legend').append(...entries.map(([state, cached, what]) => html('li', {}, symbol(state, cached), what)));
+// As zoomreplay sets them; a jump is set here.
+const MARKS = {
+  overridden: 1, corrected: 2, cached: 4, exception: 8, fatal: 16, outside: 32, stale: 64, undone: 128, jump: 256,
+};
+// The worst first. What is no fault stands last.
+const FINDINGS = [
+  { mark: 'fatal', words: 'fatal condition', alarm: true },
+  { mark: 'exception', words: 'exception', alarm: true },
+  { mark: 'outside', words: 'crop outside of its sensor', alarm: true },
+  { mark: 'jump', words: 'jump', alarm: true },
+  { mark: 'corrected', words: 'corrected' },
+  { mark: 'stale', words: 'kept answer of another sensor mode' },
+  { mark: 'undone', words: 'never done' },
+];
+const hasMark = (index, mark) => (columnOf('marks')[index] & MARKS[mark]) !== 0;
+const stateOf = (index, stage) => {
+  const value = at(`stages.${stage}`, index) ?? 0;
+  return value === 0 ? null : { state: STATES[value % CACHED], cached: value >= CACHED };
 };

@@ -1,89 +1,145 @@
-// Which request is chosen, and how people move to others.
-
-const summary = (index) => {
-  const request = requests[index];
-  const states = STAGES.map((stage) => [stage, stateOf(request, stage)]).filter(([, found]) => found)
-    .map(([stage, found]) => `${stage} ${TEXTS[found.state]}${found.cached ? ' and from the cache' : ''}`);
-  return `Request ${names[index]}: ${[...states, isCorrected(request) ? 'crops corrected' : ''].filter(Boolean).join(', ')}`;
-};
+// Which request is chosen, how people move to others, and the browser's history of it.
 
 let current = 0;
-const show = (index) => {
-  current = Math.max(0, Math.min(requests.length - 1, index));
-  const request = requests[current];
-  moveCursor(current);
-  $('request-title').textContent = `Request ${names[current]}`;
+let isPassingBy = false;  // on the way to another request, as while dragging
+let detailsTimer = null;
+const DETAILS_PAUSE = 80;  // milliseconds
+
+const tell = (message) => {
+  $('message').textContent = message;
+  $('message').hidden = message === '';
+};
+
+const summary = (index) => {
+  const states = stages.map((stage) => [stage, stateOf(index, stage)]).filter(([, found]) => found)
+    .map(([stage, found]) => `${stage} ${TEXTS[found.state]}${found.cached ? ' and from the cache' : ''}`);
+  const faults = FINDINGS.filter(({ mark }) => hasMark(index, mark) && mark !== 'exception' && mark !== 'fatal')
+    .map(({ words }) => words);
+  return `Request ${nameOf(index)}: ${[...states, ...faults].join(', ')}`;
+};
+
+/** The values of a request in one line. */
+const readOut = (index) => {
+  const { path, unit, isSigned, words } = QUANTITIES[quantity];
+  const values = sensorIds.map((id) => [id, at(`sensors.${id}.${path}`, index)]).filter(([, value]) => value !== undefined)
+    .map(([id, value]) => `sensor ${id} ${(value < 0 ? MINUS : isSigned ? '+' : '') + Math.abs(value).toFixed(2)}${unit}`);
+  return [`request ${nameOf(index)}`,
+    at('asked', index) === undefined ? null : `asked ${ratio(at('asked', index))}`,
+    at('override', index) === undefined ? null : `override ${ratio(at('override', index))}`,
+    values.length > 0 ? `${words.toLowerCase()}: ${values.join(', ')}` : null].filter(Boolean).join(' \u00b7 ');
+};
+
+const show = (index, { isPassing = false, isFromHistory = false } = {}) => {
+  current = Math.max(0, Math.min(count - 1, index));
+  isPassingBy = isPassing;
+  reveal(current);
+  placeCursor();
+  $('hover').textContent = readOut(current);
+  $('timeline').setAttribute('aria-valuenow', current + 1);
+  $('timeline').setAttribute('aria-valuetext', summary(current));
+  if (isPassing) {
+    detailsTimer ??= setTimeout(showDetails, DETAILS_PAUSE);
+    return;
+  }
+  if (!timer) $('status').textContent = summary(current);
+  if (!isFromHistory) remember();
+  showWalk();
+  showDetails();
+};
+/** The end of a drag or of playing: this is where somebody wanted to go. */
+const settle = () => show(current);
+
+const showDetails = async () => {
+  clearTimeout(detailsTimer);
+  detailsTimer = null;
+  const index = current;
+  const request = await detailsOf(index);
+  if (index !== current && !isPassingBy) return;  // somebody has gone on
+  $('details').hidden = false;
+  $('request-title').textContent = `Request ${nameOf(index)}`;
   $('request-mode').textContent = modeName(request.mode);
-  $('link').textContent = $('link').href = `#request=${names[current]}`;
-  $('ratios').replaceChildren('asked ', html('b', { id: 'asked' }, ratio(askedOf(request) ?? '\u2013')),
-    ' override ', html('b', { id: 'override' }, ratio(overrideOf(request) ?? '\u2013')));
+  $('link').textContent = $('link').href = `#request=${nameOf(index)}`;
+  $('ratios').replaceChildren('asked ', html('b', { id: 'asked' }, ratio(at('asked', index) ?? request.queries[0]?.asked ?? '\u2013')),
+    ' override ', html('b', { id: 'override' }, ratio(at('override', index) ?? '\u2013')));
   showStages(request);
-  showAngles(current);
+  showAngles(request);
   showLines(request);
   showSensors(request);
   showNumbers(request);
   showLog(request);
-  const slider = $('timeline');
-  slider.setAttribute('aria-valuenow', current + 1);
-  slider.setAttribute('aria-valuetext', summary(current));
-  if (!timer) $('status').textContent = summary(current);
+  shownRequest = request;
+};
+let shownRequest = null;
+
+// Steps in quick succession are one move.
+let lastMove = 0;
+const ONE_MOVE = 400;  // milliseconds
+const remember = () => {
+  const address = `#request=${nameOf(current)}`;
+  if (location.hash === address) return;
+  const now = performance.now();
   try {
-    history.replaceState(null, '', `#request=${names[current]}`);
+    if (now - lastMove < ONE_MOVE) history.replaceState(null, '', address);
+    else history.pushState(null, '', address);
   } catch { /* some browsers refuse it for files; the report works without */ }
+  lastMove = now;
 };
 
 let timer = null;
 const stop = () => {
+  if (!timer) return;
   clearInterval(timer);
   timer = null;
   $('play').textContent = 'Play';
   $('play').setAttribute('aria-pressed', 'false');
+  settle();
 };
 const play = () => {
   const REQUESTS_PER_SECOND = 10;
   if (timer) return stop();
-  if (current === requests.length - 1) show(0);
+  if (current === count - 1) show(0);
   $('play').textContent = 'Pause';
   $('play').setAttribute('aria-pressed', 'true');
   timer = setInterval(() => {
-    show(current + 1);
-    if (current === requests.length - 1) stop();
+    show(current + 1, { isPassing: true });
+    if (current === count - 1) stop();
   }, 1000 / REQUESTS_PER_SECOND);
 };
 
-const KEYS = {
+const MOVES = {
   ArrowLeft: () => show(current - 1),
   ArrowRight: () => show(current + 1),
   PageUp: () => show(current - 10),
   PageDown: () => show(current + 10),
   Home: () => show(0),
-  End: () => show(requests.length - 1),
+  End: () => show(count - 1),
   ' ': play,
+  '+': () => zoomAt(xOf(current), 0.5),
+  '-': () => zoomAt(xOf(current), 2),
 };
+// Keys that scroll belong to the page unless the timeline has the focus.
 const onKey = (event) => {
-  const isOnButton = event.target instanceof Element && event.target.closest('button, a');
-  const action = KEYS[event.key];
-  if (!action || event.ctrlKey || event.altKey || event.metaKey || (event.key === ' ' && isOnButton)) return;
+  const isOnTimeline = event.target === $('timeline');
+  const isOnControl = event.target instanceof Element && event.target.closest('button, a, input, select');
+  const isFree = event.key === 'ArrowLeft' || event.key === 'ArrowRight';
+  const move = MOVES[event.key];
+  if (!move || event.ctrlKey || event.altKey || event.metaKey) return;
+  if (!isOnTimeline && (isOnControl || !isFree)) return;
   event.preventDefault();
   if (event.key !== ' ') stop();
-  action();
-};
-
-const onDrag = (event) => {
-  if (event.buttons !== 1) return;
-  const box = $('timeline').getBoundingClientRect();
-  stop();
-  show(Math.floor(((event.clientX - box.left) * width / box.width - LEFT) / pitch()));
+  move();
 };
 
 const openLink = () => {
   const name = /^#request=(\d+(:\d+)?)$/.exec(location.hash)?.[1];
-  const index = names.indexOf(name);
-  show(index < 0 ? Math.max(0, data.fatal?.at ?? 0) : index);
+  const index = name === undefined ? -1 : indexOf(name);
+  const isUnknown = location.hash.length > 1 && index < 0;
+  tell(isUnknown ? `There is no ${decodeURIComponent(location.hash.slice(1)).replace('request=', 'request ')} in this report.` : '');
+  show(index < 0 ? Math.max(0, data.fatal?.at ?? 0) : index, { isFromHistory: true });
 };
 
 const copy = async () => {
-  const content = tableText(requests[current]);
+  const content = tableText(shownRequest);
   try {
     await navigator.clipboard.writeText(content);
     $('copy').textContent = 'Copied';

@@ -1,5 +1,7 @@
 // The sensors of the chosen request and their crops, to scale.
 
+const rounded = (value) => Math.round(value * 10) / 10;  // enough for a picture
+
 const unite = (a, b) => {
   const left = Math.min(a[0], b[0]);
   const top = Math.min(a[1], b[1]);
@@ -20,28 +22,28 @@ const outputOf = (request, id) => {
 const isEmpty = ([, , w, h]) => !(w > 0 && h > 0);
 const cropsOf = (query, id) => (query?.crops ?? []).filter((crop) => crop.s === id && !isEmpty(crop.c));
 
-// The frames stay the same over the whole report: a crop that moves is a crop that moved.
-const frames = (() => {
+// The frames of a rig's sensors stay the same: a crop that moves is a crop that moved. Only what reaches
+// beyond its sensor widens them.
+const framesOf = (request) => {
   const active = new Map();
   const output = new Map();
   const grow = (map, id, outer, inner) =>
     map.set(id, unite(unite(map.get(id) ?? outer, outer), near(inner, outer)));
-  for (const request of requests) {
-    for (const id of sensorIds) {
-      const array = rigOf(request).sensors[id]?.array;
-      const tg = outputOf(request, id);
-      if (array) grow(active, id, array, array);
-      if (tg) grow(output, id, [0, 0, ...tg], [0, 0, ...tg]);
-      for (const crop of request.queries.flatMap((query) => cropsOf(query, id))) {
-        const boxes = [crop.c, crop.asked].filter((box) => box && !isEmpty(box));
-        if (crop.tg && tg) boxes.forEach((box) => grow(output, id, [0, 0, ...tg], box));
-        if (!crop.tg && array) boxes.forEach((box) => grow(active, id, array, box));
-        if (crop.area && array) grow(active, id, array, crop.area);
-      }
+  for (const id of sensorIds) {
+    const sensor = rigOf(request).sensors[id];
+    const outputs = Object.values(sensor?.modes ?? {}).map((mode) => mode.size).filter(Boolean);
+    for (const box of outputs) grow(output, id, [0, 0, ...box], [0, 0, ...box]);
+    if (sensor?.array) grow(active, id, sensor.array, sensor.array);
+    const tg = outputOf(request, id);
+    for (const crop of request.queries.flatMap((query) => cropsOf(query, id))) {
+      const boxes = [crop.c, crop.asked].filter((box) => box && !isEmpty(box));
+      if (crop.tg && tg) boxes.forEach((box) => grow(output, id, [0, 0, ...tg], box));
+      if (!crop.tg && sensor?.array) boxes.forEach((box) => grow(active, id, sensor.array, box));
+      if (crop.area && sensor?.array) grow(active, id, sensor.array, crop.area);
     }
   }
   return { active, output };
-})();
+};
 
 const CORNERS = [
   ([x, y]) => ({ x: x + 5, y: y + 13 }),
@@ -105,7 +107,7 @@ const activeFigure = (request, id, scales) => {
   }
   const description = `Sensor ${id}, active array ${size(sensor.array.slice(2))}: ${told.join('; ') || 'no crop'}`;
   return figure(sensor.unconfigured ? 'Read out by its modes' : 'Active array', size(sensor.array.slice(2)),
-    drawDomain(frames.active.get(id), scales.active, scales.room, boxes, description, 'no crop'));
+    drawDomain(scales.frames.active.get(id), scales.active, scales.room, boxes, description, 'no crop'));
 };
 
 const outputFigure = (request, id, scales) => {
@@ -129,7 +131,7 @@ const outputFigure = (request, id, scales) => {
   const minima = [...new Set(crops.filter((crop) => crop.min).map((crop) => size(crop.min)))];
   return figure(`Output of mode ${request.modes[id]}`,
     size(output) + (minima.length > 0 ? ` \u00b7 min ${minima.join(', ')}` : ''),
-    drawDomain(frames.output.get(id), scales.output, scales.room, boxes,
+    drawDomain(scales.frames.output.get(id), scales.output, scales.room, boxes,
       `Sensor ${id}, output of mode ${request.modes[id]}, ${size(output)}: ${told.join('; ') || 'no crop'}`, 'no crop in the TG domain'));
 };
 
@@ -141,7 +143,7 @@ const sensorCard = (request, id, scales) => {
       html('h2', {}, `Sensor ${id}${masterOf(request) === id ? ', master' : ''}`),
       html('span', { class: 'what' }, sensor.degrees ? sensor.degrees.map((d) => d + '\u00b0').join(' \u00d7 ') :
         'no angles configured')));
-  if (sensor.array && frames.active.get(id)) card.append(activeFigure(request, id, scales));
+  if (sensor.array && scales.frames.active.get(id)) card.append(activeFigure(request, id, scales));
   if (outputOf(request, id)) {
     card.append(outputFigure(request, id, scales));
   } else {
@@ -165,6 +167,7 @@ const showSensors = (request) => {
   const isWide = card > 600;
   $('sensors').classList.toggle('beside', isWide);
   const room = isWide ? (card - 30 - 24) / 2 : card - 30;
-  const scales = { active: scaleFor(frames.active, room - 6), output: scaleFor(frames.output, room - 6), room };
+  const frames = framesOf(request);
+  const scales = { frames, active: scaleFor(frames.active, room - 6), output: scaleFor(frames.output, room - 6), room };
   $('sensors').replaceChildren(...sensorIds.map((id) => sensorCard(request, id, scales)));
 };

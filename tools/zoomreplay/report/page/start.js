@@ -1,35 +1,61 @@
 // Fills the page.
 
-const start = () => {
-  showHead();
-  if (requests.length === 0) {
-    $('timeline').replaceChildren(html('p', { class: 'aside' }, 'There is no request to show.'));
+const stages = [];
+
+const start = async () => {
+  $('plain').hidden = true;
+  $('page').hidden = false;
+  await unpackOverview();
+  if (count === 0) {
+    showHead();
+    $('requests').replaceChildren(html('p', { class: 'aside' }, 'There is no request to show.'));
     return;
   }
-  $('details').hidden = false;
-  showLegend();
+  knowNames();
+  knowSensors();
+  knowJumps();
+  stages.push(...askedStages());
+  showHead();
+  makeCharts();
+  makeLanes();
+  showLaneLegend();
+  showCurveLegend();
   showFindings();
   describeTimeline();
   $('timeline').setAttribute('aria-valuemin', 1);
-  $('timeline').setAttribute('aria-valuemax', requests.length);
-  drawTimeline();
+  $('timeline').setAttribute('aria-valuemax', count);
+  setWindow(-0.5, count - 0.5);
   openLink();
-  $('first').addEventListener('click', KEYS.Home);
-  $('back').addEventListener('click', KEYS.ArrowLeft);
+  listen();
+  document.documentElement.dataset.ready = 'yes';
+};
+
+const listen = () => {
+  const buttons = { first: 'Home', back: 'ArrowLeft', forward: 'ArrowRight', last: 'End' };
+  for (const [id, key] of Object.entries(buttons)) $(id).addEventListener('click', MOVES[key]);
   $('play').addEventListener('click', play);
-  $('forward').addEventListener('click', KEYS.ArrowRight);
-  $('last').addEventListener('click', KEYS.End);
   $('copy').addEventListener('click', copy);
-  $('timeline').addEventListener('pointerdown', (event) => {
-    $('timeline').setPointerCapture(event.pointerId);
-    onDrag(event);
+  $('go').addEventListener('submit', (event) => {
+    event.preventDefault();
+    goTo($('go-to').value);
   });
-  $('timeline').addEventListener('pointermove', onDrag);
+  $('quantity').addEventListener('change', () => {
+    chooseQuantity($('quantity').value);
+    showCurveLegend();
+    drawTimeline();
+  });
+  $('range').addEventListener('change', () => {
+    tell(chooseRange($('range').value) ? '' : 'The range of the axis is written as -5..5.');
+    drawTimeline();
+  });
+  watchPointer();
   document.addEventListener('keydown', onKey);
-  addEventListener('hashchange', openLink);
+  addEventListener('popstate', openLink);
+  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', drawTimeline);
   new ResizeObserver(() => {
     drawTimeline();
-    show(current);
+    showDetails();
   }).observe($('timeline'));
 };
+
 start();

@@ -1,0 +1,100 @@
+// What is known of every request from the start, a typed array for each thing.
+//
+// data      { scenario, total, shown, logged, requestsPerBlock, rigs, fatal?, overview, requests, jumps? }
+// rig       { master?, sensors: { id: { array?, unconfigured?, degrees?, modes: { mode: { size?, readout? } } } } }
+// overview  { no, marks, mode, asked?, asker?, override?, stages: { P1, P2, 3A: state },
+//             sensors: { id: { mode, corrected, angle?, right?, down?, share?, difference? } } }
+
+const data = JSON.parse(document.getElementById('data').textContent);
+const count = data.shown;
+
+const STATES = ['none', 'overridden', 'refused', 'exception', 'fatal'];
+const CACHED = 8;
+const NO_VALUE = Number.NaN;
+
+const columns = new Map();
+const columnOf = (path) => {
+  if (!columns.has(path)) columns.set(path, new Float64Array(count).fill(NO_VALUE));
+  return columns.get(path);
+};
+/** The value of a column for a request; undefined where there is none. */
+const at = (path, index) => {
+  const value = columns.get(path)?.[index];
+  return Number.isNaN(value) ? undefined : value;
+};
+
+const pathsOf = (words) => {
+  const paths = [];
+  const visit = (value, path) => {
+    if (typeof value === 'number') paths[value] = path;
+    else if (typeof value === 'string' && value[0] === '$') paths[value.slice(1)] = null;
+    else if (typeof value === 'object' && value) for (const key of Object.keys(value)) visit(value[key], path ? `${path}.${key}` : key);
+  };
+  visit(JSON.parse(words), '');
+  return paths;
+};
+
+const unpackOverview = async () => {
+  const table = new Table(data.overview);
+  const paths = data.overview.words.map(pathsOf);
+  for (let number = 0; number < table.blocks.length; ++number) {
+    const { groups, indices } = await table.block(number);
+    for (const [which, group] of groups) {
+      paths[which].forEach((path, i) => {
+        if (path === null) return;
+        const whole = columnOf(path);
+        const part = group.columns[i];
+        group.rows.forEach((row, k) => { whole[indices[row]] = part[k]; });
+      });
+    }
+  }
+  data.overview.blocks = [];
+};
+
+const sensorIds = [];
+let names = null;  // of requests whose number came before: "17:2"
+const numbers = new Map();  // the requests of each name, where numbers come again
+
+const knowNames = () => {
+  const no = columnOf('no');
+  names = new Map();
+  let isRising = true;
+  for (let i = 1; i < count && isRising; ++i) isRising = no[i] > no[i - 1];
+  if (isRising) return;
+  const seen = new Map();
+  for (let i = 0; i < count; ++i) {
+    const times = (seen.get(no[i]) ?? 0) + 1;
+    seen.set(no[i], times);
+    if (times > 1) names.set(i, `${no[i]}:${times}`);
+    numbers.set(nameOf(i), i);
+  }
+};
+const nameOf = (index) => names.get(index) ?? String(at('no', index));
+/** The request of a name, -1 where there is none. */
+const indexOf = (name) => {
+  if (numbers.size > 0) return numbers.get(name) ?? -1;
+  const wanted = Number(name);
+  const no = columnOf('no');
+  let low = 0;
+  let high = count;
+  while (low < high) {
+    const middle = (low + high) >> 1;
+    if (no[middle] < wanted) low = middle + 1;
+    else high = middle;
+  }
+  return no[low] === wanted ? low : -1;
+};
+
+const knowSensors = () => {
+  const ids = new Set(data.rigs.flatMap((rig) => Object.keys(rig.sensors).map(Number)));
+  for (const path of columns.keys()) {
+    const id = /^sensors\.(\d+)\./.exec(path)?.[1];
+    if (id !== undefined) ids.add(Number(id));
+  }
+  sensorIds.push(...[...ids].sort((a, b) => a - b));
+};
+
+const askedStages = () => ['P1', 'P2', '3A'].filter((stage) =>
+  columnOf(`stages.${stage}`).some((state) => state > 0));
+const hasColumn = (name) => sensorIds.some((id) => columns.has(`sensors.${id}.${name}`));
+const rigOf = (request) => data.rigs[request.rig] ?? { sensors: {} };

@@ -1,0 +1,65 @@
+// Curves and lanes in several resolutions, so that drawing takes as long for many requests as for few.
+
+const STEP = 4;  // requests of a step; steps of the next one
+
+/** Lowest and highest value of each step. */
+class CurveSteps {
+  constructor(values) {
+    this.levels = [{ size: 1, low: values, high: values }];
+    while (this.levels.at(-1).low.length > STEP * STEP) this.levels.push(this.coarser(this.levels.at(-1)));
+  }
+
+  coarser({ size, low, high }) {
+    const length = Math.ceil(low.length / STEP);
+    const next = { size: size * STEP, low: new Float64Array(length), high: new Float64Array(length) };
+    for (let i = 0; i < length; ++i) {
+      let least = Number.NaN;
+      let most = Number.NaN;
+      for (let k = i * STEP; k < Math.min((i + 1) * STEP, low.length); ++k) {
+        if (!(least <= low[k])) least = Number.isNaN(low[k]) ? least : low[k];
+        if (!(most >= high[k])) most = Number.isNaN(high[k]) ? most : high[k];
+      }
+      next.low[i] = least;
+      next.high[i] = most;
+    }
+    return next;
+  }
+
+  level(requestsPerPixel) {
+    return Math.max(0, this.levels.findLastIndex(({ size }) => size <= Math.max(requestsPerPixel, 1)));
+  }
+
+  /** The range of all values; empty where there are none. */
+  range() {
+    const { low, high } = this.levels.at(-1);
+    const known = low.filter((value) => !Number.isNaN(value));
+    return known.length === 0 ? null : [Math.min(...known), Math.max(...high.filter((value) => !Number.isNaN(value)))];
+  }
+}
+
+/** Which bits are set anywhere in a step. */
+class BitSteps {
+  constructor(bits) {
+    this.levels = [{ size: 1, bits }];
+    while (this.levels.at(-1).bits.length > STEP * STEP) {
+      const { size, bits: fine } = this.levels.at(-1);
+      const next = new Uint32Array(Math.ceil(fine.length / STEP));
+      for (let i = 0; i < fine.length; ++i) next[Math.floor(i / STEP)] |= fine[i];
+      this.levels.push({ size: size * STEP, bits: next });
+    }
+  }
+
+  /** The bits of each pixel, whose requests are from + p * requestsPerPixel to the next one's. */
+  pixels(from, requestsPerPixel, width) {
+    const { size, bits } = this.levels.findLast((level) => level.size * STEP <= requestsPerPixel) ?? this.levels[0];
+    const pixels = new Uint32Array(width);
+    for (let p = 0; p < width; ++p) {
+      const first = Math.max(0, Math.floor((from + p * requestsPerPixel) / size));
+      const last = Math.min(bits.length, Math.max(first + 1, Math.ceil((from + (p + 1) * requestsPerPixel) / size)));
+      const end = requestsPerPixel < 1 ? Math.min(first + 1, bits.length) : last;
+      if (from + (p + 1) * requestsPerPixel <= 0) continue;
+      for (let i = first; i < end; ++i) pixels[p] |= bits[i];
+    }
+    return pixels;
+  }
+}
