@@ -42,8 +42,8 @@ void replayLine(std::string_view line, Library& library) {
         return;
     }
     std::string result;
-    appendResultLine(result,
-                     {1, operation.name, std::move(*answer), true, NSCam::Host::takeCapturedLog()});
+    appendResultLine(
+        result, {1, {}, operation.name, std::move(*answer), true, NSCam::Host::takeCapturedLog()});
     parseObject(result);
 }
 

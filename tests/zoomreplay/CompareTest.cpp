@@ -48,6 +48,8 @@ std::string const kFitReordered =
     R"({ "crop":[0,0,1e2,75.0], "result":true, "op":"correctTgCropRegion", "line":3 })";
 std::string const kFitLogged =
     R"({"line": 3, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75], "log": []})";
+std::string const kFitTimed =
+    R"({"line": 3, "t": 9, "dur": 1, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75]})";
 std::string const kFitOther =
     R"({"line": 3, "op": "correctTgCropRegion", "result": "true", "crop": [0, 0, 100, 76]})";
 std::string const kFitFields =
@@ -57,6 +59,7 @@ std::string const kNeedPositive =
 
 Expectation const kExpectations[] = {
     {"same", {kMode, kFit, kNeed}, 0, ""},
+    {"time", {kMode, kFitTimed, kNeed}, 0, ""},
     {"spelling and log", {"// comment", "", kMode, kFitReordered, kNeed}, 0, ""},
     {"log on one side", {kMode, kFitLogged, kNeed}, 0, ""},
     {"type and value",

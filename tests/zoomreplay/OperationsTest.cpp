@@ -43,6 +43,17 @@ Scenario const kWithoutStrategy{"without a strategy",
 {"line": 9, "op": "onRequestDone", "result": true}
 )"};
 
+// Times are repeated, those of the platform's lines have no result to stand in.
+Scenario const kTimes{
+    "times",
+    R"({"op":"publish","t":1}
+{"op":"getZoomOverrideMode","t":9223372036854775807,"dur":0}
+{"op":"getZoomOverrideMode","dur":"12"}
+)",
+    R"({"line": 3, "t": 9223372036854775807, "dur": 0, "op": "getZoomOverrideMode", "result": 0}
+{"line": 4, "dur": 12, "op": "getZoomOverrideMode", "result": 0}
+)"};
+
 // The crop is halved; it is larger than the stream, inside the output, and stays.
 Scenario const kInstantRequest{"instant request",
                                R"({"op":"initialize","mode":3}
@@ -143,8 +154,8 @@ Scenario const kProperty{
 )"};
 
 INSTANTIATE_TEST_SUITE_P(All, OperationTest,
-                         testing::Values(kWithoutStrategy, kInstantRequest, kByRequest, kPublish,
-                                         kCorrection, kMapper, kException, kProperty));
+                         testing::Values(kWithoutStrategy, kTimes, kInstantRequest, kByRequest,
+                                         kPublish, kCorrection, kMapper, kException, kProperty));
 
 class LogTest : public ToolTest {};
 

@@ -49,6 +49,22 @@ TEST_F(RobustnessTest, UnusualLinesAreWhole) {
     EXPECT_EQ(replay(zeroByte).err, "s.jsonl:1: contains a zero byte: not a text in UTF-8\n");
 }
 
+// As a record ends whose process was killed while it wrote.
+TEST_F(RobustnessTest, CutOffLineEndsTheScenario) {
+    std::string const line = R"({"op":"onRequestDone","requestNo":12,"t":34})";
+    write("e.jsonl", kModeResult);
+    for (size_t length = 1; length < line.size(); length += 3) {
+        auto const cut =
+            replay(std::string(kModeLine) + line.substr(0, length), {"--compare", "e.jsonl"});
+
+        EXPECT_EQ(cut.status, 0) << length;
+        EXPECT_EQ(cut.out, kModeResult);
+        EXPECT_EQ(cut.err, "s.jsonl:2: cut off; the record ends with the line before\n");
+    }
+    EXPECT_EQ(replay(line.substr(0, 30) + "\n").status, 2);          // nobody was killed here
+    EXPECT_EQ(replay(R"({"op":"isPortExist" "port":1)").status, 2);  // and this is a typing error
+}
+
 TEST_F(RobustnessTest, EndlessLineIsRefused) {
     std::string const tooLong((size_t{1} << 20U) + (size_t{1} << 17U), ' ');
     auto const result = replay(std::string(kModeLine) + tooLong);

@@ -41,10 +41,12 @@ class Builder : public nlohmann::json_sax<Json> {
 
     bool parse_error(size_t position, std::string const& /*token*/,
                      Json::exception const& error) override {
+        mIsUnfinished = position > mLine.size();
         return fail(explainJsonError(error.what(), mLine, position));
     }
 
     std::string const& error() const { return mError; }
+    bool isUnfinished() const { return mIsUnfinished; }
 
  private:
     template <typename T>
@@ -88,6 +90,7 @@ class Builder : public nlohmann::json_sax<Json> {
     std::vector<Json*> mOpen;  // containers from the outermost to the one being filled
     Json* mField = nullptr;    // the field of the innermost object that awaits its value
     std::string mError;
+    bool mIsUnfinished = false;
 };
 
 }  // namespace
@@ -105,6 +108,9 @@ Json parseObject(std::string_view line) {
     Json root;
     Builder builder(line, root);
     if (!Json::sax_parse(line.begin(), line.end(), &builder)) {
+        if (builder.isUnfinished()) {
+            throw UnfinishedLine(builder.error());
+        }
         throw LineError(builder.error());
     }
     return root;

@@ -11,4 +11,10 @@ class LineError : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// The line ends before its object does.
+class UnfinishedLine : public LineError {
+ public:
+    using LineError::LineError;
+};
+
 }  // namespace scenario

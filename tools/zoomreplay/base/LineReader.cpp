@@ -53,6 +53,7 @@ std::optional<std::string_view> LineReader::nextLine() {
 
     std::string_view const rest(mBuffer.data() + mBegin, mEnd - mBegin);
     mBegin = mEnd;
+    mIsLastOpen = true;
     return rest.empty() ? std::nullopt : std::optional(rest);
 }
 

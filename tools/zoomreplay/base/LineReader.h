@@ -26,6 +26,9 @@ class LineReader {
     /// Number of the line that next returned last, from 1; blank lines and comments count.
     uint64_t lineNumber() const { return mLineNumber; }
 
+    /// Whether the file ended before the line that next returned last had a line end.
+    bool isLastOpen() const { return mIsLastOpen; }
+
     uint64_t bytesRead() const { return mBytesRead; }
     File const& file() const { return mFile; }
 
@@ -42,6 +45,7 @@ class LineReader {
     size_t mEnd = 0;
     uint64_t mLineNumber = 0;
     uint64_t mBytesRead = 0;
+    bool mIsLastOpen = false;
 };
 
 }  // namespace zoomreplay

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -65,8 +66,16 @@ struct FatalAnswer {
 using Answer = std::variant<BoolAnswer, ModeAnswer, P1Answer, P2Answer, ThreeAAnswer, HistoryAnswer,
                             CorrectionAnswer, MapperAnswer, ExceptionAnswer, FatalAnswer>;
 
+/// When a line's call was made and how long it took, as far as the line tells: nanoseconds, the
+/// first of the boot time clock. Not negative.
+struct LineTime {
+    std::optional<int64_t> start;
+    std::optional<int64_t> duration;
+};
+
 struct Outcome {
-    uint64_t line;        ///< of the scenario, from 1
+    uint64_t line;  ///< of the scenario, from 1
+    LineTime time;
     std::string_view op;  ///< lives as long as the program
     Answer answer;
     bool isLogged;  ///< log was captured
@@ -77,6 +86,9 @@ struct Outcome {
 class OutcomeConsumer {
  public:
     virtual ~OutcomeConsumer() = default;
+
+    /// A line is about to be carried out. Comes first, and for every line.
+    virtual void begin(uint64_t /*line*/, LineTime const& /*time*/) {}
 
     /// What a line is about to be answered from, or sets up. Comes before the line's outcome.
     virtual void prepare(uint64_t /*line*/, Input const& /*input*/) {}

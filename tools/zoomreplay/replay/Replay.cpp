@@ -27,6 +27,19 @@ void keepError(__android_logger_data const* line, char const* text) {
     }
 }
 
+LineTime readTime(Fields& fields) {
+    auto const read = [&fields](std::string_view name) {
+        int64_t nanoseconds = 0;
+        bool const isThere = fields.optional(name, nanoseconds);
+        if (nanoseconds < 0) {
+            fields.fail(std::string(name) + ": must not be negative");
+        }
+        return isThere ? std::optional(nanoseconds) : std::nullopt;
+    };
+    auto const start = read("t");
+    return {start, read("dur")};
+}
+
 }  // namespace
 
 Replay::Replay(LineReader& scenario, bool isLogged, std::vector<OutcomeConsumer*> consumers,
@@ -47,12 +60,22 @@ void Replay::run() {
         try {
             replayLine(*line);
         } catch (LineError const& e) {
+            if (isCutOff(e)) {
+                mProgress.clear();
+                complain(mScenario.place() + ": cut off; the record ends with the line before");
+                break;
+            }
             std::string const op = mOp.empty() ? "" : std::string(mOp) + ": ";
             throw UserError(mScenario.place() + ": " + op + e.what());
         }
         mProgress.tick();
     }
     finish();
+}
+
+// As a record is whose process was killed while it wrote.
+bool Replay::isCutOff(LineError const& error) const {
+    return mScenario.isLastOpen() && dynamic_cast<UnfinishedLine const*>(&error) != nullptr;
 }
 
 void Replay::replayLine(std::string_view line) {
@@ -68,7 +91,11 @@ void Replay::replayLine(std::string_view line) {
     }
 
     mOp = operation.name;
+    mTime = readTime(fields);
     theLastError.clear();
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->begin(mScenario.lineNumber(), mTime);
+    }
     auto answer = operation.run(fields, mLibrary);
     if (answer.has_value()) {
         deliver(std::move(*answer));
@@ -82,7 +109,7 @@ void Replay::announce(Input const& input) {
 }
 
 void Replay::deliver(Answer answer) {
-    Outcome outcome{mScenario.lineNumber(), mOp, std::move(answer), mIsLogged, {}};
+    Outcome outcome{mScenario.lineNumber(), mTime, mOp, std::move(answer), mIsLogged, {}};
     if (mIsLogged) {
         outcome.log = NSCam::Host::takeCapturedLog();
     }

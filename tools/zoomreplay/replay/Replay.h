@@ -9,6 +9,7 @@
 #include "Progress.h"
 #include "base/LineReader.h"
 #include "base/Messages.h"
+#include "scenario/json/LineError.h"
 
 namespace zoomreplay {
 
@@ -22,6 +23,7 @@ class Replay {
     /// Calls the library with every line and hands each outcome to the consumers, in their order,
     /// before the next line is read. A fatal condition of the library ends the process in here,
     /// with ExitStatus::Fatal, after the consumers have got it and have finished.
+    /// A last line that has no line end and is no whole object is told and left out.
     /// @throws UserError a bad line, an unreadable scenario, or what a consumer throws.
     void run();
 
@@ -29,6 +31,7 @@ class Replay {
     static void onFatal(char const* text);
     [[noreturn]] void endFatally(std::string_view text);
 
+    bool isCutOff(scenario::LineError const& error) const;
     void replayLine(std::string_view line);
     void announce(Input const& input);
     void deliver(Answer answer);
@@ -40,6 +43,7 @@ class Replay {
     Progress& mProgress;
     Library mLibrary;
     std::string_view mOp;  // of the line in hand
+    LineTime mTime;        // likewise
 };
 
 }  // namespace zoomreplay

@@ -15,8 +15,8 @@ namespace zoomreplay {
 
 /// Both sides are streamed. Lines belong together by the scenario line that they name. They compare
 /// as JSON: the order of fields and the spelling of numbers do not count, types and the sign of
-/// zero do. Logs count only where both sides have them; source line numbers and addresses inside
-/// messages never do.
+/// zero do. Logs count only where both sides have them; times, and source line numbers and
+/// addresses inside messages, never do.
 class Compare : public OutcomeConsumer {
  public:
     /// @param expected outlives the comparison.

@@ -55,6 +55,13 @@ void appendAnswer(std::string& out, FatalAnswer const& answer) {
     appendField(out, "fatal", std::string_view(answer.text));
 }
 
+void appendTime(std::string& out, char const* name, std::optional<int64_t> nanoseconds) {
+    if (nanoseconds.has_value()) {
+        out.append(", \"").append(name).append("\": ");
+        appendNumber(out, static_cast<uint64_t>(*nanoseconds));
+    }
+}
+
 void appendLog(std::string& out, std::vector<NSCam::Host::LogLine> const& log) {
     using NSCam::Host::LogSink;
     char const* separator = "{";
@@ -75,6 +82,8 @@ void appendLog(std::string& out, std::vector<NSCam::Host::LogLine> const& log) {
 void appendResultLine(std::string& out, Outcome const& outcome) {
     out += "{\"line\": ";
     appendNumber(out, outcome.line);
+    appendTime(out, "t", outcome.time.start);
+    appendTime(out, "dur", outcome.time.duration);
     appendField(out, "op", outcome.op);
     std::visit([&out](auto const& answer) { appendAnswer(out, answer); }, outcome.answer);
     if (outcome.isLogged) {
