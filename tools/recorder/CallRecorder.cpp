@@ -1,5 +1,6 @@
 #include "CallRecorder.h"
 
+#include "BootClock.h"
 #include "IMetadata.h"
 #include "scenario/text/Line.h"
 #include "scenario/text/NeedText.h"
@@ -103,7 +104,7 @@ void CallRecorder::add(LineSubject subject, char const* op, Write write) {
     mLine.clear();
     Line line(mLine, op);
     write(line);
-    line.end();
+    line.nanoseconds("t", bootNanoseconds()).end();
     mParts.add(subject, mLine);
 }
 

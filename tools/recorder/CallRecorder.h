@@ -27,6 +27,9 @@ class CallRecorder {
     bool hasFailed() const { return mParts.hasFailed(); }
     void giveUp(std::string const& why) { mParts.giveUp(why); }
 
+    /// How long the call took that was recorded last.
+    void noteDuration(int64_t nanoseconds) { mParts.noteDuration(nanoseconds); }
+
     void configFspInfo(NSCam::Feature::ZoomOverrideFspInfoConfig const& config);
     void configSensorInfo(NSCam::Feature::ZoomOverrideSensorInfoConfig const& config);
     void configSensorBehaviorInfo(

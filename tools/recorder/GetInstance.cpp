@@ -38,7 +38,8 @@ std::shared_ptr<IZoomOverrideMgr> createRecordingManager() {
 }  // namespace
 
 std::shared_ptr<IZoomOverrideMgr> IZoomOverrideMgr::getInstance() {
-    static auto const kInstance = createRecordingManager();
+    // Never destroyed: the process may call until its very end.
+    static auto const& kInstance = *new auto(createRecordingManager());
     return kInstance;
 }
 

@@ -37,6 +37,14 @@ void LiveState::add(LineSubject subject, std::string_view text) {
     }
 }
 
+size_t LiveState::size() const {
+    size_t bytes = mRecentBytes;
+    for (auto const& [subject, text] : mSettled) {
+        bytes += text.size();
+    }
+    return bytes;
+}
+
 void LiveState::appendTo(std::string& out) const {
     for (auto const& [subject, text] : mSettled) {
         out += text;

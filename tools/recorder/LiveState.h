@@ -50,6 +50,9 @@ class LiveState {
 
     void add(LineSubject subject, std::string_view text);
 
+    /// Bytes of what appendTo appends, or more.
+    size_t size() const;
+
     /// Lines that bring a fresh manager to where the last line left the recorded one.
     void appendTo(std::string& out) const;
 

@@ -22,30 +22,37 @@ void PartFiles::startPart() {
         return;
     }
     constexpr mode_t kMode = 0644;
-    mFile = ::open(mPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_APPEND, kMode);
+    mFile = ::open(mPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
     if (mFile < 0) {
         giveUpOnError(mPath);
     }
 }
 
-void PartFiles::write(std::string_view lines) {
+void PartFiles::writeAt(uint64_t place, std::string_view text) {
     if (mHasFailed) {
         return;
     }
-    ssize_t written = 0;
-    do {
-        written = ::write(mFile, lines.data(), lines.size());
-    } while (written < 0 && errno == EINTR);
-
-    if (written == static_cast<ssize_t>(lines.size())) {
-        mSize += lines.size();
+    ssize_t const written = tryWrite(place, text);
+    if (written == static_cast<ssize_t>(text.size())) {
+        mSize = place + text.size();
         return;
     }
-    // A full disk takes the beginning of the lines and says so only to whoever brings the rest.
+    // A full disk takes the beginning of the text and says so only to whoever brings the rest.
     int const error = written < 0 ? errno : ENOSPC;
+    if (place < mSize) {
+        tryWrite(place, kLineEnd);
+    }
     [[maybe_unused]] int const cut = ::ftruncate(mFile, static_cast<off_t>(mSize));
     errno = error;
     giveUpOnError(mPath);
+}
+
+ssize_t PartFiles::tryWrite(uint64_t place, std::string_view text) const {
+    ssize_t written = 0;
+    do {
+        written = ::pwrite(mFile, text.data(), text.size(), static_cast<off_t>(place));
+    } while (written < 0 && errno == EINTR);
+    return written;
 }
 
 void PartFiles::giveUp(std::string const& why) {

@@ -3,17 +3,21 @@
 // record of a crash survives the restart of the crashed service.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace zoomrecorder {
 
-/// Writes whole lines, each with a single call, so that all of them are in the file whatever
-/// becomes of the process. The first failure is reported and ends it all. One thread at a time.
+/// Writes whole lines, each with a single call, so that what was written is in the file whatever
+/// becomes of the process. Where it is killed while it writes, the last line may be cut off at the
+/// end of a page. The first failure is reported and ends it all. One thread at a time.
 class PartFiles {
  public:
     static constexpr int kParts = 4;
+    static constexpr std::string_view kLineEnd = "}\n";
 
     explicit PartFiles(std::string path) : mPath(std::move(path)) {}
     ~PartFiles();
@@ -24,7 +28,10 @@ class PartFiles {
     void startPart();
 
     /// Appends whole lines to the newest part. Nothing after a failure.
-    void write(std::string_view lines);
+    void write(std::string_view lines) { writeAt(mSize, lines); }
+
+    /// As write, but the text begins with what takes the place of kLineEnd in the last line.
+    void rewriteEnd(std::string_view text) { writeAt(mSize - kLineEnd.size(), text); }
 
     /// Reports and closes: nothing is written any more.
     void giveUp(std::string const& why);
@@ -37,6 +44,8 @@ class PartFiles {
  private:
     std::string partName(int age) const;
     bool moveAside();
+    void writeAt(uint64_t place, std::string_view text);
+    ssize_t tryWrite(uint64_t place, std::string_view text) const;
     void giveUpOnError(std::string const& name);
     void close();
 

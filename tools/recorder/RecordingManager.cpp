@@ -1,6 +1,10 @@
 #include "RecordingManager.h"
 
+#include <pthread.h>
+
 #include <exception>
+
+#include "BootClock.h"
 
 namespace zoomrecorder {
 
@@ -21,13 +25,52 @@ class Raised {
     bool& mFlag;
 };
 
+/// Measures a call, also one that an exception ends.
+class Timed {
+ public:
+    explicit Timed(CallRecorder& recorder) : mRecorder(recorder), mBegin(bootNanoseconds()) {}
+    ~Timed() { mRecorder.noteDuration(bootNanoseconds() - mBegin); }
+    Timed(Timed const&) = delete;
+    Timed& operator=(Timed const&) = delete;
+
+ private:
+    CallRecorder& mRecorder;
+    int64_t const mBegin;
+};
+
+RecordingManager* theManager = nullptr;  // the handlers of a fork take no context
+
 }  // namespace
+
+RecordingManager::RecordingManager(std::unique_ptr<CallRecorder> recorder,
+                                   std::shared_ptr<IZoomOverrideMgr> real)
+    : mRecorder(std::move(recorder)), mReal(std::move(real)) {
+    theManager = this;
+    pthread_atfork(beforeFork, afterForkInParent, afterForkInChild);
+}
+
+// With the lock held no other thread is in the module either, whose lock the child would inherit.
+void RecordingManager::beforeFork() {
+    theManager->mLock.lock();
+}
+
+void RecordingManager::afterForkInParent() {
+    theManager->mLock.unlock();
+}
+
+// The lock belongs to a thread of the parent, and is left alone from now on.
+void RecordingManager::afterForkInChild() {
+    theManager->mIsForkedChild = true;
+}
 
 // Written first: a call that ends the process is the one that matters most. The module looks itself
 // up by the symbol that the recorder has taken over, so its strategies call back through here;
 // those calls are the module's own, and a replay makes them by itself.
 template <typename Write, typename Call>
 auto RecordingManager::record(Write write, Call call) {
+    if (mIsForkedChild) {
+        return call(*mReal);
+    }
     std::lock_guard const guard(mLock);
     if (mIsForwarding || mRecorder->hasFailed()) {
         return call(*mReal);
@@ -39,6 +82,14 @@ auto RecordingManager::record(Write write, Call call) {
         mRecorder->giveUp(e.what());
     }
     return call(*mReal);
+}
+
+template <typename Write, typename Call>
+auto RecordingManager::recordQuery(Write write, Call call) {
+    return record(write, [&](IZoomOverrideMgr& real) {
+        Timed const timed(*mRecorder);
+        return call(real);
+    });
 }
 
 bool RecordingManager::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
@@ -53,21 +104,23 @@ bool RecordingManager::configSensorInfo(ZoomOverrideSensorInfoConfig const& conf
 
 bool RecordingManager::getP1CropSetting(ZoomOverrideRequest const& request,
                                         ZoomOverrideP1Need& need) {
-    return record([&](CallRecorder& recorder) { recorder.getP1CropSetting(request, need); },
-                  [&](IZoomOverrideMgr& real) { return real.getP1CropSetting(request, need); });
+    return recordQuery(
+        [&](CallRecorder& recorder) { recorder.getP1CropSetting(request, need); },
+        [&](IZoomOverrideMgr& real) { return real.getP1CropSetting(request, need); });
 }
 
 bool RecordingManager::getP2CropSetting(ZoomOverrideRequest const& request,
                                         ZoomOverrideP2Need& need, bool manual) {
-    return record(
+    return recordQuery(
         [&](CallRecorder& recorder) { recorder.getP2CropSetting(request, need, manual); },
         [&](IZoomOverrideMgr& real) { return real.getP2CropSetting(request, need, manual); });
 }
 
 bool RecordingManager::get3ACropSetting(ZoomOverrideRequest const& request,
                                         ZoomOverride3ANeed& need) {
-    return record([&](CallRecorder& recorder) { recorder.get3ACropSetting(request, need); },
-                  [&](IZoomOverrideMgr& real) { return real.get3ACropSetting(request, need); });
+    return recordQuery(
+        [&](CallRecorder& recorder) { recorder.get3ACropSetting(request, need); },
+        [&](IZoomOverrideMgr& real) { return real.get3ACropSetting(request, need); });
 }
 
 bool RecordingManager::storeOverrideSetting(

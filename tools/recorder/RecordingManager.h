@@ -12,12 +12,13 @@
 namespace zoomrecorder {
 
 /// Answers what the real manager answers. Any thread: one lock makes the order of the lines the
-/// order of the calls, as the manager's own lock would.
+/// order of the calls, as the manager's own lock would. A process forks while no call is under way;
+/// the child's calls are answered, not recorded, as the record is its parent's.
 class RecordingManager final : public NSCam::Feature::IZoomOverrideMgr {
  public:
+    /// One a process, for good: it goes on watching for forks.
     RecordingManager(std::unique_ptr<CallRecorder> recorder,
-                     std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> real)
-        : mRecorder(std::move(recorder)), mReal(std::move(real)) {}
+                     std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> real);
 
     bool configFspInfo(NSCam::Feature::ZoomOverrideFspInfoConfig const& config) override;
     bool configSensorInfo(NSCam::Feature::ZoomOverrideSensorInfoConfig const& config) override;
@@ -48,9 +49,16 @@ class RecordingManager final : public NSCam::Feature::IZoomOverrideMgr {
  private:
     template <typename Write, typename Call>
     auto record(Write write, Call call);
+    template <typename Write, typename Call>
+    auto recordQuery(Write write, Call call);
+
+    static void beforeFork();
+    static void afterForkInParent();
+    static void afterForkInChild();
 
     std::recursive_mutex mLock;  // strategies call back
     bool mIsForwarding = false;
+    bool mIsForkedChild = false;
     std::unique_ptr<CallRecorder> const mRecorder;
     std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> const mReal;
 };

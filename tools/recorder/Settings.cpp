@@ -1,5 +1,6 @@
 #include "Settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <optional>
@@ -40,11 +41,16 @@ Settings settingsFromEnvironment() {
     if (bytes.empty()) {
         return settings;
     }
-    if (auto const number = parseBytes(bytes)) {
-        settings.bytes = *number;
-    } else {
+    auto const number = parseBytes(bytes);
+    if (!number.has_value()) {
         report("ZOOMOVERRIDE_RECORD_BYTES: not a number of bytes: " + bytes);
+        return settings;
     }
+    if (*number < kLeastBytes) {
+        report("ZOOMOVERRIDE_RECORD_BYTES: " + bytes + " is too little, taken as " +
+               std::to_string(kLeastBytes));
+    }
+    settings.bytes = std::max(*number, kLeastBytes);
     return settings;
 }
 

@@ -11,8 +11,12 @@ struct Settings {
     uint64_t bytes = 0;  ///< that all parts may take together
 };
 
+/// Smaller parts would hold little but what they begin with.
+inline constexpr uint64_t kLeastBytes = 65536;
+
 /// Reads ZOOMOVERRIDE_RECORD (the path) and ZOOMOVERRIDE_RECORD_BYTES. What is not set gets a
-/// default; a number of bytes that cannot be read is reported and gets it too.
+/// default; a number of bytes that cannot be read is reported and gets it too, one below
+/// kLeastBytes is reported and raised.
 Settings settingsFromEnvironment();
 
 }  // namespace zoomrecorder

@@ -27,6 +27,13 @@ class Line {
         return table.empty() ? *this : field(name, table);
     }
 
+    /// A number that is not negative.
+    Line& nanoseconds(std::string_view name, int64_t value) {
+        mOut.append(", \"").append(name).append("\": ");
+        appendNumber(mOut, static_cast<uint64_t>(value));
+        return *this;
+    }
+
     /// A value that is JSON already.
     Line& json(std::string_view name, std::string_view text) {
         mOut.append(", \"").append(name).append("\": ").append(text);
