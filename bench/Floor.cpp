@@ -4,6 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "ZoomOverrideContract.h"
+
 namespace Bench::Floor {
 
 using namespace NSCam::Feature;
@@ -94,8 +96,8 @@ void fitTgCrop(MSize output, bool checkMinSize, MSize minSize, MRect& crop) {
 
 void readMetadata(NSCam::IMetadata const& metadata,
                   std::unordered_map<uint32_t, uint64_t> const& streamIds, InstantOverride& kept) {
-    NSCam::IMetadata::getEntry(&metadata, 0x1002F, kept.zoomRatio, 0);
-    auto const items = metadata.entryFor(0x800A0013, 0);
+    NSCam::IMetadata::getEntry(&metadata, kZoomRatioTag, kept.zoomRatio, 0);
+    auto const items = metadata.entryFor(kCustomStreamCropTag, 0);
     kept.crops.clear();
     auto const count = static_cast<uint32_t>(items.count());
     for (uint32_t i = 0; i < count; i += 5) {
@@ -220,16 +222,16 @@ bool externalP1(CustomRatio::Reader const& reader, Rig const& rig,
         fitTgCrop(rig.outputSizes[sensorId], false, {}, crop);
         auto const& sizes = rig.ports.portSizes.find(sensorId)->second;
         auto& ports = need.tgCrops[sensorId];
-        bool const hasR1 = sizes.contains(P1_PORT_R1 & 0xFFU);
-        bool const hasR3 = sizes.contains(P1_PORT_R3 & 0xFFU);
+        bool const hasR1 = sizes.contains(P1Port::P1_PORT_R1 & 0xFFU);
+        bool const hasR3 = sizes.contains(P1Port::P1_PORT_R3 & 0xFFU);
         if (hasR1) {
-            ports[P1_PORT_R1] = crop;
+            ports[P1Port::P1_PORT_R1] = crop;
         }
         if (hasR1 || hasR3) {
-            ports[P1_PORT_R2] = crop;
+            ports[P1Port::P1_PORT_R2] = crop;
         }
         if (hasR3) {
-            ports[P1_PORT_R3] = crop;
+            ports[P1Port::P1_PORT_R3] = crop;
         }
     }
     return true;

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "ULogger.h"
+#include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
 
 namespace Bench {
@@ -32,8 +33,6 @@ constexpr std::array<Sensor, kSensorKinds> kSensors{{
 
 constexpr MSize kStreamSize{960, 540};
 constexpr uint32_t kStreamsPerGroup = 4;
-constexpr NSCam::IMetadata::Tag kZoomRatioTag = 0x1002F;
-constexpr NSCam::IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
 
 Sensor const& sensorOf(uint32_t sensorId) {
     return kSensors.at(sensorId % kSensorKinds);
@@ -74,21 +73,19 @@ void addSensor(uint32_t sensorId, Rig& rig) {
     rig.setting->extraAaCrops.emplace(sensorId, crop);
 }
 
-int64_t streamIdOf(uint32_t sensorId, uint32_t port, uint32_t number) {
-    return static_cast<int64_t>(uint64_t{port} << 40U | uint64_t{sensorId} << 32U | number);
-}
-
 /// @param items receives the stream's custom crop, unless the stream is internal.
 void addStream(uint32_t number, Rig& rig, std::vector<int32_t>& items) {
     auto const group = number / kStreamsPerGroup;
     auto const inGroup = number % kStreamsPerGroup;
     auto const sensorId = group % rig.sensors;
-    auto const port = P1_PORT_R1 + inGroup + kStreamsPerGroup * (group / rig.sensors);
+    auto const port = static_cast<uint16_t>(P1Port::P1_PORT_R1 + inGroup +
+                                            kStreamsPerGroup * (group / rig.sensors));
     auto const streamId = streamIdOf(sensorId, port, number);
     rig.data.streamSizes.emplace(streamId, kStreamSize);
     if (inGroup == kStreamsPerGroup - 1) {
-        rig.data.constraintStreams.emplace(streamId,
-                                           streamIdOf(sensorId, port - inGroup, number - inGroup));
+        rig.data.constraintStreams.emplace(
+            streamId,
+            streamIdOf(sensorId, static_cast<uint16_t>(port - inGroup), number - inGroup));
         return;
     }
     rig.streamIds.emplace(number, static_cast<uint64_t>(streamId));

@@ -11,6 +11,7 @@
 #include "IMetadata.h"
 #include "IZoomOverrideMgr.h"
 #include "ULogger.h"
+#include "ZoomOverrideContract.h"
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
 
@@ -28,8 +29,8 @@ constexpr uint32_t kStreams = 6;
 constexpr uint32_t kRequests = 4;
 
 int64_t stream(Bytes& bytes) {
-    auto const index = static_cast<int64_t>(bytes.pick(kStreams));
-    return (0x7001 + index / 2) << 40 | (index % kSensors) << 32;
+    auto const index = bytes.pick(kStreams);
+    return streamIdOf(index % kSensors, static_cast<uint16_t>(P1Port::P1_PORT_R1 + index / 2));
 }
 
 template <typename Add>
@@ -55,8 +56,8 @@ void defineSensor(Bytes& bytes) {
 }
 
 void publish(Bytes& bytes) {
-    static auto const kWriter =
-        IGenericContainer<Entry>::createWriter("qvxcam-ZoomOverrideMgr", 3, 0);
+    static auto const kWriter = IGenericContainer<Entry>::createWriter(
+        kCustomZoomContainer, kCustomZoomCapacity, kCustomZoomFlags);
     auto entry = std::make_shared<v3::CustomZoomRatioOverride>();
     *entry = {bytes.number(), bytes.flag()};
     kWriter->publish(bytes.pick(8) == 0 ? nullptr : std::move(entry));
@@ -79,7 +80,8 @@ void configPorts(Bytes& bytes, IZoomOverrideMgr& mgr) {
     ZoomOverrideFspInfoConfig follow;
     ZoomOverrideSensorBehaviorInfoConfig ports;
     times(bytes.pick(4), [&] {
-        follow.fspPorts[bytes.pick(kSensors)] = bytes.flag() ? P1_PORT_R3 : bytes.raw<uint16_t>();
+        follow.fspPorts[bytes.pick(kSensors)] =
+            bytes.flag() ? uint16_t{P1Port::P1_PORT_R3} : bytes.raw<uint16_t>();
         ports.portSizes[bytes.pick(kSensors)][static_cast<uint8_t>(bytes.pick(4))] = bytes.size();
     });
     mgr.configFspInfo(follow);
@@ -101,7 +103,7 @@ void deposit(Bytes& bytes, IZoomOverrideMgr& mgr) {
 void storeMetadata(Bytes& bytes, IZoomOverrideMgr& mgr) {
     IMetadata metadata;
     if (bytes.pick(16) != 0) {
-        metadata.update(0x1002F, IMetadata::IEntry(std::vector{bytes.number()}));
+        metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{bytes.number()}));
     }
     std::vector<int32_t> items;
     times(bytes.pick(5), [&] {
@@ -109,7 +111,7 @@ void storeMetadata(Bytes& bytes, IZoomOverrideMgr& mgr) {
         times(4, [&] { items.push_back(bytes.pixels()); });
     });
     items.resize(items.size() - std::min<size_t>(items.size(), bytes.pick(8) / 5U));
-    metadata.update(0x800A0013, IMetadata::IEntry(std::move(items)));
+    metadata.update(kCustomStreamCropTag, IMetadata::IEntry(std::move(items)));
     std::unordered_map<uint32_t, uint64_t> ids;
     times(bytes.pick(7), [&] { ids[bytes.pick(kStreams)] = static_cast<uint64_t>(stream(bytes)); });
     mgr.storeOverrideSetting(&metadata, ids);
@@ -204,7 +206,7 @@ IZoomOverrideMgr& manager() {
     static auto const kManager = [] {
         fuzz::catchFatalConditions();
         // All log lines are made: their arguments are the input's, too.
-        Host::setProperty("vendor.debug.camera.zoomOverride.log", 3);
+        Host::setProperty(kLogLevelProperty, 3);
         Utils::ULog::ULogger::sDetailsLevel = 5;
         return IZoomOverrideMgr::getInstance();
     }();
@@ -219,7 +221,9 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     Host::clearSensors();
     auto const mode = ZoomOverrideMode{static_cast<int32_t>(bytes.pick(5))};
     mgr.initialize(mode);
-    IGenericContainer<Entry>::createWriter("qvxcam-ZoomOverrideMgr", 3, 0)->publish(nullptr);
+    IGenericContainer<Entry>::createWriter(kCustomZoomContainer, kCustomZoomCapacity,
+                                           kCustomZoomFlags)
+        ->publish(nullptr);
     fuzz::untilPromisedEnd([&] {
         for (uint32_t call = 0; call < 100 && !bytes.isEmpty(); ++call) {
             // A pipeline that met a table without a key goes on.

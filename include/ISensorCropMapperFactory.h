@@ -31,7 +31,7 @@ struct SensorCropOutput {
     float zoomRatio = 1.0F;  ///< the effective ratio of the master's crop
 
     /// Sensor id to crop, in that sensor's active-array coordinates.
-    std::unordered_map<uint32_t, MRect> sensorCrops;
+    SensorCrops sensorCrops;
 };
 
 /// A mapper. Made by the factory, used by one strategy; implementations lock themselves.

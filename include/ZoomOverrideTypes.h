@@ -73,10 +73,23 @@ enum class OverrideNotice : int32_t {
 /// The value in RunTimeCropNeedData::sensorModes of a sensor that does not stream.
 inline constexpr uint32_t kSensorNotStreaming = 0xFFFFFFFF;
 
-/// P1 port keys: the raw outputs of a sensor that the external-API strategy crops.
-inline constexpr uint16_t P1_PORT_R1 = 0x7001;
-inline constexpr uint16_t P1_PORT_R2 = 0x7002;  ///< the bundle port: follows R1 or R3
-inline constexpr uint16_t P1_PORT_R3 = 0x7003;  ///< the other raw output
+/// The P1 port keys that the external-API strategy crops. In a namespace of their own, since camera
+/// systems declare their DMA ports by the same names.
+namespace P1Port {
+/// Raw outputs of a sensor.
+enum : uint16_t {
+    P1_PORT_R1 = 0x7001,  ///< first raw output
+    P1_PORT_R2 = 0x7002,  ///< bundle port: follows R1 or R3
+    P1_PORT_R3 = 0x7003,  ///< the other raw output
+};
+}  // namespace P1Port
+
+/// The id of a stream: number in bits 0 to 31, sensorId in bits 32 to 39, portKey, which must be
+/// below 0x8000, in bits 40 to 55.
+constexpr int64_t streamIdOf(uint32_t sensorId, uint16_t portKey, uint32_t number = 0) {
+    return static_cast<int64_t>(uint64_t{portKey} << 40U | uint64_t{sensorId & 0xFFU} << 32U |
+                                number);
+}
 
 /// The id of the sensor that feeds a stream: bits 32 to 39 of the stream id.
 constexpr uint32_t sensorIdOfStream(int64_t streamId) {
@@ -91,6 +104,9 @@ constexpr uint16_t portKeyOfStream(int64_t streamId) {
 
 /// One rectangle per P1 port key, in ascending order of the ports.
 using PortCrops = std::map<uint16_t, MRect>;
+
+/// One rectangle per sensor id.
+using SensorCrops = std::unordered_map<uint32_t, MRect>;
 
 /// Pipeline data that travels with a setting into the P2 need. The module only copies it.
 using TrailingInfo = std::array<std::byte, 64>;
@@ -127,10 +143,10 @@ struct ZoomOverrideP2Need : ZoomOverrideNeedHeader {
 
     /// The P2 crop. By request: TG domain, made from previewAaCrops. External API: active array,
     /// corrected but not converted; a crop that is there already is kept.
-    std::unordered_map<uint32_t, MRect> streamCrops;
+    SensorCrops streamCrops;
 
     /// The TG counterpart of extraAaCrops (by request only).
-    std::unordered_map<uint32_t, MRect> extraTgCrops;
+    SensorCrops extraTgCrops;
 
     /// The P2 crop in the active array, from the by-request setting.
     std::unordered_map<uint32_t, MRectF> previewAaCrops;
@@ -174,8 +190,8 @@ struct ZoomOverrideSetting {
     TrailingInfo trailingInfo{};                          ///< copied into the P2 need
 };
 
-/// Which port's crop the bundle port P1_PORT_R2 of a sensor follows: sensor id to P1_PORT_R1 or
-/// P1_PORT_R3.
+/// Which port's crop the bundle port P1Port::P1_PORT_R2 of a sensor follows: sensor id to
+/// P1Port::P1_PORT_R1 or P1Port::P1_PORT_R3.
 struct ZoomOverrideFspInfoConfig {
     std::unordered_map<uint32_t, uint16_t> fspPorts;  ///< R1 for a sensor that is absent
 };
@@ -198,7 +214,8 @@ struct ZoomOverrideSensorInfoConfig {
 
 /// The P1 ports that each sensor has: sensor id to port to the port's size.
 ///
-/// Ports are kept by their low byte: P1_PORT_R1 is filed under 0x01, P1_PORT_R3 under 0x03.
+/// Ports are kept by their low byte: P1Port::P1_PORT_R1 is filed under 0x01, P1Port::P1_PORT_R3
+/// under 0x03.
 struct ZoomOverrideSensorBehaviorInfoConfig {
     /// Only which ports there are counts; their sizes are not read.
     std::unordered_map<uint32_t, std::map<uint8_t, MSize>> portSizes;

@@ -62,7 +62,7 @@ def faults_of(line):
 
 def all_faults(only):
     # Headers last: they rebuild the tests as well.
-    for path in sorted((ROOT / MODULE).glob("*.[ch]*"), key=lambda path: (path.suffix, path.name)):
+    for path in sorted((ROOT / MODULE).rglob("*.[ch]*"), key=lambda path: (path.suffix, path.name)):
         if not path.match(only):
             continue
         previous = ""

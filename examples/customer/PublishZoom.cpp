@@ -8,19 +8,22 @@
 #include "CustomZoomRatioOverride.h"
 #include "IGenericContainer.h"
 #include "IZoomOverrideMgr.h"
+#include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
 
 namespace {
 
 using namespace NSCam;
 using namespace NSCam::Feature;
+using P1Port::P1_PORT_R1;
 
 // ---- The customer ----
 
 bool publishOverride(float zoomRatio, bool enable) {
     using Override = v3::CustomZoomRatioOverride;
     using Container = IGenericContainer<std::shared_ptr<Override>>;
-    auto const writer = Container::createWriter("qvxcam-ZoomOverrideMgr", 3, 0);
+    auto const writer =
+        Container::createWriter(kCustomZoomContainer, kCustomZoomCapacity, kCustomZoomFlags);
     if (!writer) {
         return false;
     }

@@ -7,12 +7,14 @@
 
 #include "IMetadata.h"
 #include "IZoomOverrideMgr.h"
+#include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
 
 namespace {
 
 using namespace NSCam;
 using namespace NSCam::Feature;
+using P1Port::P1_PORT_R1;
 
 // ---- The camera: an IMX708, which in mode 1 runs binned two by two ----
 
@@ -23,7 +25,7 @@ constexpr MRect kActiveArray{0, 0, 4608, 2592};
 constexpr MRect kCentreHalf{1152, 648, 2304, 1296};  // active array: what 2x shows
 
 // A stream id tells where the stream comes from: here sensor 0, port R1.
-constexpr int64_t kPreview = (int64_t{P1_PORT_R1} << 40) | (int64_t{kSensor} << 32);
+constexpr int64_t kPreview = streamIdOf(kSensor, P1_PORT_R1);
 
 /// A device knows its sensors; the host platform is told.
 void describeSensor() {
@@ -60,8 +62,9 @@ void apply(char const* stage, ZoomOverrideRequest const& request, MRect const* c
 /// What the application's process sends: a ratio, and a crop for its stream number 7.
 IMetadata metadataOf(float zoomRatio, MRect const& crop) {
     IMetadata metadata;
-    metadata.update(0x1002F, IMetadata::IEntry(std::vector{zoomRatio}));
-    metadata.update(0x800A0013, IMetadata::IEntry(std::vector{7, crop.x, crop.y, crop.w, crop.h}));
+    metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{zoomRatio}));
+    metadata.update(kCustomStreamCropTag,
+                    IMetadata::IEntry(std::vector{7, crop.x, crop.y, crop.w, crop.h}));
     return metadata;
 }
 

@@ -176,7 +176,7 @@ TEST_F(ExternalApiTest, BundleFollowsR1OrR3) {
     for (auto const& c : cases) {
         SCOPED_TRACE(c.what);
         ON_CALL(*mgr, isPortExist).WillByDefault([&c](int32_t, int32_t port) {
-            return port == P1_PORT_R1 ? c.hasR1 : c.hasR3;
+            return port == P1Port::P1_PORT_R1 ? c.hasR1 : c.hasR3;
         });
         ON_CALL(*mgr, correctTgCropRegion)
             .WillByDefault([number = 0](int32_t, int32_t, bool min, MSize, MRect& crop) mutable {
@@ -186,7 +186,7 @@ TEST_F(ExternalApiTest, BundleFollowsR1OrR3) {
             });
         EXPECT_TRUE(strategy.configFspInfo({c.fspPorts}));
         ZoomOverrideP1Need need;
-        need.tgCrops[0][P1_PORT_R2] = {9, 9, 9, 9};
+        need.tgCrops[0][P1Port::P1_PORT_R2] = {9, 9, 9, 9};
         takeLog();
         EXPECT_TRUE(strategy.getP1CropSetting({5, 4, 0}, need));
         EXPECT_EQ(need.tgCrops[0], c.expected);
@@ -225,7 +225,7 @@ TEST_F(ExternalApiTest, CustomerPublishesWhileRequestsRun) {
         deposit(*mgr, no, {{{1, kModeNo}}, {}, {}, {}});
         ZoomOverrideP1Need need;
         EXPECT_TRUE(mgr->getP1CropSetting({no, 8, 0}, need));
-        EXPECT_EQ(need.tgCrops[1][P1_PORT_R2], crops.at(need.zoomRatio));
+        EXPECT_EQ(need.tgCrops[1][P1Port::P1_PORT_R2], crops.at(need.zoomRatio));
         mgr->onRequestDone(no);
     }
     customer.join();

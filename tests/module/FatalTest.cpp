@@ -114,7 +114,7 @@ TEST_F(FatalDeathTest, InstantRequest) {
         ZoomOverrideInstantRequest strategy(mgr, 0);
         mgr.reset();  // strategies do not keep their manager alive
         auto const metadata = makeMetadata(1.0F, {10, 1, 2, 30, 40});
-        strategy.storeOverrideSetting(&metadata, {{10, uint64_t{1} << 40}});
+        strategy.storeOverrideSetting(&metadata, {{10, kPreview}});
         strategy.getP1CropSetting(mRequest, mP1);
     };
     IMetadata const empty;

@@ -7,9 +7,9 @@ namespace NSCam::Feature {
 namespace {
 
 constexpr auto kInstant = ZoomOverrideMode::InstantRequest;
-constexpr int64_t kStill = streamId(0, 2);
-constexpr int64_t kInternal = streamId(0, 3);
-constexpr int64_t kTele = streamId(1, 1);
+constexpr int64_t kStill = streamIdOf(0, 2);
+constexpr int64_t kInternal = streamIdOf(0, 3);
+constexpr int64_t kTele = streamIdOf(1, 1);
 
 // As the customer numbers them. 0 is another name of the preview.
 StreamIdMap const kStreamIds{{10, kPreview}, {11, kStill}, {0, kPreview}, {20, kTele}};
@@ -141,7 +141,7 @@ TEST_F(InstantRequestTest, MinimumIsTheSizeOfTheConstraintStream) {
 }
 
 TEST_F(InstantRequestTest, PortKeyIsZeroWithBit55) {
-    int64_t const stream = streamId(0, 0x8001);
+    int64_t const stream = streamIdOf(0, 0x8001);
     mHistory.streamSizes[stream] = {};
     store(1.0F, {10, 1, 2, 30, 40}, {{10, static_cast<uint64_t>(stream)}});
     EXPECT_EQ(p1Crops(), (TgCrops{{0, {{0, {1, 2, 30, 40}}}}}));

@@ -228,10 +228,10 @@ TEST_F(LogLinesTest, CorrectionOfATgCrop) {
 TEST_F(LogLinesTest, InstantRequest) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const request = [] {
-        Host::setProperty("vendor.debug.camera.zoomOverride.log", 2);
+        Host::setProperty(kLogLevelProperty, 2);
         setSensor(0, {4000, 3000}, simplifiedMatrix{0.5F, 10, 0.5F, 10});
-        auto const preview = streamId(0, 1);
-        auto const internal = streamId(0, 2);
+        auto const preview = streamIdOf(0, 1);
+        auto const internal = streamIdOf(0, 2);
         auto const mgr = IZoomOverrideMgr::getInstance();
         mgr->initialize(ZoomOverrideMode::InstantRequest);
         deposit(*mgr, 4,

@@ -117,9 +117,7 @@ TEST_F(ManagerTest, WithoutStrategyQueriesAreRefused) {
 TEST_F(ManagerTest, CloseSwitchesLeaveTheNeedAlone) {
     for (bool const closesP1 : {true, false}) {
         Host::clearProperties();
-        Host::setProperty(closesP1 ? "vendor.debug.camera.zoomOverride.closeP1Override"
-                                   : "vendor.debug.camera.zoomOverride.closeP2Override",
-                          -1);
+        Host::setProperty(closesP1 ? kCloseP1Property : kCloseP2Property, -1);
         ZoomOverrideMgr mgr;
         ZoomOverrideP1Need p1;
         ZoomOverrideP2Need p2;
@@ -135,7 +133,7 @@ TEST_F(ManagerTest, TracesOnlyWhereAPropertyAsksForIt) {
     Utils::ULog::ULogger::sDetailsLevel = 5;
     for (bool const traces : {false, true}) {
         if (traces) {
-            Host::setProperty("vendor.debug.camera.zoomOverride.log", 1);
+            Host::setProperty(kLogLevelProperty, 1);
         }
         ZoomOverrideMgr mgr;
         takeLog();
@@ -168,7 +166,7 @@ TEST_F(ManagerTest, P1AnswerIsKeptByRequestNumberAlone) {
 }
 
 TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
-    constexpr int64_t kOther = streamId(0, 2);
+    constexpr int64_t kOther = streamIdOf(0, 2);
     auto data = history();
     data.streamSizes[kOther] = {100, 100};
     mMgr->initialize(Mode::InstantRequest);
@@ -209,7 +207,7 @@ TEST_F(ManagerTest, UsableCropsCountAgainAfterUnusableOnes) {
 TEST_F(ManagerTest, ExceptionLeavesNoP1AnswerAndAUsableManager) {
     mMgr->initialize(Mode::InstantRequest);
     deposit(*mMgr, 4, history());
-    store(1.5F, {8, 6, 400, 300}, streamId(9, 1));
+    store(1.5F, {8, 6, 400, 300}, streamIdOf(9, 1));
     ZoomOverrideP1Need need;
     EXPECT_THAT(
         [&] {
@@ -252,9 +250,11 @@ TEST_F(ManagerTest, PortsAreComparedByTheirLowByte) {
         bool exists;
     };
     Case const cases[] = {
-        {0, 1, true},    {0, P1_PORT_R1, true},  {0, 0x101, true}, {0, -255, true},
-        {0, 129, false}, {0, P1_PORT_R3, false}, {0, 256, false},  {1, 256, true},
-        {-1, 0, false},  {8, 1, false},
+        {0, 1, true},     {0, P1Port::P1_PORT_R1, true},
+        {0, 0x101, true}, {0, -255, true},
+        {0, 129, false},  {0, P1Port::P1_PORT_R3, false},
+        {0, 256, false},  {1, 256, true},
+        {-1, 0, false},   {8, 1, false},
     };
     for (auto const& c : cases) {
         EXPECT_EQ(mMgr->isPortExist(c.sensorId, c.port), c.exists) << c.sensorId << ' ' << c.port;

@@ -158,7 +158,7 @@ TEST_F(SensorCropMapperTest, DebugRatioNeedsLogLevel3) {
     Utils::ULog::ULogger::sDetailsLevel = 5;
     mMapper.mLogLevel = 3;
     EXPECT_EQ(map(4).zoomRatio, 4.0F) << "the property is not set";
-    Host::setProperty("vendor.debug.camera.zoomRatio", 25);
+    Host::setProperty(kMapperZoomRatioProperty, 25);
     EXPECT_EQ(map(4).zoomRatio, 2.5F);
     EXPECT_THAT(takeLog(), Contains(HasSubstr("debug(1), Zoom ratio(2.500000)")));
     mMapper.mLogLevel = 2;

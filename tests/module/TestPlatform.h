@@ -18,6 +18,8 @@
 #include "IMetadata.h"
 #include "IZoomOverrideMgr.h"
 #include "ULogger.h"
+#include "ZoomOverrideContract.h"
+#include "geometry/DomainTransform.h"
 #include "host/ContainerRegistry.h"
 #include "host/LogCapture.h"
 #include "host/LogSwitches.h"
@@ -44,13 +46,9 @@ inline constexpr uint32_t kModeNo = 2;
 
 using NSCamHW::simplifiedMatrix;
 using TgCrops = std::unordered_map<uint32_t, PortCrops>;
-using SensorCrops = std::unordered_map<uint32_t, MRect>;
 using StreamIdMap = std::unordered_map<uint32_t, uint64_t>;
 
-inline constexpr int64_t streamId(int64_t sensorId, int64_t port) {
-    return (port << 40) | (sensorId << 32);
-}
-inline constexpr int64_t kPreview = streamId(0, 1);
+inline constexpr int64_t kPreview = streamIdOf(0, 1);
 
 class PlatformTest : public testing::Test {
  protected:
@@ -68,7 +66,7 @@ class PlatformTest : public testing::Test {
 
     /// A sensor with one mode. No matrix means that the platform knows none.
     static void setSensor(int32_t sensorId, MSize size,
-                          std::optional<simplifiedMatrix> matrix = simplifiedMatrix{}) {
+                          std::optional<simplifiedMatrix> matrix = kIdentityMatrix) {
         Host::setSensor(sensorId, {{kModeNo, {size, matrix}}});
     }
 
@@ -79,9 +77,9 @@ class PlatformTest : public testing::Test {
 
     static IMetadata makeMetadata(float zoomRatio, std::vector<int32_t> const& crops = {}) {
         IMetadata metadata;
-        metadata.update(0x1002F, IMetadata::IEntry(std::vector<float>{zoomRatio}));
+        metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector<float>{zoomRatio}));
         if (!crops.empty()) {
-            metadata.update(0x800A0013, IMetadata::IEntry(crops));
+            metadata.update(kCustomStreamCropTag, IMetadata::IEntry(crops));
         }
         return metadata;
     }
@@ -89,7 +87,8 @@ class PlatformTest : public testing::Test {
     /// Publishes an entry as a customer does, on any thread.
     static void publish(float zoomRatio, bool enable) {
         using Entry = v3::CustomZoomRatioOverride;
-        IGenericContainer<std::shared_ptr<Entry>>::createWriter("qvxcam-ZoomOverrideMgr", 3, 0)
+        IGenericContainer<std::shared_ptr<Entry>>::createWriter(
+            kCustomZoomContainer, kCustomZoomCapacity, kCustomZoomFlags)
             ->publish(std::make_shared<Entry>(Entry{zoomRatio, enable}));
     }
 

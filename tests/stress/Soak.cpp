@@ -15,13 +15,14 @@
 
 #include "IMetadata.h"
 #include "IZoomOverrideMgr.h"
+#include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
 
 namespace NSCam::Feature {
 namespace {
 
 constexpr uint32_t kInFlight = 8;
-constexpr int64_t kPreview = int64_t{1} << 40;
+constexpr int64_t kPreview = streamIdOf(0, 1);
 constexpr long kGrowthAllowed = 512;  // KiB: the allocator may still round up
 
 long residentKiB() {
@@ -34,8 +35,8 @@ long residentKiB() {
 
 void carry(IZoomOverrideMgr& mgr, uint32_t requestNo) {
     IMetadata metadata;
-    metadata.update(0x1002F, IMetadata::IEntry(std::vector{1.5F}));
-    metadata.update(0x800A0013, IMetadata::IEntry(std::vector{7, 100, 100, 2000, 1500}));
+    metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{1.5F}));
+    metadata.update(kCustomStreamCropTag, IMetadata::IEntry(std::vector{7, 100, 100, 2000, 1500}));
     mgr.setRunTimeCropNeedData(requestNo, OverrideNotice::Default,
                                {{{0, 1}}, {{kPreview, {640, 480}}}, {}, {}});
     mgr.storeOverrideSetting(&metadata, {{7, static_cast<uint64_t>(kPreview)}});

@@ -26,6 +26,7 @@
 #include "IGenericContainer.h"
 #include "IMetadata.h"
 #include "IZoomOverrideMgr.h"
+#include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
 
 namespace NSCam::Feature {
@@ -33,7 +34,7 @@ namespace {
 
 constexpr uint32_t kThreads = 8;
 constexpr uint32_t kActionsPerRound = 200;  // of each thread
-constexpr int64_t kPreview = int64_t{1} << 40;
+constexpr int64_t kPreview = streamIdOf(0, 1);
 constexpr uint32_t kRequestsPerThread = 1U << 24U;
 constexpr uint32_t kBeyondAllRequests = 1U << 30U;
 constexpr float kAsked = 100.0F;  // above every published ratio
@@ -96,7 +97,7 @@ class Worker {
         static auto const kInfo = std::make_shared<ZoomOverrideSensorInfo>(
             ZoomOverrideSensorInfo{66.0F, 41.0F, {0, 0, 4000, 3000}});
         check(call().configSensorInfo({{0}, {{0, kInfo}}}), "configSensorInfo is true");
-        check(call().configFspInfo({{{0, P1_PORT_R3}}}), "configFspInfo is true");
+        check(call().configFspInfo({{{0, P1Port::P1_PORT_R3}}}), "configFspInfo is true");
         check(call().configSensorBehaviorInfo({{{0, {{uint8_t{1}, {}}, {uint8_t{3}, {}}}}}}),
               "configSensorBehaviorInfo is true");
     }
@@ -111,8 +112,9 @@ class Worker {
         float const ratio = kRatios[pick(kRatios.size())];
         if (mode == ZoomOverrideMode::InstantRequest) {
             IMetadata metadata;
-            metadata.update(0x1002F, IMetadata::IEntry(std::vector{ratio}));
-            metadata.update(0x800A0013, IMetadata::IEntry(std::vector{7, 10, 10, 40, 30}));
+            metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{ratio}));
+            metadata.update(kCustomStreamCropTag,
+                            IMetadata::IEntry(std::vector{7, 10, 10, 40, 30}));
             call().storeOverrideSetting(&metadata, {{7, static_cast<uint64_t>(kPreview)}});
         } else if (mode == ZoomOverrideMode::ByRequest) {
             storeSetting(ratio);
@@ -212,7 +214,7 @@ class Worker {
         check(call().getP1CropSetting({requestNo, kAsked, 0}, p1), "P1 is overridden");
         auto const divisor = static_cast<int32_t>(p1.zoomRatio);
         auto const expected = centred(sensor, {sensor.w / divisor, sensor.h / divisor});
-        for (auto const port : {P1_PORT_R1, P1_PORT_R2, P1_PORT_R3}) {
+        for (auto const port : {P1Port::P1_PORT_R1, P1Port::P1_PORT_R2, P1Port::P1_PORT_R3}) {
             check(p1.tgCrops[0][port] == expected, "the crop is that of the published ratio");
         }
         ZoomOverrideP2Need p2;
@@ -257,7 +259,7 @@ class Worker {
 
     std::shared_ptr<IZoomOverrideMgr> const mMgr = IZoomOverrideMgr::getInstance();
     std::shared_ptr<Container::Writer> const mWriter =
-        Container::createWriter("qvxcam-ZoomOverrideMgr", 3, 0);
+        Container::createWriter(kCustomZoomContainer, kCustomZoomCapacity, kCustomZoomFlags);
     std::mt19937 mRandom;
     uint32_t mNextRequest;
 };

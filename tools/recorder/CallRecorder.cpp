@@ -2,6 +2,7 @@
 
 #include "BootClock.h"
 #include "IMetadata.h"
+#include "ZoomOverrideContract.h"
 #include "scenario/text/Line.h"
 #include "scenario/text/NeedText.h"
 
@@ -13,9 +14,6 @@ using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 using scenario::Line;
 
 namespace {
-
-constexpr IMetadata::Tag kZoomRatioTag = 0x1002F;
-constexpr IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
 
 bool isFresh(ZoomOverrideNeedHeader const& header) {
     return !header.overrideValid && header.requestNo == -1 && header.zoomRatio == 1.0F &&

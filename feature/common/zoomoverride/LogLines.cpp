@@ -15,7 +15,7 @@ constexpr uint32_t kCategory = 0x100100C;
 
 PrintFormat::PrintFormat(Level const& level, Site const& site, char const* messageFormat) {
     std::snprintf(mText, sizeof mText, "%s[%s] %s:%d %s() %s",
-                  g_logInfoLv[static_cast<size_t>(level.print)].prefix, kTag,
+                  g_logInfoLv[static_cast<size_t>(level.print)].prefix, kLogTag,
                   get_filename_log_control(site.path), site.line, site.function, messageFormat);
 }
 
@@ -28,7 +28,7 @@ void writeUnified(Level const& level, char const* format, ...) {
     if (length < 0) {
         return;
     }
-    ULogger::sULogger->print(kCategory, kTag, level.unified, text, std::strlen(text));
+    ULogger::sULogger->print(kCategory, kLogTag, level.unified, text, std::strlen(text));
 }
 
 }  // namespace NSCam::Feature::Log

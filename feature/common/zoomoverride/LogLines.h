@@ -21,6 +21,7 @@
 
 #include "DebugWrapper.h"
 #include "ULogger.h"
+#include "ZoomOverrideContract.h"
 
 namespace NSCam::Feature::Log {
 
@@ -45,8 +46,6 @@ inline constexpr Level kDebug{5, 0x1001000, 0, 5};
 inline constexpr Level kInfo{3, 0, 3, 3};
 inline constexpr Level kWarning{2, 0, 2, 2};
 inline constexpr Level kError{1, 0, 1, 1};
-
-inline constexpr char kTag[] = "qvxcam-ZoomOverrideMgr";
 
 /// The longest text that a sink is handed, its final zero included.
 inline constexpr size_t kTextSize = 1024;
@@ -94,7 +93,7 @@ class PrintFormat {
 
 template <typename... Args>
 void writePrint(Level const& level, Site const& site, char const* format, Args... args) {
-    log_dbg_print(kTag, level.print, PrintFormat(level, site, format).text(), args...);
+    log_dbg_print(kLogTag, level.print, PrintFormat(level, site, format).text(), args...);
 }
 
 template <typename... Args>
@@ -114,7 +113,7 @@ template <typename... Args>
     if (isPrintLevelOn(kError)) {
         writePrint(kError, site, format, args...);
     }
-    __android_log_assert("1", kTag, "(%s){#%d:%s}\r\n", site.function, site.line, site.path);
+    __android_log_assert("1", kLogTag, "(%s){#%d:%s}\r\n", site.function, site.line, site.path);
 }
 
 /// Ends the process. The assertion repeats the line, with the source location appended.
@@ -125,7 +124,7 @@ template <typename... Args>
         writeUnified(kError, format, args...);
         ULogger::sULogger->flush(1);
     }
-    __android_log_assert(nullptr, kTag, assertion, args..., site.function, site.line, site.path);
+    __android_log_assert(nullptr, kLogTag, assertion, args..., site.function, site.line, site.path);
 }
 
 #pragma GCC diagnostic pop

@@ -6,8 +6,9 @@
 #include <numbers>
 
 #include "LogLines.h"
-#include "Numbers.h"
 #include "Properties.h"
+#include "ZoomOverrideContract.h"
+#include "geometry/Numbers.h"
 
 namespace NSCam::Feature {
 
@@ -101,8 +102,7 @@ std::shared_ptr<ZoomOverrideSensorInfo> SensorCropMapper::masterInfo() const {
 
 SensorCropMapper::WantedZoom SensorCropMapper::wantedZoom(float zoomRatio) const {
     if (mLogLevel >= 3) {
-        auto const tenths =
-            Utils::Properties::property_get_int32("vendor.debug.camera.zoomRatio", 0);
+        auto const tenths = Utils::Properties::property_get_int32(kMapperZoomRatioProperty, 0);
         if (tenths != 0) {
             return {static_cast<float>(tenths / 10.0), true};
         }

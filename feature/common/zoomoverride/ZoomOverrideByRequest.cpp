@@ -5,8 +5,8 @@
 #include <sstream>
 
 #include "CheckedLookup.h"
-#include "DomainTransform.h"
 #include "LogLines.h"
+#include "geometry/DomainTransform.h"
 
 namespace NSCam::Feature {
 
@@ -140,7 +140,7 @@ void ZoomOverrideByRequest::overrideP2(ZoomOverrideSetting const& setting,
         }
         ZLOG_TRACE_FOR(kGetP2CropSetting, "inputRequest:%d outputRequest:%d", request.requestNo,
                        need.requestNo);
-        simplifiedMatrix matrix;
+        auto matrix = kIdentityMatrix;
         if (!HwTransHelper(static_cast<int32_t>(sensorId)).getMatrixFromActive(mode, matrix)) {
             ZLOG_ABORT_FOR(kGetP2CropSetting, "get Matrix error");
         }
@@ -168,9 +168,9 @@ ZoomOverrideMode ZoomOverrideByRequest::getZoomOverrideMode() {
 
 bool ZoomOverrideByRequest::getTransformMatrix(int32_t sensorId, int32_t targetMode,
                                                int32_t sourceMode, simplifiedMatrix& matrix) const {
-    HwTransHelper const transform(sensorId);
-    simplifiedMatrix fromActive;
-    simplifiedMatrix toActive;
+    HwTransHelper transform(sensorId);
+    auto fromActive = kIdentityMatrix;
+    auto toActive = kIdentityMatrix;
     ZLOG_DEBUG("[Zoom Override] sensor mode not match, prepare recalculating");
     bool const ok = transform.getMatrixFromActive(static_cast<uint32_t>(targetMode), fromActive) &&
                     transform.getMatrixToActive(static_cast<uint32_t>(sourceMode), toActive);

@@ -4,15 +4,18 @@
 #include <optional>
 
 #include "CheckedLookup.h"
-#include "DomainTransform.h"
 #include "HwTransHelper.h"
 #include "LogLines.h"
+#include "ZoomOverrideContract.h"
+#include "geometry/DomainTransform.h"
 
 namespace NSCam::Feature {
 
 namespace {
 
-constexpr size_t kContainerCapacity = 3;
+using P1Port::P1_PORT_R1;
+using P1Port::P1_PORT_R2;
+using P1Port::P1_PORT_R3;
 
 // Helpers log in the name of the operation that they serve.
 constexpr char kUpdateSensorP1Crop[] = "updateSensorP1Crop";
@@ -39,8 +42,8 @@ ZoomOverrideExternalAPI::ZoomOverrideExternalAPI(std::shared_ptr<IZoomOverrideMg
     : mMgr(mgr), mLogLevel(logLevel) {
     mpSensorCropMapper =
         ISensorCropMapperFactory::createSensorCropMapperInstance({.externalApi = true});
-    // Customers know the container by the module's log tag.
-    mpCustomZoomReader = Container::createReader(Log::kTag, kContainerCapacity, 0);
+    mpCustomZoomReader =
+        Container::createReader(kCustomZoomContainer, kCustomZoomCapacity, kCustomZoomFlags);
     if (!mpCustomZoomReader) {
         ZLOG_WARNING("[Zoom Override]: mpCustomZoomReader is null!!");
     }
@@ -214,8 +217,8 @@ bool ZoomOverrideExternalAPI::followsR3(int32_t sensorId) const {
 
 bool ZoomOverrideExternalAPI::convertToTgDomain(int32_t sensorId, int32_t sensorMode,
                                                 MRect const& active, MRect& tg) const {
-    NSCamHW::simplifiedMatrix matrix;
-    NSCamHW::HwTransHelper const transform(sensorId);
+    auto matrix = kIdentityMatrix;
+    NSCamHW::HwTransHelper transform(sensorId);
     if (transform.getMatrixFromActive(static_cast<uint32_t>(sensorMode), matrix)) {
         tg = toTgDomain(matrix, active);
         return true;

@@ -29,7 +29,6 @@ class ZoomOverrideExternalAPI final : public ZoomOverrideBase {
     ZoomOverrideMode getZoomOverrideMode() override;
 
  private:
-    using SensorCrops = std::unordered_map<uint32_t, MRect>;  // by sensor id, active array
     using Entry = std::shared_ptr<v3::CustomZoomRatioOverride>;
     using Container = IGenericContainer<Entry>;
 

@@ -5,20 +5,15 @@
 #include <sstream>
 
 #include "CheckedLookup.h"
-#include "DomainTransform.h"
 #include "HwTransHelper.h"
 #include "IMetadata.h"
 #include "LogLines.h"
+#include "ZoomOverrideContract.h"
+#include "geometry/DomainTransform.h"
 
 namespace NSCam::Feature {
 
 namespace {
-
-constexpr IMetadata::Tag kZoomRatioTag = 0x1002F;
-constexpr IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
-
-// A custom stream crop: customer stream number, x, y, width, height.
-constexpr uint32_t kItemsPerCrop = 5;
 
 // The helpers of the P1 query log in its name.
 constexpr char kGetP1CropSetting[] = "getP1CropSetting";
@@ -63,7 +58,7 @@ bool ZoomOverrideInstantRequest::storeOverrideSetting(
     ZLOG_DEBUG("LatestZoomRatio: %f", mLatestZoomRatio);
 
     auto const crops = metadata->entryFor(kCustomStreamCropTag, 0);
-    if (crops.count() < kItemsPerCrop || crops.itemAt<int32_t>(0) < 0) {
+    if (crops.count() < kItemsPerCustomCrop || crops.itemAt<int32_t>(0) < 0) {
         mCustomCropValid = false;
         return false;
     }
@@ -71,7 +66,7 @@ bool ZoomOverrideInstantRequest::storeOverrideSetting(
     mCustomCrops.clear();
     mCustomCropValid = true;
     // A last group that lacks items is still taken: producers send whole groups.
-    for (uint32_t i = 0; i < crops.count(); i += kItemsPerCrop) {
+    for (uint32_t i = 0; i < crops.count(); i += kItemsPerCustomCrop) {
         auto const cusStreamId = crops.itemAt<int32_t>(i);
         auto const stream = streamIdMap.find(static_cast<uint32_t>(cusStreamId));
         if (stream == streamIdMap.end()) {
@@ -127,8 +122,8 @@ void ZoomOverrideInstantRequest::cropStream(IZoomOverrideMgr& mgr,
         return;
     }
 
-    NSCamHW::simplifiedMatrix matrix;
-    NSCamHW::HwTransHelper const transform(static_cast<int32_t>(sensorId));
+    auto matrix = kIdentityMatrix;
+    NSCamHW::HwTransHelper transform(static_cast<int32_t>(sensorId));
     if (!transform.getMatrixFromActive(sensorMode, matrix)) {
         ZLOG_FATAL_FOR(kGetP1CropSetting, "getMatrixFromActive fail");
     }

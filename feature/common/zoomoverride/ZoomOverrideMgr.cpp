@@ -3,12 +3,12 @@
 
 #include "ICamsysSensorInfoHelper.h"
 #include "LogLines.h"
-#include "Numbers.h"
 #include "Properties.h"
-#include "TgCropFit.h"
 #include "ZoomOverrideByRequest.h"
+#include "ZoomOverrideContract.h"
 #include "ZoomOverrideExternalAPI.h"
 #include "ZoomOverrideInstantRequest.h"
+#include "geometry/TgCropFit.h"
 
 namespace NSCam::Feature {
 
@@ -63,11 +63,9 @@ ZoomOverrideMgr::ZoomOverrideMgr() {
     // checkers know that.
     std::unique_lock const guard(mLock, std::try_to_lock);
     using Utils::Properties;
-    mLogLevel = Properties::property_get_int32("vendor.debug.camera.zoomOverride.log", 0);
-    mCloseP1Override =
-        Properties::property_get_int32("vendor.debug.camera.zoomOverride.closeP1Override", 0);
-    mCloseP2Override =
-        Properties::property_get_int32("vendor.debug.camera.zoomOverride.closeP2Override", 0);
+    mLogLevel = Properties::property_get_int32(kLogLevelProperty, 0);
+    mCloseP1Override = Properties::property_get_int32(kCloseP1Property, 0);
+    mCloseP2Override = Properties::property_get_int32(kCloseP2Property, 0);
     ZLOG_DEBUG("[Zoom Override]: create instance - logLevel:%d", mLogLevel);
 }
 
@@ -248,22 +246,18 @@ bool ZoomOverrideMgr::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, 
                    sensorMode, crop.x, crop.y, crop.w, crop.h);
     }
 
-    // The right and bottom edges come last: a crop that is too large keeps its far edges in view.
-    if (crop.x < 0) {
-        crop.x = 0;
+    auto const crossed = moveInside(crop, sensor);
+    if (crossed.left) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : point x < 0 fix to left", sensorId, sensorMode);
     }
-    if (crop.y < 0) {
-        crop.y = 0;
+    if (crossed.top) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : point y < 0 fix to top", sensorId, sensorMode);
     }
-    if (wrapAdd(crop.x, crop.w) > sensor.w) {
-        crop.x = wrapSub(sensor.w, crop.w);
+    if (crossed.right) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : width out of bound fix to right", sensorId,
                      sensorMode);
     }
-    if (wrapAdd(crop.y, crop.h) > sensor.h) {
-        crop.y = wrapSub(sensor.h, crop.h);
+    if (crossed.bottom) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : height out of bound fix to bottom", sensorId,
                      sensorMode);
     }

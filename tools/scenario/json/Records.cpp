@@ -1,4 +1,5 @@
 #include "scenario/json/Records.h"
+#include "ZoomOverrideContract.h"
 
 #include <array>
 #include <initializer_list>
@@ -141,16 +142,14 @@ void read(Value const& value, SensorCropOutput& result) {
 }
 
 void read(Value const& value, IMetadata& result) {
-    constexpr IMetadata::Tag kZoomRatio = 0x1002F;
-    constexpr IMetadata::Tag kCustomStreamCrops = 0x800A0013;
     float zoomRatio = 0.0F;
     std::vector<int32_t> crops;
     Fields fields(value);
     if (fields.optional("zoomRatio", zoomRatio)) {
-        result.update(kZoomRatio, IMetadata::IEntry(std::vector{zoomRatio}));
+        result.update(kZoomRatioTag, IMetadata::IEntry(std::vector{zoomRatio}));
     }
     if (fields.optional("customStreamCrops", crops)) {
-        result.update(kCustomStreamCrops, IMetadata::IEntry(std::move(crops)));
+        result.update(kCustomStreamCropTag, IMetadata::IEntry(std::move(crops)));
     }
     fields.finish();
 }

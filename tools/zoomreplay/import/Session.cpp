@@ -38,8 +38,7 @@ std::map<ZoomOverrideMode, ModeText> const kModes{
 };
 
 int64_t streamOf(RigSensor const& sensor) {
-    using NSCam::Feature::P1_PORT_R1;
-    return int64_t{P1_PORT_R1} << 40U | int64_t{sensor.id} << 32U;
+    return NSCam::Feature::streamIdOf(sensor.id, NSCam::Feature::P1Port::P1_PORT_R1);
 }
 
 // The log does not tell the sizes of streams. A quarter of the sensor's mode, as a preview has,
@@ -95,7 +94,7 @@ class Writer {
     void writePorts() {
         std::map<uint32_t, std::map<uint32_t, MSize>> ports;
         for (auto const& sensor : mRig.sensors) {
-            ports[sensor.id] = {{NSCam::Feature::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
+            ports[sensor.id] = {{NSCam::Feature::P1Port::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
         }
         begin("configSensorBehaviorInfo");
         appendField(mOut, "portSizes", ports);

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "ZoomOverrideContract.h"
 #include "host/LogCapture.h"
 
 namespace zoomreplay {

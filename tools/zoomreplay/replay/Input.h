@@ -12,9 +12,6 @@
 
 namespace zoomreplay {
 
-/// The metadata entry with groups of five: customer stream number, x, y, width, height.
-inline constexpr NSCam::IMetadata::Tag kCustomStreamCropTag = 0x800A0013;
-
 /// The stages of a pipeline that ask for crops.
 enum class Stage { P1, P2, ThreeA };
 
