@@ -5,12 +5,12 @@
 
 namespace NSCamHW {
 
-/// x' = xScale * x + xOffset, w' = xScale * w, and the same for y and h.
+/// x' = xScale * x + xOffset, w' = xScale * w, and the same for y and h. Made without values.
 struct simplifiedMatrix {
-    float xScale = 1.0F;   ///< TG pixels per active-array pixel, horizontally
-    float xOffset = 0.0F;  ///< TG pixels
-    float yScale = 1.0F;   ///< TG pixels per active-array pixel, vertically
-    float yOffset = 0.0F;  ///< TG pixels
+    float xScale;   ///< TG pixels per active-array pixel, horizontally
+    float xOffset;  ///< TG pixels
+    float yScale;   ///< TG pixels per active-array pixel, vertically
+    float yOffset;  ///< TG pixels
 };
 
 /// The transforms of one sensor. Cheap to make; any thread.
@@ -21,11 +21,11 @@ class HwTransHelper {
 
     /// Active array to the TG domain of sensorMode.
     /// @return false, matrix untouched, when the platform has no transform for the mode.
-    bool getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& matrix) const;
+    bool getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& matrix);
 
     /// TG domain of sensorMode to the active array.
     /// @return as for getMatrixFromActive; also false when the transform has no inverse.
-    bool getMatrixToActive(uint32_t sensorMode, simplifiedMatrix& matrix) const;
+    bool getMatrixToActive(uint32_t sensorMode, simplifiedMatrix& matrix);
 
  private:
     int32_t mSensorId;

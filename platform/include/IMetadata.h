@@ -13,8 +13,6 @@ namespace NSCam {
 /// A container of entries by tag. A value without a lock: share it between threads read-only.
 class IMetadata {
  public:
-    using Tag = uint32_t;  ///< what an entry is filed under
-
     /// The items of one tag, all of one type.
     class IEntry {
      public:
@@ -41,22 +39,22 @@ class IMetadata {
     };
 
     /// Adds an entry, or replaces the one of the tag.
-    void update(Tag tag, IEntry entry);
+    void update(uint32_t tag, IEntry entry);
 
     /// The entry of a tag, empty when the tag is absent.
-    IEntry entryFor(Tag tag, int32_t reserved) const;
+    IEntry entryFor(uint32_t tag, int32_t reserved) const;
 
     /// Reads one item.
     /// @return false, value untouched, when metadata is null, the tag absent, its items of another
     ///     type or fewer than index + 1.
     template <typename T>
-    static bool getEntry(IMetadata const* metadata, Tag tag, T& value, size_t index);
+    static bool getEntry(IMetadata const* metadata, uint32_t tag, T& value, size_t index);
 
  private:
-    std::map<Tag, IEntry> mEntries;
+    std::map<uint32_t, IEntry> mEntries;
 };
 
-extern template bool IMetadata::getEntry<int32_t>(IMetadata const*, Tag, int32_t&, size_t);
-extern template bool IMetadata::getEntry<float>(IMetadata const*, Tag, float&, size_t);
+extern template bool IMetadata::getEntry<int32_t>(IMetadata const*, uint32_t, int32_t&, size_t);
+extern template bool IMetadata::getEntry<float>(IMetadata const*, uint32_t, float&, size_t);
 
 }  // namespace NSCam

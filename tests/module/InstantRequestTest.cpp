@@ -116,13 +116,21 @@ TEST_F(InstantRequestTest, ConvertsAndCorrects) {
         {"window with an origin", inner, {}, {1100, 800, 500, 375}, {200, 100, 1000, 750}},
         {"left of the window", inner, {}, {900, 600, 500, 375}, {0, 0, 1000, 750}},
         {"window beyond the array", outer, {}, {0, 0, 4000, 3000}, {50, 25, 2000, 1500}},
-        {"outside the sensor", {}, {}, {5000, 3500, 1000, 750}, {3000, 2250, 1000, 750}},
+        {"outside the sensor",
+         kIdentityMatrix,
+         {},
+         {5000, 3500, 1000, 750},
+         {3000, 2250, 1000, 750}},
         {"wider than the sensor", kTwice, {}, {0, 0, 2500, 500}, {0, 1100, 4000, 800}},
-        {"int32 limits", {}, {}, {kMax, kMin, 1000, 750}, {kMax, 0, 1000, 750}},
+        {"int32 limits", kIdentityMatrix, {}, {kMax, kMin, 1000, 750}, {kMax, 0, 1000, 750}},
         // Saturates at w 2^31 - 1; ratio 2863311, so h 4000 / ratio is 0.
         {"beyond int32", kTwice, {}, {kMax, kMin, kMax, 375}, {0, 1500, 4000, 0}},
-        {"no size", {}, {100, 80}, {10, 10, 0, 0}, {2000, 1460, 0, 80}},
-        {"grows to the stream", {}, {1000, 750}, {0, 0, 400, 300}, {1500, 1125, 1000, 750}},
+        {"no size", kIdentityMatrix, {100, 80}, {10, 10, 0, 0}, {2000, 1460, 0, 80}},
+        {"grows to the stream",
+         kIdentityMatrix,
+         {1000, 750},
+         {0, 0, 400, 300},
+         {1500, 1125, 1000, 750}},
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.what);

@@ -8,9 +8,9 @@ namespace {
 using NSCam::IMetadata;
 
 TEST(Metadata, ReadsOnlyWhatIsThere) {
-    constexpr IMetadata::Tag kFloats = 1;
-    constexpr IMetadata::Tag kIntegers = 2;
-    constexpr IMetadata::Tag kAbsent = 3;
+    constexpr uint32_t kFloats = 1;
+    constexpr uint32_t kIntegers = 2;
+    constexpr uint32_t kAbsent = 3;
     IMetadata metadata;
     metadata.update(kFloats, IMetadata::IEntry(std::vector<float>{2.5F, 3.5F}));
     metadata.update(kIntegers, IMetadata::IEntry(std::vector<int32_t>{7, 8, 9}));

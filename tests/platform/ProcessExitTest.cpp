@@ -23,7 +23,7 @@ void fillPlatform() {
 
 bool platformAnswers() {
     NSCam::MSize size;
-    NSCamHW::simplifiedMatrix matrix;
+    NSCamHW::simplifiedMatrix matrix{};
     log_dbg_print("test", 0, "still here");
     return NSCam::Host::takeCapturedLog().size() == 1 &&
            NSCam::Utils::Properties::property_get_int32("vendor.debug.exit", 0) == 4 &&

@@ -46,7 +46,8 @@ void carry(IZoomOverrideMgr& mgr, uint32_t requestNo) {
 }
 
 int soak(uint32_t requests) {
-    Host::setSensor(0, {{1, {MSize{4000, 3000}, NSCamHW::simplifiedMatrix{}}}});
+    Host::setSensor(0,
+                    {{1, {MSize{4000, 3000}, NSCamHW::simplifiedMatrix{1.0F, 0.0F, 1.0F, 0.0F}}}});
     auto const mgr = IZoomOverrideMgr::getInstance();
     mgr->initialize(ZoomOverrideMode::InstantRequest);
     uint32_t requestNo = kInFlight;

@@ -266,8 +266,8 @@ class Worker {
 
 void defineSensor() {
     NSCamHW::simplifiedMatrix const half{0.5F, 0.0F, 0.5F, 0.0F};
-    Host::setSensor(
-        0, {{1, {sensorSize(1), NSCamHW::simplifiedMatrix{}}}, {2, {sensorSize(2), half}}});
+    Host::setSensor(0, {{1, {sensorSize(1), NSCamHW::simplifiedMatrix{1.0F, 0.0F, 1.0F, 0.0F}}},
+                        {2, {sensorSize(2), half}}});
 }
 
 Round roundOf(uint32_t number) {

@@ -5,7 +5,7 @@
 
 namespace NSCamHW {
 
-bool HwTransHelper::getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& matrix) const {
+bool HwTransHelper::getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& matrix) {
     auto const mode = NSCam::Host::findSensorMode(mSensorId, sensorMode);
     if (!mode || !mode->fromActive) {
         return false;
@@ -14,7 +14,7 @@ bool HwTransHelper::getMatrixFromActive(uint32_t sensorMode, simplifiedMatrix& m
     return true;
 }
 
-bool HwTransHelper::getMatrixToActive(uint32_t sensorMode, simplifiedMatrix& matrix) const {
+bool HwTransHelper::getMatrixToActive(uint32_t sensorMode, simplifiedMatrix& matrix) {
     simplifiedMatrix from;
     if (!getMatrixFromActive(sensorMode, from) || from.xScale == 0.0F || from.yScale == 0.0F) {
         return false;

@@ -7,17 +7,17 @@ size_t IMetadata::IEntry::count() const {
     return std::visit([](auto const& items) { return items.size(); }, mItems);
 }
 
-void IMetadata::update(Tag tag, IEntry entry) {
+void IMetadata::update(uint32_t tag, IEntry entry) {
     mEntries.insert_or_assign(tag, std::move(entry));
 }
 
-IMetadata::IEntry IMetadata::entryFor(Tag tag, int32_t /*reserved*/) const {
+IMetadata::IEntry IMetadata::entryFor(uint32_t tag, int32_t /*reserved*/) const {
     auto const found = mEntries.find(tag);
     return found != mEntries.end() ? found->second : IEntry();
 }
 
 template <typename T>
-bool IMetadata::getEntry(IMetadata const* metadata, Tag tag, T& value, size_t index) {
+bool IMetadata::getEntry(IMetadata const* metadata, uint32_t tag, T& value, size_t index) {
     if (metadata == nullptr) {
         return false;
     }
@@ -33,7 +33,7 @@ bool IMetadata::getEntry(IMetadata const* metadata, Tag tag, T& value, size_t in
     return true;
 }
 
-template bool IMetadata::getEntry<int32_t>(IMetadata const*, Tag, int32_t&, size_t);
-template bool IMetadata::getEntry<float>(IMetadata const*, Tag, float&, size_t);
+template bool IMetadata::getEntry<int32_t>(IMetadata const*, uint32_t, int32_t&, size_t);
+template bool IMetadata::getEntry<float>(IMetadata const*, uint32_t, float&, size_t);
 
 }  // namespace NSCam
