@@ -1,9 +1,10 @@
 #include "scenario/json/Records.h"
-#include "ZoomOverrideContract.h"
 
 #include <array>
 #include <initializer_list>
 #include <utility>
+
+#include "ZoomOverrideContract.h"
 
 namespace scenario {
 namespace {
