@@ -35,14 +35,21 @@ inline float withPlainNan(float value) {
     return std::isnan(value) ? std::numeric_limits<float>::quiet_NaN() : value;
 }
 
+// Sums in unsigned integers would wrap, too, but devices are built with sanitizers that end the
+// process at an overflow of either kind.
+
 /// Sum in two's complement.
 constexpr int32_t wrapAdd(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+    int32_t sum = 0;
+    __builtin_add_overflow(a, b, &sum);
+    return sum;
 }
 
 /// Difference in two's complement.
 constexpr int32_t wrapSub(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+    int32_t difference = 0;
+    __builtin_sub_overflow(a, b, &difference);
+    return difference;
 }
 
 }  // namespace NSCam::Feature
