@@ -8,9 +8,7 @@ set(allowed ${required}
     "typeinfo for NSCam::Feature::IZoomOverrideMgr"
     "typeinfo for NSCam::Feature::ISensorCropMapper"
     "typeinfo name for NSCam::Feature::IZoomOverrideMgr"
-    "typeinfo name for NSCam::Feature::ISensorCropMapper"
-    "vtable for NSCam::Feature::IZoomOverrideMgr"
-    "vtable for NSCam::Feature::ISensorCropMapper")
+    "typeinfo name for NSCam::Feature::ISensorCropMapper")
 
 execute_process(COMMAND ${NM} -DC --defined-only ${LIBRARY}
     OUTPUT_VARIABLE table COMMAND_ERROR_IS_FATAL ANY)
