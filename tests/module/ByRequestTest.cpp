@@ -146,7 +146,7 @@ TEST_F(ByRequestTest, DoneForgetsTheCachedP2OfThatRequest) {
     EXPECT_TRUE(mStrategy.onRequestDone(7));
     EXPECT_TRUE(mStrategy.onRequestDone(6));
     EXPECT_EQ(mStrategy.mP2Cache.size(), 2U);
-    EXPECT_FALSE(mStrategy.mP2Cache.contains(7));
+    EXPECT_EQ(mStrategy.mP2Cache.count(7), 0U);
 }
 
 TEST_F(ByRequestTest, RepeatingRenumbersTheSharedSetting) {

@@ -1,6 +1,7 @@
 #include "PlatformWatch.h"
 
-#include <bit>
+#include <cstring>
+#include <type_traits>
 
 #include "ICamsysSensorInfoHelper.h"
 #include "Properties.h"
@@ -18,6 +19,16 @@ constexpr std::array kProperties{
     "vendor.debug.camera.zoomOverride.closeP1Override",
     "vendor.debug.camera.zoomOverride.closeP2Override",
 };
+
+/// What C++20's libraries have and those of devices lack.
+template <typename To, typename From>
+To bitCast(From const& from) {
+    static_assert(sizeof(To) == sizeof(From));
+    static_assert(std::is_trivially_copyable_v<To> && std::is_trivially_copyable_v<From>);
+    To to{};
+    std::memcpy(&to, &from, sizeof(to));
+    return to;
+}
 
 }  // namespace
 
@@ -59,7 +70,7 @@ void PlatformWatch::noteNewestEntry() {
     if (!newest) {
         return;
     }
-    EntryBits const bits{std::bit_cast<uint32_t>(newest->zoomRatio), newest->enable};
+    EntryBits const bits{bitCast<uint32_t>(newest->zoomRatio), newest->enable};
     if (mNewest == bits) {
         return;
     }
@@ -103,7 +114,7 @@ void PlatformWatch::appendMode(std::string& out, Mode const& mode) {
         separator = "[";
         for (uint32_t const bits : *mode.matrix) {
             out += separator;
-            appendJson(out, std::bit_cast<float>(bits));
+            appendJson(out, bitCast<float>(bits));
             separator = ", ";
         }
         out += ']';
@@ -120,7 +131,7 @@ PlatformWatch::Mode PlatformWatch::ask(int32_t sensorId, uint32_t mode) {
     }
     NSCamHW::simplifiedMatrix matrix;
     if (NSCamHW::HwTransHelper(sensorId).getMatrixFromActive(mode, matrix)) {
-        answer.matrix = std::bit_cast<MatrixBits>(matrix);
+        answer.matrix = bitCast<MatrixBits>(matrix);
     }
     return answer;
 }

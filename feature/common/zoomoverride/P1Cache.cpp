@@ -1,6 +1,8 @@
 // The P1 answers of the requests that are not done yet.
 #include "P1Cache.h"
 
+#include <iterator>
+
 namespace NSCam::Feature {
 
 namespace {
@@ -20,8 +22,10 @@ void copyNeed(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
     }
     static_cast<ZoomOverrideNeedHeader&>(to) = static_cast<ZoomOverrideNeedHeader const&>(from);
     // Copying the table as a whole would make the ports of each sensor anew.
-    std::erase_if(to.tgCrops,
-                  [&](auto const& sensor) { return !from.tgCrops.contains(sensor.first); });
+    for (auto sensor = to.tgCrops.begin(); sensor != to.tgCrops.end();) {
+        bool const isKept = from.tgCrops.count(sensor->first) != 0;
+        sensor = isKept ? std::next(sensor) : to.tgCrops.erase(sensor);
+    }
     for (auto const& [sensorId, ports] : from.tgCrops) {
         to.tgCrops[sensorId] = ports;
     }

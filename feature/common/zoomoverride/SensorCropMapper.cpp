@@ -3,7 +3,6 @@
 #include "SensorCropMapper.h"
 
 #include <cmath>
-#include <numbers>
 
 #include "LogLines.h"
 #include "Properties.h"
@@ -16,6 +15,8 @@ namespace {
 
 // The helpers log in the name of the operation that they serve.
 constexpr char kGetSensorCrop[] = "getSensorCrop";
+
+constexpr double kPi = 3.14159265358979323846;
 
 /// The master's crop as the application sees it: centred in an array whose origin is (0, 0).
 MRect appCropRegion(MRect const& array, float zoomRatio) {
@@ -147,7 +148,7 @@ float SensorCropMapper::degreeToRadians(float degree) {
     if (turn < 0.0F) {
         turn += 360.0F;
     }
-    return static_cast<float>(static_cast<double>(turn) * std::numbers::pi / 180.0);
+    return static_cast<float>(static_cast<double>(turn) * kPi / 180.0);
 }
 
 float SensorCropMapper::degreeRatio(float degreeA, float degreeB) {

@@ -155,12 +155,12 @@ void ZoomOverrideInstantRequest::cropInternalStreams(RunTimeCropNeedData const& 
     for (auto const& stream : history.streamSizes) {
         auto const streamId = stream.first;
         ZLOG_TRACE_FOR(kGetP1CropSetting, "check streamId {0x%lx}", printableId(streamId));
-        if (mCustomCrops.contains(streamId)) {
+        if (mCustomCrops.count(streamId) != 0) {
             continue;
         }
         auto const constraint = history.constraintStreams.find(streamId);
         if (constraint == history.constraintStreams.end() ||
-            !mCustomCrops.contains(constraint->second)) {
+            mCustomCrops.count(constraint->second) == 0) {
             continue;
         }
 

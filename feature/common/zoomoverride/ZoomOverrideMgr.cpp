@@ -219,7 +219,7 @@ std::shared_ptr<RunTimeCropNeedData> ZoomOverrideMgr::getHistoryCropNeedData(int
 bool ZoomOverrideMgr::isPortExist(int32_t sensorId, int32_t port) {
     auto const sensor = mSensorPortSizes.find(static_cast<uint32_t>(sensorId));
     return sensor != mSensorPortSizes.end() &&
-           sensor->second.contains(static_cast<uint8_t>(static_cast<uint32_t>(port) & 0xFFU));
+           sensor->second.count(static_cast<uint8_t>(static_cast<uint32_t>(port) & 0xFFU)) != 0;
 }
 
 bool ZoomOverrideMgr::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,

@@ -3,15 +3,18 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <optional>
 
 namespace scenario {
 namespace {
 
-template <typename T, typename... Format>
-void appendChars(std::string& out, T value, Format... format) {
+template <typename Integer>
+void appendChars(std::string& out, Integer value, int base = 10) {
     std::array<char, 32> text;  // NOLINT(*-member-init): to_chars fills what is used
-    auto const [end, error] =
-        std::to_chars(text.data(), text.data() + text.size(), value, format...);
+    auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, base);
     out.append(text.data(), end);
 }
 
@@ -25,6 +28,95 @@ void appendQuotedKey(std::string& out, Key key) {
     out += '"';
     appendKey(out, key);
     out += '"';
+}
+
+/// A positive number: 0.digits times ten to the power of point.
+struct Decimal {
+    std::string digits;
+    int point = 0;
+};
+
+// Most numbers are whole or have few decimals, and are found by counting thousandths. A float
+// tells all numbers of six digits apart, so that no shorter one is the same float.
+std::optional<Decimal> sixDigitDecimal(float positive) {
+    double const thousandths = std::round(static_cast<double>(positive) * 1000);
+    if (thousandths < 1 || thousandths >= 1e6 ||
+        static_cast<float>(thousandths / 1000) != positive) {
+        return std::nullopt;
+    }
+    Decimal decimal;
+    appendChars(decimal.digits, static_cast<int32_t>(thousandths));
+    decimal.point = static_cast<int>(decimal.digits.size()) - 3;
+    return decimal;
+}
+
+// Devices' libraries have no to_chars for floats. The C library is as exact, but writes the decimal
+// point of the process's language: only its digits are used.
+Decimal exactDecimal(float positive) {
+    int precision = std::isnormal(positive) ? std::numeric_limits<float>::digits10 : 1;
+    std::array<char, 32> text{};
+    do {
+        std::snprintf(text.data(), text.size(), "%.*e", precision - 1,
+                      static_cast<double>(positive));
+    } while (std::strtof(text.data(), nullptr) != positive && ++precision < 10);
+
+    std::string_view const all = text.data();
+    auto const exponent = all.find('e');
+    Decimal decimal;
+    for (char const c : all.substr(0, exponent)) {
+        if (c >= '0' && c <= '9') {
+            decimal.digits += c;
+        }
+    }
+    decimal.point = std::atoi(text.data() + exponent + 1) + 1;
+    return decimal;
+}
+
+Decimal fewestDigits(float positive) {
+    auto const quick = sixDigitDecimal(positive);
+    Decimal decimal = quick.has_value() ? *quick : exactDecimal(positive);
+    decimal.digits.resize(decimal.digits.find_last_not_of('0') + 1);
+    return decimal;
+}
+
+void appendScientific(std::string& out, Decimal const& number) {
+    auto const& digits = number.digits;
+    out += digits.front();
+    if (digits.size() > 1) {
+        out.append(1, '.').append(digits, 1);
+    }
+    int const exponent = std::abs(number.point - 1);
+    out.append(number.point < 1 ? "e-" : "e+").append(exponent < 10 ? "0" : "");
+    appendChars(out, exponent);
+}
+
+void appendFraction(std::string& out, Decimal const& number) {
+    auto const& [digits, point] = number;
+    if (point <= 0) {
+        out.append("0.").append(static_cast<size_t>(-point), '0').append(digits);
+        return;
+    }
+    auto const whole = static_cast<size_t>(point);
+    out.append(digits, 0, whole).append(1, '.').append(digits, whole);
+}
+
+/// In the shorter form, without an exponent where both are as long.
+void appendFewestDigits(std::string& out, float value) {
+    if (value < 0.0F) {
+        out += '-';
+    }
+    auto const number = fewestDigits(std::fabs(value));
+    auto const count = static_cast<int>(number.digits.size());
+    bool const isWhole = number.point >= count;
+    int const lengthScientific = count + (count > 1 ? 1 : 0) + 4;
+    int const lengthOfFraction = count + (number.point > 0 ? 1 : 2 - number.point);
+    if ((isWhole ? number.point : lengthOfFraction) > lengthScientific) {
+        appendScientific(out, number);
+    } else if (isWhole) {
+        appendChars(out, static_cast<int64_t>(std::fabs(value)));  // all of its digits
+    } else {
+        appendFraction(out, number);
+    }
 }
 
 template <typename Items>
@@ -69,7 +161,7 @@ void appendJson(std::string& out, float value) {
     } else if (value == 0.0F) {
         out += std::signbit(value) ? "-0.0" : "0";  // readers take "-0" for an integer without sign
     } else {
-        appendChars(out, value);
+        appendFewestDigits(out, value);
     }
 }
 

@@ -14,9 +14,9 @@
 
 namespace scenario {
 
-// appendJson appends a value. Floats get the fewest digits that read back as the same float, or are
-// "nan", "inf" and "-inf". A 16-bit integer is a port key and a 64-bit one a stream id: strings
-// with their hexadecimal bits.
+// appendJson appends a value. Floats are rounded to the fewest digits that read back as the same
+// float, or are "nan", "inf" and "-inf". A 16-bit integer is a port key and a 64-bit one a stream
+// id: strings with their hexadecimal bits.
 void appendJson(std::string& out, bool value);
 void appendJson(std::string& out, uint32_t value);
 void appendJson(std::string& out, int32_t value);
