@@ -15,7 +15,7 @@ struct FatalEnd {};
 
 /// Call once. Also keeps the library's log off standard error.
 inline void catchFatalConditions() {
-    __android_log_set_logger([](__android_logger_data const*, char const*) {});
+    __android_log_set_logger([](auto const*...) {});
     __android_log_set_aborter([](char const*) { throw FatalEnd{}; });
 }
 

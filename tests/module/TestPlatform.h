@@ -2,6 +2,7 @@
 // tests need.
 #pragma once
 
+#include <android/log.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -60,6 +61,8 @@ class PlatformTest : public testing::Test {
         Host::resetLogSwitches();
         Host::captureLog(false);
         Host::captureLog(true);
+        // Where death tests look for what ends the process; a device's own liblog writes elsewhere.
+        __android_log_set_logger(__android_log_stderr_logger);
     }
 
     ~PlatformTest() override { Host::resetLogSwitches(); }

@@ -6,6 +6,7 @@
 
 #include "DebugWrapper.h"
 #include "ULogger.h"
+#include "host/LiblogCallback.h"
 #include "host/LogCapture.h"
 #include "host/LogSwitches.h"
 
@@ -35,6 +36,26 @@ TEST_F(LogTest, CapturesBothSinksInOrder) {
                                         {LogSink::Print, 2, longLine}};
     EXPECT_EQ(NSCam::Host::takeCapturedLog(), expected);
     EXPECT_TRUE(NSCam::Host::takeCapturedLog().empty());
+}
+
+TEST_F(LogTest, CallbacksTakeTheLinesOfAnyLiblog) {
+    struct Data {};
+    struct Message {
+        char const* message;
+    };
+    static std::string sText;
+    constexpr auto kKeep = [](auto const* line, auto... text) {
+        sText = NSCam::Host::textOf(line, text...);
+    };
+
+    void (*const takesBoth)(Data const*, char const*) = kKeep;
+    takesBoth(nullptr, "beside the line");
+    EXPECT_EQ(sText, "beside the line");
+
+    Message const message{"within"};
+    void (*const takesOne)(Message const*) = kKeep;
+    takesOne(&message);
+    EXPECT_EQ(sText, "within");
 }
 
 TEST_F(LogTest, KeepsLinesOfAllThreads) {

@@ -15,6 +15,7 @@
 #include "LiveState.h"
 #include "PartWriter.h"
 #include "Settings.h"
+#include "host/LiblogCallback.h"
 
 namespace zoomrecorder {
 namespace {
@@ -30,8 +31,9 @@ class PartsTest : public ::testing::Test {
  protected:
     PartsTest() {
         sReports.clear();
-        __android_log_set_logger(
-            [](__android_logger_data const*, char const* text) { sReports.emplace_back(text); });
+        __android_log_set_logger([](auto const* line, auto... text) {
+            sReports.emplace_back(NSCam::Host::textOf(line, text...));
+        });
         std::filesystem::remove_all(mFolder);
         std::filesystem::create_directory(mFolder);
     }

@@ -69,6 +69,6 @@ int soak(uint32_t requests) {
 
 int main(int argc, char** argv) {
     // What the library logs is not what is looked at here, and would be all that is seen.
-    __android_log_set_logger([](__android_logger_data const*, char const*) {});
+    __android_log_set_logger([](auto const*...) {});
     return NSCam::Feature::soak(static_cast<uint32_t>(argc > 1 ? std::stoul(argv[1]) : 1'000'000));
 }

@@ -311,7 +311,7 @@ void stress(uint64_t calls, uint32_t seed) {
 
 int main(int argc, char** argv) {
     // What the library logs is not what is looked at here, and would be all that is seen.
-    __android_log_set_logger([](__android_logger_data const*, char const*) {});
+    __android_log_set_logger([](auto const*...) {});
     uint64_t const calls = argc > 1 ? std::stoull(argv[1]) : 100'000;
     auto const seed = static_cast<uint32_t>(argc > 2 ? std::stoul(argv[2]) : 1);
     NSCam::Feature::stress(calls, seed);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "Operations.h"
+#include "host/LiblogCallback.h"
 #include "scenario/json/LineError.h"
 #include "scenario/json/Value.h"
 
@@ -21,11 +22,11 @@ std::string theLastError;
 
 // liblog would repeat on standard error what --log is for. Only an error matters even without it:
 // it is what the library says before it stops the process.
-void keepError(__android_logger_data const* line, char const* text) {
+constexpr auto keepError = [](auto const* line, auto... text) {
     if (line->priority == ANDROID_LOG_ERROR) {
-        theLastError = text;
+        theLastError = NSCam::Host::textOf(line, text...);
     }
-}
+};
 
 LineTime readTime(Fields& fields) {
     auto const read = [&fields](std::string_view name) {
