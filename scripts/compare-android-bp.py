@@ -5,12 +5,12 @@
 The build folder holds a codemodel of CMake's file API. Ends with 1 after a line for each difference.
 """
 
-import ast
 import fnmatch
 import json
 import pathlib
-import re
 import sys
+
+import android_bp
 
 # The module in Android.bp that lists sources, and the CMake targets that compile them (patterns).
 STANDS_FOR = {
@@ -19,18 +19,6 @@ STANDS_FOR = {
     "libcam.zoomoverride_host_platform_srcs": ["qvxcam_*"],
     "libcam.zoomoverride_recorder": ["zoomoverride_recorder*", "scenario_text"],
 }
-
-
-def sources_in_android_bp(path):
-    """Name of a module to the set of its sources."""
-    text = re.sub(r"^\s*//.*$", "", path.read_text(), flags=re.MULTILINE)
-    modules = {}
-    for body in re.findall(r"^\w+ (\{.*?^\})", text, flags=re.MULTILINE | re.DOTALL):
-        literal = re.sub(r"^(\s*)(\w+):", r'\1"\2":', body, flags=re.MULTILINE)
-        literal = re.sub(r": (true|false),$", lambda match: f": {match[1].title()},", literal, flags=re.MULTILINE)
-        properties = ast.literal_eval(literal)
-        modules[properties["name"]] = set(properties.get("srcs", []))
-    return modules
 
 
 def sources_in_cmake(build):
@@ -46,15 +34,15 @@ def sources_in_cmake(build):
 
 
 def main():
-    android_bp, build = map(pathlib.Path, sys.argv[1:])
-    modules = sources_in_android_bp(android_bp)
+    listing, build = map(pathlib.Path, sys.argv[1:])
+    modules = android_bp.read_modules(listing)
     targets = sources_in_cmake(build)
 
     failed = False
     for module, patterns in STANDS_FOR.items():
-        listed = modules.get(module, set())
+        listed = set(modules.get(module, {}).get("srcs", []))
         compiled = set().union(*(targets[name] for pattern in patterns for name in fnmatch.filter(targets, pattern)))
-        where = f'"{module}" of {android_bp}'
+        where = f'"{module}" of {listing}'
         for path in sorted(compiled - listed):
             print(f"{path}: compiled by CMake, missing in {where}")
             failed = True
@@ -63,7 +51,7 @@ def main():
             failed = True
     if failed:
         sys.exit(1)
-    print(f"{android_bp}: the sources are those of the CMake build")
+    print(f"{listing}: the sources are those of the CMake build")
 
 
 if __name__ == "__main__":
