@@ -1,5 +1,6 @@
 #!/bin/sh
-# Holds Android.bp to the format of bpfmt, and its lists of sources to those of the CMake build.
+# Holds Android.bp to the format of bpfmt and its lists of sources to those of the CMake build, and asks Soong, as
+# Debian packages it, whether it builds and installs what a device is to get.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -20,3 +21,7 @@ mkdir -p "$query"
 touch "$query/codemodel-v2"
 cmake --preset release >/dev/null
 python3 scripts/compare-android-bp.py Android.bp build/release
+
+echo "Android.bp: asking Soong"
+cd tests/device
+GO111MODULE=off GOPATH=/usr/share/gocode GOCACHE=$OLDPWD/build/go go test -vet=off -count=1 .
