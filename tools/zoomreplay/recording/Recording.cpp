@@ -123,6 +123,13 @@ void Recording::take(uint64_t line, DoneInput const& input) {
     }
 }
 
+void Recording::take(uint64_t /*line*/, ObservedInput const& input) {
+    auto const known = mByNumber.find(input.observation.requestNo);
+    if (known != mByNumber.end()) {
+        mOpen.at(known->second).record.observed = input.observation;
+    }
+}
+
 Recording::Place Recording::addRequest(uint64_t line, uint32_t requestNo) {
     bool const isInRange = mRange.contains(requestNo);
     RequestRecord request{};

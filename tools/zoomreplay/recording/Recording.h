@@ -51,6 +51,7 @@ class Recording : public OutcomeConsumer {
     void take(uint64_t line, SettingInput const& input);
     void take(uint64_t line, QueryInput const& input);
     void take(uint64_t line, DoneInput const& input);
+    void take(uint64_t line, ObservedInput const& input);
 
     int64_t now() const;  // microseconds
     Place addRequest(uint64_t line, uint32_t requestNo);

@@ -70,6 +70,7 @@ struct RequestRecord {
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;  ///< null without a deposit
     size_t rig = 0;
     bool hasP1Answer = false;
+    std::optional<Observation> observed;  ///< the latest
     std::vector<QueryRecord> queries;
     std::vector<LineRecord> lines;
 };

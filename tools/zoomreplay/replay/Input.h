@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <unordered_map>
 #include <variant>
 
@@ -62,8 +64,21 @@ struct DoneInput {
     uint32_t requestNo;
 };
 
+/// What the phone itself reported for a request. The library knows nothing of it.
+struct Observation {
+    uint32_t requestNo = 0;
+    std::optional<float> zoomRatio;
+    std::optional<NSCam::MRect> cropRegion;       ///< in the active array that the phone reports
+    std::optional<std::string> activePhysicalId;  ///< of the camera that the picture is from
+};
+
+struct ObservedInput {
+    Observation const& observation;
+};
+
 /// Refers to what the line in hand holds: whoever wants to keep it takes a copy.
-using Input = std::variant<SensorInput, PublishInput, InitializeInput, SensorInfoInput,
-                           DepositInput, MetadataInput, SettingInput, QueryInput, DoneInput>;
+using Input =
+    std::variant<SensorInput, PublishInput, InitializeInput, SensorInfoInput, DepositInput,
+                 MetadataInput, SettingInput, QueryInput, DoneInput, ObservedInput>;
 
 }  // namespace zoomreplay

@@ -84,11 +84,30 @@ std::optional<Answer> publish(Fields& fields, Library& library) {
     return std::nullopt;
 }
 
+template <typename T>
+void readOptional(Fields& fields, std::string_view name, std::optional<T>& result) {
+    T value{};
+    if (fields.optional(name, value)) {
+        result = std::move(value);
+    }
+}
+
+// For those who follow the replay only.
+std::optional<Answer> observed(Fields& fields, Library& library) {
+    Observation observation;
+    fields.required("requestNo", observation.requestNo);
+    readOptional(fields, "zoomRatio", observation.zoomRatio);
+    readOptional(fields, "cropRegion", observation.cropRegion);
+    readOptional(fields, "activePhysicalId", observation.activePhysicalId);
+    fields.finish();
+
+    library.announce(ObservedInput{observation});
+    return std::nullopt;
+}
+
 constexpr std::array kPlatformOperations{
-    Operation{"property", property},
-    Operation{"logger", logger},
-    Operation{"sensor", sensor},
-    Operation{"publish", publish},
+    Operation{"property", property}, Operation{"logger", logger},     Operation{"sensor", sensor},
+    Operation{"publish", publish},   Operation{"observed", observed},
 };
 
 }  // namespace

@@ -121,6 +121,30 @@ Row correctionRow(CorrectionAnswer const& answer) {
     return row;
 }
 
+// Of any text, what fits into a cell.
+std::string plainText(std::string text) {
+    constexpr size_t kLongest = 30;
+    text.resize(std::min(text.size(), kLongest));
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
+    return text;
+}
+
+Row observedRow(Observation const& observation) {
+    Row row;
+    row.request = std::to_string(observation.requestNo);
+    row.query = "phone";
+    row.applied = observation.zoomRatio.has_value() ? ratioText(*observation.zoomRatio) : "-";
+    row.answer = "seen";
+    if (observation.activePhysicalId.has_value()) {
+        row.crops.push_back(" camera  " + plainText(*observation.activePhysicalId));
+    }
+    if (observation.cropRegion.has_value()) {
+        row.crops.push_back(" region  " + rectText(*observation.cropRegion));
+    }
+    return row;
+}
+
 std::optional<Row> rowOf(Answer const& answer) {
     return std::visit(
         Overloaded{[](P1Answer const& query) { return std::optional(queryRow("P1", query)); },
@@ -223,11 +247,22 @@ void Table::consume(Outcome const& outcome) {
         appendLogLine(text, logLine);
         text += '\n';
     }
+    write(std::move(text));
+}
 
+void Table::prepare(uint64_t line, Input const& input) {
+    if (auto const* observed = std::get_if<ObservedInput>(&input)) {
+        std::string text;
+        appendRow(text, std::to_string(line), observedRow(observed->observation), mIsColoured);
+        write(rstripped(std::move(text)) + '\n');
+    }
+}
+
+void Table::write(std::string text) {
     if (!mHasHeader) {
         mHasHeader = true;
-        mFile.write(
-            "   line    request  query    asked  override  answer    sensor, port and crop\n");
+        text.insert(
+            0, "   line    request  query    asked  override  answer    sensor, port and crop\n");
     }
     mFile.write(text);
 }

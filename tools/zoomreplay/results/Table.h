@@ -15,12 +15,17 @@ class Table : public OutcomeConsumer {
     /// @param file outlives the table.
     explicit Table(File& file) : mFile(file), mIsColoured(file.isTerminal()) {}
 
+    /// What a phone observed has a row, too.
+    void prepare(uint64_t line, Input const& input) override;
+
     void consume(Outcome const& outcome) override;
 
     /// Tells when there was nothing to show.
     void finish() override;
 
  private:
+    void write(std::string text);
+
     File& mFile;
     bool mIsColoured;
     bool mHasHeader = false;
