@@ -94,6 +94,103 @@ TEST_F(ImportRigTest, PhoneWithThreeHiddenCameras) {
 )");
 }
 
+// What one form of text becomes.
+struct Form {
+    char const* file;
+    std::vector<std::string> options;
+    std::string_view sensors;             ///< ids of the sensor lines, in their order
+    std::string_view rig;                 ///< the lines from the configuration on
+    std::vector<std::string_view> notes;  ///< are in comments
+};
+
+void PrintTo(Form const& form, std::ostream* out) {
+    *out << form.file;
+}
+
+class FormTest : public ImportRigTest, public testing::WithParamInterface<Form> {};
+
+TEST_P(FormTest, BecomesARigThatStreams) {
+    auto const& [file, options, sensors, rig, notes] = GetParam();
+    std::vector<std::string> arguments{"import-rig", phone(file)};
+    arguments.insert(arguments.end(), options.begin(), options.end());
+    auto const result = run(arguments);
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(result.err, "");
+
+    std::string ids;
+    constexpr std::string_view kSensorOp = R"("op": "sensor", "id": )";
+    for (auto at = result.out.find(kSensorOp); at != std::string::npos;
+         at = result.out.find(kSensorOp, at + 1)) {
+        auto const begin = at + kSensorOp.size();
+        ids += result.out.substr(begin, result.out.find(',', begin) - begin) + ' ';
+    }
+    EXPECT_EQ(ids, sensors);
+    auto const plain = withoutComments(result.out);
+    EXPECT_EQ(plain.substr(plain.find(R"({"op": "configSensorInfo")")), rig);
+    for (auto const note : notes) {
+        EXPECT_THAT(result.out, HasSubstr(note));
+    }
+
+    write("rig.jsonl", result.out);
+    write("zoom.log",
+          "f1:0ns: REQ:android.control.zoomRatio: [2.0]\n"
+          "f2:0ns: REQ:android.control.zoomRatio: [3.0]\n");
+    for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
+        auto const scenario =
+            run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", mode});
+        EXPECT_EQ(scenario.err, "") << mode;
+        auto const results = replay(scenario.out);
+        EXPECT_EQ(results.status, 0) << mode << '\n' << results.err;
+        EXPECT_THAT(results.out, AllOf(HasSubstr("\"overrideValid\": true"),
+                                       testing::Not(HasSubstr("\"exception\""))))
+            << mode;
+    }
+}
+
+// The lenses are of 4, 8, 16 and 32 mm behind 8 x 6 mm: half the angles have the tangents 1 and
+// 0.75, and so on. The first is read out in 4000 of 4100 columns of 8.2 mm.
+Form const kForms[] = {
+    // Characters for ids, a front camera first, and a session with a stream of its own for 58.
+    {"characters.txt",
+     {},
+     "1 58 56 52 54 ",
+     R"({"op": "configSensorInfo", "sensorIds": [56, 58, 52, 54], "sensorInfos": {"56": {"degreeH": 53.130104, "degreeV": 41.11209, "activeArray": [0, 0, 4000, 3000]}, "58": {"degreeH": 90, "degreeV": 73.73979, "activeArray": [0, 0, 4000, 3000]}, "52": {"degreeH": 28.072487, "degreeV": 21.239311, "activeArray": [0, 0, 4000, 3000]}, "54": {"degreeH": 14.250032, "degreeV": 10.71165, "activeArray": [0, 0, 4000, 3000]}}}
+{"op": "setRunTimeCropNeedData", "requestNo": 0, "sensorModes": {"52": 0, "54": 0, "56": 0, "58": 0}, "streamSizes": {"0x70013400000000": [1920, 1440], "0x70013600000000": [1920, 1440], "0x70013800000000": [1920, 1440], "0x70013a00000000": [1920, 1440], "0x70013a00000001": [4000, 3000]}}
+)",
+     {"Sensor 58 is physical camera 58 of camera 0: faces back, turned by 90 degrees, 4 mm",
+      "Sensor 1 is camera 1: faces front, turned by 270 degrees",
+      "zooms from 0.5 to 10, digital zoom up to 8.",
+      "stream 1: 4000 x 3000 of physical camera 58"}},
+    {"module.txt",
+     {},
+     "0 1 ",
+     R"({"op": "configSensorInfo", "sensorIds": [0], "sensorInfos": {"0": {"degreeH": 53.130104, "degreeV": 41.11209, "activeArray": [0, 0, 4000, 3000]}}}
+{"op": "setRunTimeCropNeedData", "requestNo": 0, "sensorModes": {"0": 0}, "streamSizes": {"0x70010000000000": [1600, 1200]}}
+)",
+     {"The master is sensor 0: the first camera that faces back."}},
+    // An older interface to camera 50 without characteristics, and a front camera before it.
+    {"legacy.txt",
+     {},
+     "50 1 ",
+     R"({"op": "configSensorInfo", "sensorIds": [50], "sensorInfos": {"50": {"degreeH": 53.130104, "degreeV": 41.11209, "activeArray": [0, 0, 4000, 3000]}}}
+)",
+     {}},
+    {"its.json",
+     {},
+     "2 5 ",
+     R"({"op": "configSensorInfo", "sensorIds": [5, 2], "sensorInfos": {"5": {"degreeH": 53.130104, "degreeV": 41.11209, "activeArray": [8, 0, 4000, 3000]}, "2": {"degreeH": 90, "degreeV": 73.73979, "activeArray": [0, 0, 4000, 3000]}}}
+)",
+     {"physical cameras 2, 5, zooms from 0.5 to 8.", "It looks the same as: 0.",
+      "53.130104 x 41.11209 by its physical size (taken), 43.602818 x 33.398487 by"}},
+    {"its.json",
+     {"--angles", "intrinsics", "--cameras", "5"},
+     "5 ",
+     R"({"op": "configSensorInfo", "sensorIds": [5], "sensorInfos": {"5": {"degreeH": 43.602818, "degreeV": 33.398487, "activeArray": [8, 0, 4000, 3000]}}}
+)",
+     {"by android.lens.intrinsicCalibration (taken)"}},
+};
+INSTANTIATE_TEST_SUITE_P(All, FormTest, testing::ValuesIn(kForms));
+
 TEST_F(ImportRigTest, CamerasAndMasterCanBeChosen) {
     auto const sensorIds = [&](std::vector<std::string> const& options) {
         std::vector<std::string> arguments{"import-rig", phone("stereo.txt")};
@@ -130,7 +227,7 @@ struct Change {
     char const* name;
     std::string_view from;
     std::string_view to;
-    std::string_view complaint;  ///< what is said of camera 7; empty when nothing is wrong
+    std::string complaint;  ///< what is said of camera 7; empty when nothing is wrong
 };
 
 void PrintTo(Change const& change, std::ostream* out) {
@@ -150,18 +247,26 @@ TEST_P(ChangedDumpTest, IsUsedOrToldAndLeftOut) {
         EXPECT_EQ(result.err, "");
         EXPECT_THAT(result.out, AllOf(HasSubstr(kSensorLine), HasSubstr(kConfigLine)));
     } else {
-        EXPECT_EQ(result.err, "dump.txt: camera 7" + std::string(complaint) + "\n");
-        EXPECT_THAT(result.out, AllOf(testing::Not(HasSubstr("Sensor 7")), HasSubstr("Sensor 8")));
+        bool const isLeftOut = complaint.substr(0, 12) == " is left out";
+        EXPECT_EQ(result.err, "dump.txt: camera 7" + complaint + "\n");
+        EXPECT_EQ(result.out.find("Sensor 7") == std::string::npos, isLeftOut);
+        EXPECT_THAT(result.out, HasSubstr("Sensor 8"));
     }
 }
 
 constexpr std::string_view kFocalLengths = "android.lens.info.availableFocalLengths";
-constexpr std::string_view kNoFocalLengths =
-    " is left out: android.lens.info.availableFocalLengths cannot be read";
-constexpr std::string_view kNoArray =
-    " is left out: android.sensor.info.activeArraySize cannot be read";
-constexpr std::string_view kEmptyArray =
-    " is left out: android.sensor.info.activeArraySize is no area";
+char const* const kEmptyArray = " is left out: android.sensor.info.activeArraySize is no area";
+
+// What is told of values that are none of the tag's.
+std::string noArray(std::string const& found) {
+    return " is left out: android.sensor.info.activeArraySize cannot be read (line 5: " + found +
+           ")";
+}
+
+std::string noFocalLength(std::string const& found) {
+    return " is left out: android.lens.info.availableFocalLengths cannot be read (line 3: " +
+           found + ")";
+}
 
 // Makes camera 7 a logical one of camera 5, in the place of a line that nobody needs.
 constexpr std::string_view kTitle = "  API2 camera characteristics:\n";
@@ -177,18 +282,30 @@ Change const kChanges[] = {
      ""},
     {"tag missing", kFocalLengths, "android.lens.info.focalLengths",
      " is left out: no android.lens.info.availableFocalLengths"},
-    {"values missing", "[4 4 4081 3073 ]", "", kNoArray},
-    {"fewer values than announced", "[4 4 4081 3073 ]", "[4 4 4081 ]", kNoArray},
-    {"more values than announced", "[4 4 4081 3073 ]", "[4 4 4081 3073 1 ]", kNoArray},
-    {"another type", "int32[4]", "int64[4]", kNoArray},
-    {"values beyond the type", "[4 4 4081 3073 ]", "[4 4 4294967296 3073 ]", kNoArray},
-    {"no whole numbers", "[4 4 4081 3073 ]", "[4 4 4081.5 3073 ]", kNoArray},
+    {"values missing", "[4 4 4081 3073 ]", "", noArray("[], announced as 4 values")},
+    {"fewer values than announced", "[4 4 4081 3073 ]", "[4 4 4081 ]",
+     noArray("[4 4 4081 ], announced as 4 values")},
+    {"more values than announced", "[4 4 4081 3073 ]", "[4 4 4081 3073 1 ]",
+     noArray("[4 4 4081 3073 1 ], announced as 4 values")},
+    {"another type", "int32[4]", "int64[4]", noArray("[4 4 4081 3073 ], not announced as int32")},
+    {"values beyond the type", "[4 4 4081 3073 ]", "[4 4 4294967296 3073 ]",
+     noArray("[4 4 4294967296 3073 ], announced as 4 values")},
+    {"no whole numbers", "[4 4 4081 3073 ]", "[4 4 4081.5 3073 ]",
+     noArray("[4 4 4081.5 3073 ], announced as 4 values")},
     {"empty array", "[4 4 4081 3073 ]", "[4 4 0 3073 ]", kEmptyArray},
     {"negative origin", "[4 4 4081 3073 ]", "[-4 4 4081 3073 ]", kEmptyArray},
     {"array beyond all coordinates", "[4 4 4081 3073 ]", "[4 4 2147483647 3073 ]", kEmptyArray},
     {"floats without separator", "float[1]\n        [2.16000009 ]",
-     "float[2]\n        [2.160000094.38000011 ]", kNoFocalLengths},
-    {"not finite", "[2.16000009 ]", "[1e99 ]", kNoFocalLengths},
+     "float[2]\n        [2.160000094.38000011 ]",
+     " is left out: several focal lengths, so that its angles of view are not known"},
+    {"floats without separator, damaged", "[2.16000009 ]", "[2.1600000.38000011 ]",
+     noFocalLength("[2.1600000.38000011 ], announced as 1 values")},
+    {"values on the tag's own line", "int32[4]\n       ", "int32[4]", ""},
+    {"pasted into a mail", "      android.lens", "> > android.lens", ""},
+    {"out of logcat", "      android.sensor.info.physicalSize",
+     "11-21 12:00:00.000  1234  5678 D dump    : android.sensor.info.physicalSize", ""},
+    {"out of an old logcat", "        [4 4 4081", "D/dump    ( 1234):         [4 4 4081", ""},
+    {"not finite", "[2.16000009 ]", "[1e99 ]", noFocalLength("[1e99 ], announced as 1 values")},
     {"focal length of an unknown lens", "[2.16000009 ]", "[0.00000000 ]",
      " is left out: android.lens.info.availableFocalLengths is no length"},
     {"flat sensor", "5.23263979 3.94239998", "5.23263979 0.00000000",
@@ -196,12 +313,16 @@ Change const kChanges[] = {
     {"two things wrong", "[2.16000009 ]\n      android.sensor.info.a",
      "[x ]\n      android.sensor.info.preCorrectionA",
      " is left out: no android.sensor.info.activeArraySize; "
-     "android.lens.info.availableFocalLengths cannot be read"},
-    {"ids without end", kTitle,
-     "android.logicalMultiCamera.physicalIds (1a0000): byte[2]\n[53 54 ]\n",
-     " is left out: android.logicalMultiCamera.physicalIds cannot be read"},
-    {"ids of a camera that is not there", kTitle, kPhysicalIds,
-     ": no characteristics of its physical camera 5"},
+     "android.lens.info.availableFocalLengths cannot be read (line 3: [x ], announced as 1 "
+     "values)"},
+    {"pixels that are not square", "[5.23263979 3.94239998 ]", "[3.66 8.96 ]",
+     ": 3.66 x 8.96 mm for 4081 x 3073 pixels, which would not be square; one of its angles is "
+     "wrong"},
+    {"a lens that sees nearly everything", "[2.16000009 ]", "[0.2 ]",
+     ": an angle of view of 171.25725 degrees; its physical size or focal length is wrong"},
+    {"array outside the pixels", kTitle,
+     "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 3076 ]\n",
+     ": an active array outside its pixel array; crops may be shifted"},
 };
 INSTANTIATE_TEST_SUITE_P(All, ChangedDumpTest, testing::ValuesIn(kChanges));
 
@@ -229,22 +350,38 @@ TEST_P(UnusableDumpTest, HasStatusTwoAndKeepsTheOutputFile) {
 }
 
 Failure const kFailures[] = {
-    {"", {}, "dump.txt: has no characteristics of cameras\n"},
-    {"error: no devices\n", {}, "dump.txt: has no characteristics of cameras\n"},
-    {"\xFF\xFE=", {}, "dump.txt: is UTF-16, as some shells write; save it as UTF-8\n"},
+    {"", {}, "dump.txt: is empty: did the command run, with a phone connected?\n"},
+    {"error: no devices\n",
+     {},
+     "dump.txt: has no characteristics of cameras; see zoomreplay import-rig --help\n"},
+    {"\nPermission Denial: can't dump CameraService from pid=1, uid=2\n",
+     {},
+     "dump.txt: the phone refused, line 2: Permission Denial: can't dump CameraService from pid=1, "
+     "uid=2; run the command from adb shell\n"},
+    {"<!DOCTYPE html>\n<html>\n", {}, "dump.txt: is a web page; save the phone's text itself\n"},
+    {"PK\x03\x04", {}, "dump.txt: is a zip archive, as bugreports are; unpack its text with: "},
+    {"\x1F\x8B", {}, "dump.txt: is compressed; unpack it with: gzip -dc dump.txt > phone.txt\n"},
+    {"== Camera HAL device device@1.0/legacy/0 (v1.0) static information: ==\n",
+     {},
+     "dump.txt: has cameras, but not their characteristics; take it again as adb shell or root\n"},
+    {"\xFF\xFE=",
+     {},
+     "dump.txt: is UTF-16, as some shells write; convert it with: iconv -f UTF-16 -t UTF-8 "
+     "dump.txt > "
+     "phone.txt\n"},
     {replaced(std::string(kDump), "float[1]", "float[2]"),
      {},
-     "is left out: android.lens.info.availableFocalLengths cannot be read\n"
+     "cannot be read (line 3: [2.16000009 ], announced as 2 values)\n"
      "dump.txt: has no camera that can be used\n"},
     {replaced(std::string(kDump), "static information", "dumpState"),
      {},
-     "dump.txt: has no characteristics of cameras\n"},
+     "dump.txt: has no characteristics of cameras; see zoomreplay import-rig --help\n"},
     {std::string(kDump), {"--cameras", "1"}, "dump.txt: has no camera 1, only 7\n"},
     {std::string(kDump), {"--master", "1"}, "camera 1 cannot be the master, only one of 7\n"},
     {replaced(std::string(kDump), kTitle, kPhysicalIds) +
          replaced(replaced(std::string(kDump), "legacy/7", "legacy/5"), "2.16000009", "2.2"),
      {},
-     "dump.txt: camera 7: none of its physical cameras that can be used (5) has its focal length "
+     "dump.txt: camera 7: none of its physical cameras (5) has its focal length "
      "and physical size; choose the main one with --master\n"},
     {std::string(kDump), {"--fast"}, "--fast: unknown option\n"},
 };

@@ -11,7 +11,7 @@ namespace {
 // A logical camera has no sensor of its own, unless it is one of its own physical cameras.
 bool isSensor(CameraStatics const& camera) {
     auto const& ids = camera.physicalIds;
-    return ids.empty() || std::find(ids.begin(), ids.end(), camera.id) != ids.end();
+    return !isLogical(camera) || std::find(ids.begin(), ids.end(), camera.id) != ids.end();
 }
 
 CameraStatics const* findCamera(Cameras const& cameras, std::string const& id) {
@@ -36,19 +36,25 @@ std::string idsOf(Cameras const& cameras) {
     return join(ids, ", ");
 }
 
+std::string damageText(CameraStatics const& camera, std::string_view name) {
+    return std::string(name) + " cannot be read (" + camera.unreadable.at(name) + ")";
+}
+
 /// Why a camera cannot be a sensor of the rig; empty when it can.
-std::vector<std::string> defectsOf(CameraStatics const& camera) {
+std::vector<std::string> defectsOf(CameraStatics const& camera, AngleSource source) {
+    if (!camera.hasTags) {
+        return {"has no characteristics"};
+    }
     std::vector<std::string> defects;
     auto const lacks = [&](std::string_view name, bool isThere) {
         if (camera.unreadable.contains(name)) {
-            defects.push_back(std::string(name) + " cannot be read");
+            defects.push_back(damageText(camera, name));
         } else if (!isThere) {
             defects.push_back("no " + std::string(name));
         }
         return !isThere || camera.unreadable.contains(name);
     };
 
-    lacks(tag::kPhysicalIds, true);
     if (!lacks(tag::kActiveArray, camera.activeArray.has_value()) &&
         !isArray(*camera.activeArray)) {
         defects.push_back(std::string(tag::kActiveArray) + " is no area");
@@ -57,11 +63,16 @@ std::vector<std::string> defectsOf(CameraStatics const& camera) {
         !((*camera.physicalSize)[0] > 0.0F && (*camera.physicalSize)[1] > 0.0F)) {
         defects.push_back(std::string(tag::kPhysicalSize) + " is no area");
     }
+    if (source == AngleSource::Intrinsics &&
+        !lacks(tag::kIntrinsics, camera.intrinsics.has_value()) &&
+        !((*camera.intrinsics)[0] > 0.0F && (*camera.intrinsics)[1] > 0.0F)) {
+        defects.push_back(std::string(tag::kIntrinsics) + " has no focal lengths");
+    }
     if (lacks(tag::kFocalLengths, !camera.focalLengths.empty())) {
         return defects;
     }
     if (camera.focalLengths.size() > 1) {
-        defects.push_back("several focal lengths, so that its angles of view are not known");
+        defects.emplace_back("several focal lengths, so that its angles of view are not known");
     } else if (!(camera.focalLengths.front() > 0.0F)) {
         defects.push_back(std::string(tag::kFocalLengths) + " is no length");
     }
@@ -76,8 +87,10 @@ std::vector<std::string> flawsOf(CameraStatics const& camera, Cameras const& all
             flaws.push_back("no characteristics of its physical camera " + id);
         }
     }
-    if (camera.unreadable.contains(tag::kZoomRatioRange)) {
-        flaws.push_back(std::string(tag::kZoomRatioRange) + " cannot be read");
+    for (auto const name : {tag::kPhysicalIds, tag::kZoomRatioRange, tag::kPixelArray}) {
+        if (camera.unreadable.contains(name)) {
+            flaws.push_back(damageText(camera, name));
+        }
     }
     return flaws;
 }
@@ -106,7 +119,30 @@ Cameras choose(Cameras const& all, std::vector<std::string> const& ids) {
     return chosen;
 }
 
-Cameras usablePhysicals(CameraStock const& stock, CameraStatics const& logical) {
+bool facesBack(CameraStatics const* camera) {
+    return camera->facing == Facing::Back;
+}
+
+/// The first camera that is both, or else the first that is wanted; null without any.
+template <typename IsWanted>
+CameraStatics const* firstFacingBack(Cameras const& cameras, IsWanted isWanted) {
+    auto const isBoth = [&](auto const* camera) { return isWanted(*camera) && facesBack(camera); };
+    auto found = std::find_if(cameras.begin(), cameras.end(), isBoth);
+    if (found == cameras.end()) {
+        found = std::find_if(cameras.begin(), cameras.end(),
+                             [&](auto const* camera) { return isWanted(*camera); });
+    }
+    return found == cameras.end() ? nullptr : *found;
+}
+
+[[noreturn]] void refuseRest(CameraStock const& stock, std::string const& why) {
+    throw UserError(why +
+                    "; the others are not the whole phone. Name what the rig shall have with "
+                    "--cameras, of " +
+                    idsOf(stock.usable));
+}
+
+Cameras physicalsOf(CameraStock const& stock, CameraStatics const& logical) {
     Cameras physicals;
     for (auto const& id : logical.physicalIds) {
         addOnce(physicals, findCamera(stock.usable, id));
@@ -114,11 +150,40 @@ Cameras usablePhysicals(CameraStock const& stock, CameraStatics const& logical) 
     return physicals;
 }
 
-CameraStatics const* firstLogical(CameraStock const& stock) {
-    auto const found =
-        std::find_if(stock.chosen.begin(), stock.chosen.end(),
-                     [&](auto const* camera) { return !usablePhysicals(stock, *camera).empty(); });
-    return found == stock.chosen.end() ? nullptr : *found;
+void demandChosen(CameraStock const& stock) {
+    for (auto const* camera : stock.chosen) {
+        if (isSensor(*camera) && findCamera(stock.usable, camera->id) == nullptr) {
+            throw UserError("camera " + camera->id +
+                            " was chosen, but cannot be used, as told above");
+        }
+    }
+}
+
+// All of a logical camera, or nothing.
+void demandWhole(CameraStock const& stock, CameraStatics const& logical) {
+    bool const isWhole =
+        !logical.unreadable.contains(tag::kPhysicalIds) &&
+        std::all_of(logical.physicalIds.begin(), logical.physicalIds.end(),
+                    [&](auto const& id) { return findCamera(stock.usable, id) != nullptr; });
+    if (!isWhole) {
+        refuseRest(stock, "camera " + logical.id +
+                              " is made of several, which cannot all be used, as told above");
+    }
+}
+
+CameraStatics const& mainSensorAlone(CameraStock const& stock) {
+    for (auto const* camera : stock.all) {
+        if (!camera->hasTags) {
+            refuseRest(stock, "camera " + camera->id + " is there, but not described");
+        }
+    }
+    auto const isAny = [](auto const&) { return true; };
+    auto const* const camera = firstFacingBack(stock.usable, isAny);
+    bool const isBackLost = std::any_of(stock.all.begin(), stock.all.end(), facesBack);
+    if (isBackLost && !facesBack(camera)) {
+        refuseRest(stock, "no camera that faces back can be used, as told above");
+    }
+    return *camera;
 }
 
 // A logical camera describes itself with the optics of its main sensor.
@@ -128,8 +193,8 @@ CameraStatics const* mainSensor(CameraStatics const& logical, Cameras const& phy
                camera->physicalSize == logical.physicalSize;
     });
     if (found == physicals.end()) {
-        throw UserError("camera " + logical.id +
-                        ": none of its physical cameras that can be used (" + idsOf(physicals) +
+        throw UserError("camera " + logical.id + ": none of its physical cameras (" +
+                        idsOf(physicals) +
                         ") has its focal length and physical size; choose the main one with "
                         "--master");
     }
@@ -139,23 +204,25 @@ CameraStatics const* mainSensor(CameraStatics const& logical, Cameras const& phy
 }  // namespace
 
 CameraStock sortCameras(std::vector<CameraStatics> const& cameras,
-                        std::vector<std::string> const& chosenIds) {
+                        std::vector<std::string> const& chosenIds, AngleSource source) {
     CameraStock stock;
     for (auto const& camera : cameras) {
         stock.all.push_back(&camera);
     }
     stock.chosen = choose(stock.all, chosenIds);
     for (auto const* camera : stock.chosen) {
-        auto complaints = isSensor(*camera) ? defectsOf(*camera) : std::vector<std::string>{};
-        bool const isUsable = complaints.empty();
-        if (isSensor(*camera) && isUsable) {
+        bool const isAlone = isSensor(*camera);
+        auto complaints = isAlone ? defectsOf(*camera, source) : std::vector<std::string>{};
+        bool const isLeftOut = !complaints.empty();
+        if (isAlone && !isLeftOut) {
             stock.usable.push_back(camera);
+            complaints = doubtsAbout(*camera);
         }
         auto const flaws = flawsOf(*camera, stock.all);
         complaints.insert(complaints.end(), flaws.begin(), flaws.end());
         if (!complaints.empty()) {
             stock.complaints.push_back("camera " + camera->id +
-                                       (isUsable ? ": " : " is left out: ") +
+                                       (isLeftOut ? " is left out: " : ": ") +
                                        join(complaints, "; "));
         }
     }
@@ -164,13 +231,23 @@ CameraStock sortCameras(std::vector<CameraStatics> const& cameras,
 
 SensorGroup groupSensors(CameraStock const& stock, bool areAllWanted,
                          std::optional<std::string> const& masterId) {
-    auto const* const logical = firstLogical(stock);
-    SensorGroup group{{stock.usable.front()}, "the first camera"};
+    auto const* const logical = firstFacingBack(
+        stock.chosen, [](CameraStatics const& camera) { return isLogical(camera); });
+    if (logical != nullptr) {
+        demandWhole(stock, *logical);
+    }
+    SensorGroup group;
     if (areAllWanted) {
+        demandChosen(stock);
         group.sensors = stock.usable;
     } else if (logical != nullptr) {
-        group.sensors = usablePhysicals(stock, *logical);
+        group.sensors = physicalsOf(stock, *logical);
+    } else {
+        group.sensors = {&mainSensorAlone(stock)};
     }
+    group.cameraId = logical != nullptr ? logical->id : group.sensors.front()->id;
+    group.masterReason =
+        facesBack(group.sensors.front()) ? "the first camera that faces back" : "the first camera";
 
     auto const* master = group.sensors.front();
     if (masterId.has_value()) {
@@ -181,9 +258,11 @@ SensorGroup groupSensors(CameraStock const& stock, bool areAllWanted,
         }
         group.masterReason = "chosen";
     } else if (logical != nullptr) {
-        master = mainSensor(*logical, usablePhysicals(stock, *logical));
+        master = mainSensor(*logical, physicalsOf(stock, *logical));
         group.masterReason =
             "the first with the focal length and physical size of camera " + logical->id;
+    } else if (areAllWanted) {
+        group.masterReason = "the first that was chosen";
     }
     std::stable_partition(group.sensors.begin(), group.sensors.end(),
                           [&](auto const* camera) { return camera == master; });

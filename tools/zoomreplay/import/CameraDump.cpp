@@ -2,181 +2,112 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <set>
+
+#include "CameraTags.h"
+#include "OpenSessions.h"
+#include "forms/Forms.h"
 
 namespace zoomreplay {
 namespace {
 
-bool isPrintable(std::string_view id) {
-    return !id.empty() &&
-           std::all_of(id.begin(), id.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+using Kind = DumpTitle::Kind;
+
+std::optional<DumpTitle> titleOf(std::string_view line) {
+    auto const title = serviceDumpTitle(line);
+    return title.has_value() ? title : moduleDumpTitle(line);
 }
 
-template <size_t kCount>
-std::optional<std::array<float, kCount>> asArray(std::optional<std::vector<float>> const& numbers) {
-    if (!numbers.has_value() || numbers->size() != kCount) {
-        return std::nullopt;
-    }
-    std::array<float, kCount> result{};
-    std::copy(numbers->begin(), numbers->end(), result.begin());
-    return result;
-}
-
-// Each setter returns whether the values make sense.
-
-bool setActiveArray(CameraStatics& camera, std::string_view values) {
-    auto const numbers = parseIntegers(values);
-    if (!numbers.has_value() || numbers->size() != 4) {
-        return false;
-    }
-    camera.activeArray = {(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
-    return true;
-}
-
-bool setPhysicalSize(CameraStatics& camera, std::string_view values) {
-    camera.physicalSize = asArray<2>(parseFloats(values));
-    return camera.physicalSize.has_value();
-}
-
-bool setFocalLengths(CameraStatics& camera, std::string_view values) {
-    camera.focalLengths = parseFloats(values).value_or(std::vector<float>{});
-    return !camera.focalLengths.empty();
-}
-
-bool setZoomRatioRange(CameraStatics& camera, std::string_view values) {
-    camera.zoomRatioRange = asArray<2>(parseFloats(values));
-    return camera.zoomRatioRange.has_value();
-}
-
-// The codes of the ids' characters, each id with a zero behind it.
-bool setPhysicalIds(CameraStatics& camera, std::string_view values) {
-    auto const codes = parseIntegers(values);
-    if (!codes.has_value() || codes->empty() || codes->back() != 0) {
-        return false;
-    }
-    std::vector<std::string> ids(1);
-    for (int32_t const code : *codes) {
-        if (code < 0 || code > 0x7F) {
-            return false;
-        }
-        if (code == 0) {
-            ids.emplace_back();
-        } else {
-            ids.back() += static_cast<char>(code);
-        }
-    }
-    ids.pop_back();
-    if (!std::all_of(ids.begin(), ids.end(), isPrintable)) {
-        return false;
-    }
-    camera.physicalIds = std::move(ids);
-    return true;
-}
-
-struct WantedTag {
-    std::string_view name;
-    std::string_view type;
-    bool (*set)(CameraStatics& camera, std::string_view values);
+/// "android.lens.info.availableFocalLengths (90002): float[1]" and what stands behind it.
+struct TagLine {
+    CameraTag const* tag = nullptr;
+    std::optional<size_t> count;  // empty: not of the tag's type
+    std::string_view values;
 };
 
-constexpr std::array kWantedTags{
-    WantedTag{tag::kActiveArray, "int32", setActiveArray},
-    WantedTag{tag::kPhysicalSize, "float", setPhysicalSize},
-    WantedTag{tag::kFocalLengths, "float", setFocalLengths},
-    WantedTag{tag::kPhysicalIds, "byte", setPhysicalIds},
-    WantedTag{tag::kZoomRatioRange, "float", setZoomRatioRange},
-};
-
-WantedTag const* findWantedTag(std::string_view line) {
-    auto const* const found = std::find_if(
-        kWantedTags.begin(), kWantedTags.end(),
-        [line](WantedTag const& wanted) { return line.substr(0, line.find(' ')) == wanted.name; });
-    return found == kWantedTags.end() ? nullptr : found;
-}
-
-// "android.lens.info.availableFocalLengths (90002): float[1]" says 1 float.
-std::optional<size_t> announcedCount(std::string_view line, std::string_view type) {
+TagLine parseTagLine(std::string_view line) {
+    TagLine result{findCameraTag(line.substr(0, line.find(' '))), {}, {}};
     auto const colon = line.find("): ");
-    if (colon == std::string_view::npos) {
-        return std::nullopt;
+    if (result.tag == nullptr || colon == std::string_view::npos) {
+        return result;
     }
     line.remove_prefix(colon + 3);
-    if (!skip(line, type) || !skip(line, "[")) {
-        return std::nullopt;
+    if (!skip(line, result.tag->type) || !skip(line, "[")) {
+        return result;
     }
     size_t count = 0;
-    char const* const end = line.data() + line.size();
-    auto const [stop, error] = std::from_chars(line.data(), end, count);
-    bool const isWhole = error == std::errc{} && end - stop == 1 && *stop == ']';
-    return isWhole ? std::optional(count) : std::nullopt;
-}
-
-size_t countWords(std::string_view text) {
-    size_t count = 0;
-    bool isBlank = true;
-    for (char const c : text) {
-        bool const wasBlank = isBlank;
-        isBlank = c == ' ' || c == '[' || c == ']';
-        count += wasBlank && !isBlank ? 1 : 0;
+    auto const [stop, error] = std::from_chars(line.data(), line.data() + line.size(), count);
+    line.remove_prefix(static_cast<size_t>(stop - line.data()));
+    bool const isCount = error == std::errc{} && skip(line, "]");
+    if (isCount && (line.empty() || line.find_first_not_of(' ') == line.find('['))) {
+        result.count = count;
+        result.values = line;
     }
-    return count;
+    return result;
 }
 
 class Parser {
  public:
-    void take(std::string_view line) {
+    void take(std::string_view line, uint64_t lineNumber) {
         if (mTag != nullptr && isValues(line)) {
-            mValues.append(line).append(" ");
+            addValues(line);
             return;
         }
         endTag();
-        if (skip(line, "==")) {
-            beginSection(line);
-        } else if (skip(line, "Physical camera ")) {
-            beginPhysicalCamera(line);
+        if (auto const title = titleOf(line)) {
+            begin(*title);
         } else if (mIsInside) {
+            mTagLine = lineNumber;
             beginTag(line);
+        } else {
+            mSessions.take(line);
         }
     }
 
-    std::vector<CameraStatics> finish() {
+    CameraDump finish() {
         endTag();
-        std::set<std::string> known;
-        std::erase_if(mCameras,
-                      [&](CameraStatics const& camera) { return !known.insert(camera.id).second; });
-        return std::move(mCameras);
+        CameraDump dump;
+        for (auto& camera : mCameras) {
+            splitPhysicalIds(camera);
+        }
+        dump.cameras = withoutRepetitions();
+        dump.sessions = mSessions.finish();
+        count(dump);
+        return dump;
     }
 
  private:
+    static constexpr size_t kLongestValues = size_t{1} << 16U;
+
     static bool isValues(std::string_view line) {
-        return line.find_first_not_of("0123456789+-.eE[] ") == std::string_view::npos;
+        return line.front() == '[' ||
+               line.find_first_not_of("0123456789+-.eE[] ") == std::string_view::npos;
     }
 
-    // "== Camera HAL device device@3.7/legacy/3 (v3.7) static information: ==" begins camera 3.
-    // Other sections print requests and results, with tags of the same names.
-    void beginSection(std::string_view title) {
-        mIsInside = false;
-        mPublicId.clear();
-        constexpr std::string_view kDevice = "HAL device ";
-        auto const device = title.find(kDevice);
-        if (device == std::string_view::npos ||
-            title.find("static information") == std::string_view::npos) {
+    void begin(DumpTitle const& title) {
+        if (title.kind == Kind::Announcement) {
+            (title.id.empty() ? mAnnouncedIds : mAnnounced[title.id]) = title.number;
             return;
         }
-        title.remove_prefix(device + kDevice.size());
-        title = title.substr(0, title.find(' '));
-        mPublicId = title.substr(title.rfind('/') + 1);
-        beginCamera(mPublicId, "");
-    }
-
-    void beginPhysicalCamera(std::string_view rest) {
-        auto const length = rest.find(" characteristics:");
-        if (!mPublicId.empty() && length != std::string_view::npos) {
-            beginCamera(std::string(rest.substr(0, length)), mPublicId);
+        mIsInside = false;
+        mSessions.end();
+        if (title.kind == Kind::Camera) {
+            mNames.insert(title.name);
+            mIds.insert(title.id);
+            mPublicId = title.id;
+            beginCamera(title.id, "");
+        } else if (title.kind == Kind::PhysicalCamera && !mPublicId.empty()) {
+            beginCamera(title.id, mPublicId);
+        } else if (title.kind == Kind::Open) {
+            mSessions.begin(title.id.empty() ? mPublicId : title.id);
+        } else {
+            mPublicId.clear();
         }
     }
 
     void beginCamera(std::string const& id, std::string const& logicalId) {
-        mIsInside = isPrintable(id);
+        mIsInside = isPrintableId(id);
         if (mIsInside) {
             CameraStatics& camera = mCameras.emplace_back();
             camera.id = id;
@@ -185,39 +116,95 @@ class Parser {
     }
 
     void beginTag(std::string_view line) {
-        mTag = findWantedTag(line);
-        if (mTag != nullptr) {
-            mCount = announcedCount(line, mTag->type);
+        auto const tagLine = parseTagLine(line);
+        mTag = tagLine.tag;
+        mCount = tagLine.count;
+        addValues(tagLine.values);
+    }
+
+    void addValues(std::string_view values) {
+        if (mValues.size() <= kLongestValues) {
+            mValues.append(values).append(" ");
         }
     }
 
     // Where values break off at the end of a line is known only by the line that follows.
     void endTag() {
-        if (mTag == nullptr) {
-            return;
-        }
-        CameraStatics& camera = mCameras.back();
-        if (mCount != countWords(mValues) || !mTag->set(camera, mValues)) {
-            camera.unreadable.insert(mTag->name);
+        if (mTag != nullptr) {
+            setCameraTag(mCameras.back(), *mTag, splitWords(mValues), mCount,
+                         "line " + std::to_string(mTagLine));
         }
         mTag = nullptr;
         mValues.clear();
     }
 
+    void splitPhysicalIds(CameraStatics& camera) const {
+        if (!camera.joinedIds.has_value()) {
+            return;
+        }
+        std::set<std::string> known;
+        for (auto const& other : mCameras) {
+            known.insert(other.id);
+        }
+        camera.physicalIds = splitIds(*camera.joinedIds, {known.begin(), known.end()});
+        if (camera.physicalIds.empty()) {
+            camera.unreadable[tag::kPhysicalIds] =
+                '[' + camera.joinedIds->characters + "], which in no way, or in several, are " +
+                std::to_string(camera.joinedIds->count) + " ids of this phone's cameras";
+        }
+    }
+
+    // An older interface to a camera may be printed before the one that describes it.
+    std::vector<CameraStatics> withoutRepetitions() {
+        std::vector<CameraStatics> cameras;
+        for (auto& camera : mCameras) {
+            auto const known =
+                std::find_if(cameras.begin(), cameras.end(),
+                             [&](CameraStatics const& other) { return other.id == camera.id; });
+            if (known == cameras.end()) {
+                cameras.push_back(std::move(camera));
+            } else if (!known->hasTags) {
+                *known = std::move(camera);
+            }
+        }
+        return cameras;
+    }
+
+    // Providers count their devices, of which one camera may have two; the service its cameras.
+    void count(CameraDump& dump) const {
+        size_t devices = 0;
+        for (auto const& [provider, number] : mAnnounced) {
+            devices += number;
+        }
+        bool const lacksDevices = devices > mNames.size();
+        dump.announced = lacksDevices ? devices : mAnnouncedIds;
+        dump.described = lacksDevices ? mNames.size() : mIds.size();
+    }
+
     std::vector<CameraStatics> mCameras;
-    bool mIsInside = false;  // of a camera's characteristics, the last camera's
-    std::string mPublicId;   // of the section, where it is a camera's
-    WantedTag const* mTag = nullptr;
+    OpenSessionReader mSessions;
+    std::map<std::string, size_t> mAnnounced;  // devices by provider
+    size_t mAnnouncedIds = 0;                  // cameras
+    std::set<std::string> mNames;              // of the devices that were there
+    std::set<std::string> mIds;                // of their cameras
+    bool mIsInside = false;                    // of a camera's characteristics, the last camera's
+    std::string mPublicId;                     // of the description, where it is a camera's
+    CameraTag const* mTag = nullptr;
+    uint64_t mTagLine = 0;
     std::optional<size_t> mCount;  // of the tag's values, as announced
     std::string mValues;
 };
 
 }  // namespace
 
-std::vector<CameraStatics> readCameraDump(PhoneText& dump) {
+CameraDump readCameraDump(PhoneText& text) {
+    auto line = text.next();
+    if (line.has_value() && isCharacteristicsJson(*line)) {
+        return readCharacteristicsJson(*line, text);
+    }
     Parser parser;
-    while (auto const line = dump.next()) {
-        parser.take(*line);
+    for (; line.has_value(); line = text.next()) {
+        parser.take(*line, text.lineNumber());
     }
     return parser.finish();
 }

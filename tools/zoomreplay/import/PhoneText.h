@@ -7,31 +7,59 @@
 #include <string_view>
 #include <vector>
 
-#include "base/LineReader.h"
+#include "base/File.h"
 
 namespace zoomreplay {
 
-/// The lines of such a text, without byte order mark, indentation and line ends.
+/// The lines of such a text, in memory that does not grow with it: without byte order mark,
+/// indentation, line ends, the quotation marks of a mail and what logcat puts before a line.
 class PhoneText {
  public:
-    explicit PhoneText(File file) : mLines(std::move(file)) {}
+    /// Longer lines are handed out cut; what they lack is skipped. No phone prints such a line of
+    /// what is read here, but a bugreport holds anything.
+    static constexpr size_t kLongestLine = size_t{1} << 20U;
+
+    explicit PhoneText(File file);
 
     /// The next line that is not blank; empty at the end. Valid until the next call.
-    /// @throws UserError the file cannot be read, or is not in a character set of single bytes.
+    /// @throws UserError the file cannot be read, or must be unpacked or converted first.
     std::optional<std::string_view> next();
 
-    uint64_t lineNumber() const { return mLines.lineNumber(); }
-    File const& file() const { return mLines.file(); }
+    /// Number of the line that next returned last, from 1; blank lines count.
+    uint64_t lineNumber() const { return mLineNumber; }
+    File const& file() const { return mFile; }
+
+    /// For a text that nothing was found in, once it is read: what it seems to be instead; empty
+    /// when that is not known.
+    std::string whyNothing() const;
 
  private:
-    LineReader mLines;
+    std::optional<std::string_view> nextLine();
+    bool fill();
+    void refusePacked() const;
+    void notice(std::string_view line);
+
+    File mFile;
+    std::vector<char> mBuffer;
+    size_t mBegin = 0;  // of what has been read and not yet handed out
+    size_t mEnd = 0;
+    uint64_t mLineNumber = 0;
+    bool mHasText = false;
+    bool mIsWebPage = false;
+    std::string mRefusal;  // of the phone, with its line number
 };
 
 // Both read numbers with blanks between them, such as "4 4 4080 3072 ". Brackets count as
-// blanks. Empty when one is no number, is beyond the type's range or not finite: so also when
-// several stand without a blank between them, which nobody can take apart.
+// blanks. Empty when one is no number, is beyond the type's range or not finite. Floats without a
+// blank between them are taken apart where each has the eight decimals that phones print.
 std::optional<std::vector<int32_t>> parseIntegers(std::string_view text);
 std::optional<std::vector<float>> parseFloats(std::string_view text);
+
+/// The words between blanks and brackets, which a phone may print around each line of values.
+std::vector<std::string_view> splitWords(std::string_view text);
+
+/// Whether a text can be a camera's id: printable, without blanks, not empty.
+bool isPrintableId(std::string_view id);
 
 /// Removes a prefix; false when text does not begin with it.
 bool skip(std::string_view& text, std::string_view prefix);

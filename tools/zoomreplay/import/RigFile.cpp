@@ -56,6 +56,9 @@ class RigReader {
         } else if (op == "configSensorInfo") {
             mConfig = readSensorConfig<ZoomOverrideSensorInfoConfig>(fields);
             fields.finish();
+        } else if (op == "setRunTimeCropNeedData") {
+            takeStreams(fields);
+            return;
         }
 
         if (op == "sensor" || op == "property" || op == "logger") {
@@ -91,6 +94,17 @@ class RigReader {
         fields.required("modes", modes);
         fields.finish();
         mModes.insert_or_assign(id, std::move(modes));
+    }
+
+    // What the phone's open camera streamed, whatever the request.
+    void takeStreams(Fields& fields) {
+        uint32_t requestNo = 0;
+        StreamTables streams;
+        fields.required("requestNo", requestNo);
+        fields.required("sensorModes", streams.sensorModes);
+        fields.required("streamSizes", streams.streamSizes);
+        fields.finish();
+        mRig.streams = std::move(streams);
     }
 
     RigSensor sensorOf(int32_t id) const {

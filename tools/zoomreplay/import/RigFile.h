@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "OpenSessions.h"
 #include "ZoomOverrideTypes.h"
 #include "base/LineReader.h"
 
@@ -23,6 +25,7 @@ struct PhoneRig {
     std::vector<std::string> configLines;    ///< to be replayed after it
     std::vector<RigSensor> sensors;          ///< the master first; at least one
     bool hasPorts = false;                   ///< configLines say which ports the sensors have
+    std::optional<StreamTables> streams;     ///< of each request, where they are known
 };
 
 /// @throws UserError the file cannot be read, has lines that do not belong into a rig, or does not

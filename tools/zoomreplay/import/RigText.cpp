@@ -3,7 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <map>
-#include <numbers>
+#include <set>
 
 #include "base/Messages.h"
 #include "scenario/text/JsonText.h"
@@ -19,11 +19,6 @@ using NSCam::MSize;
 using SensorIds = std::map<CameraStatics const*, uint32_t>;
 
 constexpr uint32_t kHighestSensorId = 0xFF;  // what a stream id has room for
-
-float angleOfView(float side, float focalLength) {
-    double const halfAngle = std::atan(static_cast<double>(side) / (2.0 * focalLength));
-    return static_cast<float>(2.0 * halfAngle * 180.0 / std::numbers::pi);
-}
 
 /// The number that a camera id is, as one writes it; empty for other ids and what is too large.
 std::optional<uint32_t> asSensorId(std::string const& id) {
@@ -67,10 +62,44 @@ std::string numberText(float number) {
 }
 
 std::string zoomText(CameraStatics const& camera) {
-    auto const& range = camera.zoomRatioRange;
-    return range.has_value()
-               ? ", zooms from " + numberText((*range)[0]) + " to " + numberText((*range)[1])
-               : "";
+    std::string text;
+    if (auto const& range = camera.zoomRatioRange; range.has_value()) {
+        text += ", zooms from " + numberText((*range)[0]) + " to " + numberText((*range)[1]);
+    }
+    if (camera.digitalZoom.has_value()) {
+        text += ", digital zoom up to " + numberText(*camera.digitalZoom);
+    }
+    return text;
+}
+
+std::string positionText(CameraStatics const& camera) {
+    std::string text;
+    switch (camera.facing) {
+        case Facing::Back:
+            text = "faces back, ";
+            break;
+        case Facing::Front:
+            text = "faces front, ";
+            break;
+        case Facing::External:
+            text = "external, ";
+            break;
+        case Facing::Unknown:
+            break;
+    }
+    if (camera.orientation.has_value()) {
+        text += "turned by " + std::to_string(*camera.orientation) + " degrees, ";
+    }
+    return text;
+}
+
+std::string anglesText(Angles const& angles) {
+    return numberText(angles.horizontal) + " x " + numberText(angles.vertical);
+}
+
+bool looksLike(CameraStatics const& one, CameraStatics const& other) {
+    return one.activeArray == other.activeArray && one.physicalSize == other.physicalSize &&
+           one.focalLengths == other.focalLengths;
 }
 
 void appendSensorComment(std::string& out, uint32_t id, CameraStatics const& camera) {
@@ -79,9 +108,37 @@ void appendSensorComment(std::string& out, uint32_t id, CameraStatics const& cam
         out += "physical camera " + camera.id + " of ";
     }
     out += "camera " + (camera.logicalId.empty() ? camera.id : camera.logicalId) + ": " +
-           numberText(camera.focalLengths.front()) + " mm, " +
+           positionText(camera) + numberText(camera.focalLengths.front()) + " mm, " +
            numberText((*camera.physicalSize)[0]) + " x " + numberText((*camera.physicalSize)[1]) +
            " mm" + zoomText(camera) + ".\n";
+}
+
+void appendTwins(std::string& out, CameraStatics const& camera, Cameras const& all) {
+    std::string twins;
+    for (auto const* other : all) {
+        if (other != &camera && looksLike(*other, camera)) {
+            twins.append(twins.empty() ? "" : ", ").append(other->id);
+        }
+    }
+    if (!twins.empty()) {
+        out += "// It looks the same as: " + twins + ".\n";
+    }
+}
+
+// The two differ where the calibration belongs to another array, or counts the lens's distortion.
+void appendAngleComment(std::string& out, CameraStatics const& camera, AngleSource source) {
+    constexpr float kTolerance = 0.1F;  // degrees
+    auto const bySize = anglesBySize(camera);
+    auto const byIntrinsics = anglesByIntrinsics(camera);
+    if (!byIntrinsics.has_value() ||
+        (std::abs(bySize.horizontal - byIntrinsics->horizontal) <= kTolerance &&
+         std::abs(bySize.vertical - byIntrinsics->vertical) <= kTolerance)) {
+        return;
+    }
+    bool const isBySize = source == AngleSource::PhysicalSize;
+    out += "// Its angles of view are " + anglesText(bySize) + " by its physical size" +
+           (isBySize ? " (taken)" : "") + ", " + anglesText(*byIntrinsics) + " by " +
+           std::string(tag::kIntrinsics) + (isBySize ? "" : " (taken)") + ".\n";
 }
 
 void appendMode(std::string& out, char const* number, MSize const& size, MRect const& window) {
@@ -111,17 +168,23 @@ void appendLogicalCamera(std::string& out, CameraStatics const& camera) {
            ".\n";
 }
 
-void appendConfig(std::string& out, SensorGroup const& group, SensorIds const& sensorIds) {
+Angles anglesOf(CameraStatics const& camera, AngleSource source) {
+    auto const byIntrinsics = anglesByIntrinsics(camera);
+    bool const isBySize = source == AngleSource::PhysicalSize || !byIntrinsics.has_value();
+    return isBySize ? anglesBySize(camera) : *byIntrinsics;
+}
+
+void appendConfig(std::string& out, SensorGroup const& group, SensorIds const& sensorIds,
+                  AngleSource source) {
     std::string ids;
     std::string infos;
     for (auto const* camera : group.sensors) {
         auto const id = std::to_string(sensorIds.at(camera));
-        auto const [width, height] = *camera->physicalSize;
-        float const focalLength = camera->focalLengths.front();
+        auto const angles = anglesOf(*camera, source);
         ids.append(ids.empty() ? "" : ", ").append(id);
         infos.append(infos.empty() ? "\"" : ", \"").append(id).append(R"(": {"degreeH": )");
-        appendJson(infos, angleOfView(width, focalLength));
-        appendField(infos, "degreeV", angleOfView(height, focalLength));
+        appendJson(infos, angles.horizontal);
+        appendField(infos, "degreeV", angles.vertical);
         appendField(infos, "activeArray", *camera->activeArray);
         infos += '}';
     }
@@ -129,14 +192,33 @@ void appendConfig(std::string& out, SensorGroup const& group, SensorIds const& s
            "}}\n";
 }
 
+void appendSession(std::string& out, OpenSession const& session, SensorGroup const& group,
+                   SensorIds const& sensorIds) {
+    std::vector<SensorOfCamera> sensors;
+    for (auto const* camera : group.sensors) {
+        sensors.push_back({sensorIds.at(camera), camera->id, 0});
+    }
+    auto const tables = streamTablesOf(session, sensors);
+    if (tables.streamSizes.empty()) {
+        return;
+    }
+    out += streamsComment(session) + R"({"op": "setRunTimeCropNeedData", "requestNo": 0)";
+    appendField(out, "sensorModes", tables.sensorModes);
+    appendField(out, "streamSizes", tables.streamSizes);
+    out += "}\n";
+}
+
 }  // namespace
 
-std::string rigText(CameraStock const& stock, SensorGroup const& group, bool isBinned) {
+std::string rigText(CameraStock const& stock, SensorGroup const& group, OpenSession const* session,
+                    RigOptions const& options) {
     SensorIds const ids = numberSensors(stock);
     std::string out;
     for (auto const* camera : stock.usable) {
         appendSensorComment(out, ids.at(camera), *camera);
-        appendSensor(out, ids.at(camera), *camera->activeArray, isBinned);
+        appendTwins(out, *camera, stock.all);
+        appendAngleComment(out, *camera, options.angles);
+        appendSensor(out, ids.at(camera), *camera->activeArray, options.isBinned);
     }
     for (auto const* camera : stock.chosen) {
         if (!camera->physicalIds.empty()) {
@@ -145,7 +227,10 @@ std::string rigText(CameraStock const& stock, SensorGroup const& group, bool isB
     }
     out += "// The master is sensor " + std::to_string(ids.at(group.sensors.front())) + ": " +
            group.masterReason + ".\n";
-    appendConfig(out, group, ids);
+    appendConfig(out, group, ids, options.angles);
+    if (session != nullptr) {
+        appendSession(out, *session, group, ids);
+    }
     return out;
 }
 
