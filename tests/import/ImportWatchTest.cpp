@@ -1,4 +1,8 @@
 // import-watch: a scenario out of what an application asked of the camera.
+#include <unistd.h>
+
+#include <array>
+
 #include "ToolTest.h"
 
 namespace zoomreplay::test {
@@ -214,10 +218,38 @@ TEST_P(WatchLogTest, GivesOneRequestForEachLoggedFrame) {
 }
 
 Log const kLogs[] = {
-    {"nothing", "", "", "zoom.log: has no frame with a zoom ratio or a crop region\n"},
+    {"nothing", "", "", "zoom.log: is empty: did the command run, with a phone connected?\n"},
     {"no camera open", "Watching...\n", "",
      "zoom.log: has no frame with a zoom ratio or a crop region\n"},
-    {"ratio not logged", "f1:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n", "1 ", ""},
+    {"crop region alone: the lesser magnification of 4000x3000, at least 1",
+     "f1:0ns: REQ:android.scaler.cropRegion: [1000 750 2000 1500 ]\n"
+     "f2:0ns: REQ:android.scaler.cropRegion: [1500 1125 1000 1000 ]\n"
+     "f3:0ns: REQ:android.scaler.cropRegion: [0 375 4000 2250 ]\n",
+     "2 3 1 ", ""},
+    {"crop region with a ratio that stays 1, and within one that does not",
+     "f1:0ns: REQ:android.control.zoomRatio: [1.00000000]\n"
+     "f1:0ns: REQ:android.scaler.cropRegion: [1000 750 2000 1500 ]\n"
+     "f2:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
+     "f3:0ns: REQ:android.control.zoomRatio: [1.00000000]\n",
+     "2 3 1 ", ""},
+    {"values removed: 1, the whole array",
+     "f1:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
+     "f2:0ns: REQ:android.control.zoomRatio:  (Removed)\n"
+     "f3:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n"
+     "f4:0ns: REQ:android.scaler.cropRegion:  (Removed)\n",
+     "3 1 1 1 ", ""},
+    {"application, streams behind the value, CRLF, quoted, out of logcat",
+     "0:app  f0:123ns:  REQ:android.control.zoomRatio: [0.60000000] output stream ids:  0  1\r\n"
+     "> 0:app  f1:123ns:  REQ:android.control.zoomRatio: [0.70000000] output stream ids:  0\n"
+     "11-21 12:00:00.000  1234  5678 D dump: 0:app f2:1ns: REQ:android.control.zoomRatio: [0.8]\n"
+     "D/dump( 1234): 0:app f3:1ns: REQ:android.control.zoomRatio: [0.90000000]\n",
+     "0.6 0.7 0.8 0.9 ", ""},
+    {"region outside the array",
+     "f1:0ns: REQ:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
+     "f2:0ns: REQ:android.scaler.cropRegion: [2001 0 2000 3000 ]\n",
+     "1 1 ",
+     "zoom.log: crop regions outside the master's array of 4000x3000: 1, first in frame 2; is the "
+     "rig of another camera or phone?\n"},
     {"headings, results, other tags and prefixes",
      "Watching 2 tags\n\n"
      "f1:0ns: REQ:android.control.aeMode: [ON ]\n"
@@ -229,6 +261,10 @@ Log const kLogs[] = {
      "f8:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n"
      "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n",
      "2 2 3 ", ""},
+    {"settings of one physical camera, which are not the zoom",
+     "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+     "f8:0ns: 5 REQ:android.control.zoomRatio: [3.00000000]\n",
+     "2 ", ""},
     {"camera opened twice",
      "f8:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
      "f9:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
@@ -244,7 +280,9 @@ Log const kLogs[] = {
      "f6:0ns: REQ:android.scaler.cropRegion: [0 0 0 30 ]\n"
      "f99999999999999999999:0ns: REQ:android.control.zoomRatio: [9.00000000]\n"
      "f8:0ns: REQ:android.control.zoomRatio: [3.00000000]\n",
-     "2 3 ", "zoom.log:2: is not one positive number; lines left out in all: 5\n"},
+     "2 3 ",
+     "zoom.log:2: android.control.zoomRatio: [1.000000002.00000000] is not one positive number; "
+     "lines left out in all: 5\n"},
 };
 INSTANTIATE_TEST_SUITE_P(All, WatchLogTest, testing::ValuesIn(kLogs));
 
@@ -325,6 +363,92 @@ TEST_F(ImportWatchTest, ImportedPhonesReplayAZoomRamp) {
                 << phone << ' ' << mode;
         }
     }
+}
+
+// Frame 8's answer comes when frame 9 has been asked for; frame 10 was not logged when asked for.
+TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
+    constexpr std::string_view kLog =
+        "f7:0ns: RES:android.control.zoomRatio: [1.00000000]\n"
+        "f8:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+        "f9:0ns: REQ:android.control.zoomRatio: [4.00000000]\n"
+        "f8:1234000ns: RES:android.control.zoomRatio: [1.90000000]\n"
+        "f8:1234000ns: RES:android.logicalMultiCamera.activePhysicalId: [50 48 0 ]\n"
+        "f9:0ns: 5 RES:android.scaler.cropRegion: [0 0 1 1 ]\n"
+        "f10:0ns: RES:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
+        "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 ]\n";
+    for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
+        auto const scenario = import(kLog, mode).out;
+        auto const first = scenario.find(
+            R"({"op": "observed", "requestNo": 1, "zoomRatio": 1.9, "activePhysicalId": "20", "t": 1234000})");
+        auto const second = scenario.find(
+            R"({"op": "observed", "requestNo": 2, "zoomRatio": 1.9, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "5"})");
+        ASSERT_NE(second, std::string::npos) << mode << '\n' << scenario;
+        EXPECT_LT(scenario.find(R"("requestNo": 1)"), first) << mode;
+        EXPECT_LT(scenario.find(R"({"op": "onRequestDone", "requestNo": 2})"), second) << mode;
+        EXPECT_EQ(replay(scenario).status, 0) << mode;
+    }
+}
+
+// Two applications have opened camera 0, one after the other, and one camera 1.
+TEST_F(ImportWatchTest, OneCameraIsChosen) {
+    constexpr std::string_view kLog =
+        "0:app  f1:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+        "1:app  f1:0ns: REQ:android.control.zoomRatio: [7.00000000]\n"
+        "1:app  f2:0ns: REQ:android.control.zoomRatio: [8.00000000]\n"
+        "0:app  f2:0ns: REQ:android.control.zoomRatio: [3.00000000]\n"
+        "0:other  f1:0ns: REQ:android.control.zoomRatio: [4.00000000]\n";
+    auto const choose = [&](std::vector<std::string> const& options) {
+        write("zoom.log", kLog);
+        std::vector<std::string> arguments{"import-watch", "zoom.log", "--rig",
+                                           "rig.jsonl",    "--mode",   "ExternalAPI"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        return run(arguments);
+    };
+    write("old.jsonl", "old");
+
+    EXPECT_EQ(
+        choose({"-o", "old.jsonl"}).err,
+        "zoom.log: has several cameras or applications: 0:app (2 frames), 0:other (1 frames), "
+        "1:app (2 frames); choose one with --camera\n");
+    EXPECT_EQ(read("old.jsonl"), "old");
+    EXPECT_EQ(
+        choose({"--camera", "0"}).err,
+        "zoom.log: has several cameras or applications: 0:app (2 frames), 0:other (1 frames); "
+        "choose one with --camera\n");
+    EXPECT_EQ(choose({"--camera", "2"}).err,
+              "zoom.log: has no frames of camera 2, only of 0:app (2 frames), 0:other (1 frames), "
+              "1:app (2 frames)\n");
+    EXPECT_THAT(choose({"--camera", "1"}).out,
+                AllOf(HasSubstr(R"("zoomRatio": 8)"), Not(HasSubstr(R"("zoomRatio": 2)"))));
+    EXPECT_THAT(choose({"--camera", "0:app"}).out,
+                AllOf(HasSubstr(R"("zoomRatio": 3)"), Not(HasSubstr(R"("zoomRatio": 4)"))));
+}
+
+// From a pipe, lines are written as they come. What shows up too late is told.
+TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
+    auto const pipe = [&](std::string_view log) {
+        std::array<int, 2> ends{};
+        EXPECT_EQ(::pipe(ends.data()), 0);
+        EXPECT_EQ(::write(ends[1], log.data(), log.size()), static_cast<ssize_t>(log.size()));
+        close(ends[1]);
+        auto const result = run({"import-watch", "/proc/self/fd/" + std::to_string(ends[0]),
+                                 "--rig", "rig.jsonl", "--mode", "ExternalAPI"});
+        close(ends[0]);
+        return result;
+    };
+    EXPECT_EQ(pipe(kTwoFrames).out, import(kTwoFrames, "ExternalAPI").out);
+
+    auto const newestFirst = pipe(
+        "f9:0ns: REQ:android.control.zoomRatio: [4.00000000]\n"
+        "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n");
+    EXPECT_EQ(newestFirst.out, import(kTwoFrames, "ExternalAPI").out);
+    EXPECT_THAT(newestFirst.err, HasSubstr("is newest first, and so was written only at its end"));
+
+    auto const secondCamera = pipe(join({"0:app ", kTwoFrames.substr(0, kTwoFrames.find('\n') + 1),
+                                         "0:app ", kTwoFrames.substr(kTwoFrames.find('\n') + 1),
+                                         "1:app f1:0ns: REQ:android.control.zoomRatio: [3.0]\n"}));
+    EXPECT_EQ(secondCamera.status, 2);
+    EXPECT_THAT(secondCamera.err, HasSubstr("0:app (2 frames), 1:app (1 frames)"));
 }
 
 // On the phone with three cameras, 4x asked with 2x published. Main: half of 4080x3060. Wide: the

@@ -24,10 +24,10 @@ The phone prints the characteristics of each camera, also of those behind a
 logical one. Sensor lines come out for all cameras; the first logical camera
 that faces back is configured, or else the first camera that does. The master is
 the first of its physical cameras with its focal length and physical size;
-angles of view are computed from both. A camera that lacks something is left out, and
-the reason told; where it belongs to the one to be configured, nothing is
-written: choose with --cameras. A dump that is taken while the application has
-the camera open also tells the sizes of its streams.
+angles of view are computed from both. A camera that lacks something is left
+out, and the reason told; where it belongs to the one to be configured, nothing
+is written: choose with --cameras. A dump that is taken while the application
+has the camera open also tells the sizes of its streams.
 
 Then record a zoom: see zoomreplay import-watch --help)";
 

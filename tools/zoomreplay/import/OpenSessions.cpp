@@ -68,14 +68,16 @@ std::vector<OpenSession> OpenSessionReader::finish() {
 
 StreamTables streamTablesOf(OpenSession const& session,
                             std::vector<SensorOfCamera> const& sensors) {
-    using NSCam::Feature::P1_PORT_R1;
+    using NSCam::Feature::streamIdOf;
+    namespace P1Port = NSCam::Feature::P1Port;
     StreamTables tables;
     for (auto const& sensor : sensors) {
         tables.sensorModes.emplace(sensor.sensorId, NSCam::Feature::kSensorNotStreaming);
-        int64_t const first = int64_t{P1_PORT_R1} << 40U | int64_t{sensor.sensorId} << 32U;
         for (auto const& stream : session.streams) {
             if (stream.physicalId.empty() || stream.physicalId == sensor.cameraId) {
-                tables.streamSizes.emplace(first | stream.number, stream.size);
+                tables.streamSizes.emplace(streamIdOf(sensor.sensorId, P1Port::P1_PORT_R1,
+                                                      static_cast<uint32_t>(stream.number)),
+                                           stream.size);
                 tables.sensorModes[sensor.sensorId] = sensor.mode;
             }
         }

@@ -50,18 +50,17 @@ Span project(Span const& region, float zoomRatio, Side const& master, Side const
 
 }  // namespace
 
-std::map<uint32_t, MRect> cropsOf(WatchedFrame const& frame,
-                                  std::vector<RigSensor> const& sensors) {
+std::map<uint32_t, MRect> cropsOf(ZoomValues const& values, std::vector<RigSensor> const& sensors) {
     RigSensor const& master = sensors.front();
     MRect const& array = master.info.activeArray;
-    MRect const region = frame.cropRegion.value_or(MRect{0, 0, array.w, array.h});
+    MRect const region = values.cropRegion.value_or(MRect{0, 0, array.w, array.h});
 
+    float const zoomRatio = values.zoomRatio.value_or(1.0F);
     std::map<uint32_t, MRect> crops;
     for (auto const& sensor : sensors) {
         auto const x =
-            project({region.x, region.w}, frame.zoomRatio, horizontal(master), horizontal(sensor));
-        auto const y =
-            project({region.y, region.h}, frame.zoomRatio, vertical(master), vertical(sensor));
+            project({region.x, region.w}, zoomRatio, horizontal(master), horizontal(sensor));
+        auto const y = project({region.y, region.h}, zoomRatio, vertical(master), vertical(sensor));
         if (x.length > 0 && y.length > 0) {
             crops.emplace(sensor.id, MRect{x.begin, y.begin, x.length, y.length});
         }

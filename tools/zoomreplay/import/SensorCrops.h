@@ -4,7 +4,7 @@
 #include <map>
 
 #include "RigFile.h"
-#include "WatchLog.h"
+#include "WatchLine.h"
 
 namespace zoomreplay {
 
@@ -13,7 +13,7 @@ namespace zoomreplay {
 /// own coordinates begin. The other sensors' crops see the same by their angles of view, for a
 /// parallel view at a distance. Crops are rounded to whole pixels and cut to their array.
 /// @return active-array crops by sensor id, without the sensors that see nothing of it.
-std::map<uint32_t, NSCam::MRect> cropsOf(WatchedFrame const& frame,
+std::map<uint32_t, NSCam::MRect> cropsOf(ZoomValues const& values,
                                          std::vector<RigSensor> const& sensors);
 
 }  // namespace zoomreplay

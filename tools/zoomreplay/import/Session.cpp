@@ -1,6 +1,7 @@
 #include "Session.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 
 #include "SensorCrops.h"
@@ -15,7 +16,6 @@ namespace {
 using NSCam::MRect;
 using NSCam::MSize;
 using NSCam::Feature::ZoomOverrideMode;
-using StreamSizes = std::map<int64_t, MSize>;
 
 struct ModeText {
     std::string_view name;
@@ -37,182 +37,285 @@ std::map<ZoomOverrideMode, ModeText> const kModes{
       "// overridden where that zoom is less than what the request asks for.\n"}},
 };
 
+// Where the phone logs no time, none is written.
+void appendTime(std::string& out, uint64_t nanoseconds) {
+    if (nanoseconds > 0) {
+        out += ", \"t\": ";
+        appendNumber(out, nanoseconds);
+    }
+}
+
 int64_t streamOf(RigSensor const& sensor) {
     return NSCam::Feature::streamIdOf(sensor.id, NSCam::Feature::P1Port::P1_PORT_R1);
 }
 
-// The log does not tell the sizes of streams. A quarter of the sensor's mode, as a preview has,
-// leaves room for zooming before the crops must not get smaller.
+// Without an open session nobody tells the sizes of streams. A quarter of the sensor's mode, as a
+// preview has, leaves room for zooming before the crops must not get smaller.
 MSize streamSizeOf(RigSensor const& sensor) {
     constexpr int32_t kShare = 4;
     return {std::max(1, sensor.modeSize.w / kShare), std::max(1, sensor.modeSize.h / kShare)};
 }
 
-class Writer {
- public:
-    Writer(File& scenario, PhoneRig const& rig, std::vector<WatchedFrame> const& frames,
-           ZoomOverrideMode mode)
-        : mScenario(scenario), mRig(rig), mFrames(frames), mMode(mode) {}
+std::optional<int64_t> firstStreamOf(StreamTables const& tables, uint32_t sensorId) {
+    auto const found =
+        std::find_if(tables.streamSizes.begin(), tables.streamSizes.end(), [&](auto const& stream) {
+            return NSCam::Feature::sensorIdOfStream(stream.first) == sensorId;
+        });
+    return found == tables.streamSizes.end() ? std::nullopt : std::optional(found->first);
+}
 
-    void write() {
-        writeSetUp();
-        for (size_t i = 0; i < mFrames.size(); ++i) {
-            writeRequest(i);
-            flush(kChunk);
-        }
-        flush(0);
-    }
-
- private:
-    static constexpr size_t kChunk = size_t{64} << 10U;
-
-    void flush(size_t longest) {
-        if (mOut.size() > longest) {
-            mScenario.write(mOut);
-            mOut.clear();
+// The tables of the first request; where the rig has none, stand-ins.
+StreamTables tablesOf(PhoneRig const& rig) {
+    StreamTables tables = rig.streams.value_or(StreamTables{});
+    for (auto const& sensor : rig.sensors) {
+        bool const isKnown = rig.streams.has_value();
+        tables.sensorModes.emplace(sensor.id,
+                                   isKnown ? NSCam::Feature::kSensorNotStreaming : sensor.mode);
+        bool const streams =
+            tables.sensorModes.at(sensor.id) != NSCam::Feature::kSensorNotStreaming;
+        if (streams && !firstStreamOf(tables, sensor.id).has_value()) {
+            tables.streamSizes.emplace(streamOf(sensor), streamSizeOf(sensor));
         }
     }
+    return tables;
+}
 
-    void writeSetUp() {
-        auto const& [name, comment] = kModes.at(mMode);
-        mOut += comment;
-        for (auto const& line : mRig.platformLines) {
-            mOut.append(line).append("\n");
-        }
-        begin("initialize");
-        appendField(mOut, "mode", name);
-        end();
-        for (auto const& line : mRig.configLines) {
-            mOut.append(line).append("\n");
-        }
-        if (mMode == ZoomOverrideMode::ExternalAPI && !mRig.hasPorts) {
-            writePorts();
-        }
-    }
+// The whole array, where nothing else is asked for; from its corner on, wherever that lies.
+MRect wholeArray(PhoneRig const& rig) {
+    auto const& array = rig.sensors.front().info.activeArray;
+    return {0, 0, array.w, array.h};
+}
 
-    // Without a port there is no P1 crop.
-    void writePorts() {
-        std::map<uint32_t, std::map<uint32_t, MSize>> ports;
-        for (auto const& sensor : mRig.sensors) {
-            ports[sensor.id] = {{NSCam::Feature::P1Port::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
-        }
-        begin("configSensorBehaviorInfo");
-        appendField(mOut, "portSizes", ports);
-        end();
-    }
+bool isInside(MRect const& rect, MRect const& array) {
+    return rect.x >= 0 && rect.y >= 0 && rect.w <= array.w - rect.x && rect.h <= array.h - rect.y;
+}
 
-    void writeRequest(size_t index) {
-        mOut += "// Frame " + std::to_string(mFrames[index].number) + '\n';
-        mRequestNo = static_cast<uint32_t>(index + 1);
-        switch (mMode) {
-            case ZoomOverrideMode::ExternalAPI:
-                writePublish(before(index));
-                break;
-            case ZoomOverrideMode::ByRequest:
-                writeSetting(after(index));
-                break;
-            default:
-                writeMetadata(before(index));
-                break;
-        }
-        writeDeposit(index == 0);
-        writeQuery("getP1CropSetting", mFrames[index].zoomRatio);
-        if (mMode != ZoomOverrideMode::InstantRequest) {  // a P2 query would stop the process
-            writeQuery("getP2CropSetting", mFrames[index].zoomRatio);
-        }
-        begin("onRequestDone");
-        appendField(mOut, "requestNo", mRequestNo);
-        end();
-    }
+// How much a crop region magnifies. One that only has another shape does not.
+float magnification(MRect const& region, MRect const& array) {
+    return std::max(1.0F, std::min(static_cast<float>(array.w) / static_cast<float>(region.w),
+                                   static_cast<float>(array.h) / static_cast<float>(region.h)));
+}
 
-    WatchedFrame const& before(size_t index) const { return mFrames[index == 0 ? 0 : index - 1]; }
-    WatchedFrame const& after(size_t index) const {
-        return mFrames[std::min(index + 1, mFrames.size() - 1)];
-    }
-
-    void writePublish(WatchedFrame const& frame) {
-        begin("publish");
-        appendField(mOut, "zoomRatio", frame.zoomRatio);
-        appendField(mOut, "enable", true);
-        end();
-    }
-
-    void writeSetting(WatchedFrame const& frame) {
-        auto const crops = cropsOf(frame, mRig.sensors);
-        begin("storeOverrideSetting");
-        appendField(mOut, "requestNo", mRequestNo + 1);
-        mOut += R"(, "setting": {"overrideValid": true)";
-        appendField(mOut, "requestNo", mRequestNo + 1);
-        appendField(mOut, "zoomRatio", frame.zoomRatio);
-        if (auto const master = crops.find(mRig.sensors.front().id); master != crops.end()) {
-            appendField(mOut, "overrideRect", master->second);
-        }
-        appendField(mOut, "previewAaCrops", crops);
-        mOut += '}';
-        end();
-    }
-
-    void writeMetadata(WatchedFrame const& frame) {
-        begin("storeOverrideSetting");
-        mOut += R"(, "metadata": {"zoomRatio": )";
-        appendJson(mOut, frame.zoomRatio);
-        std::string items;
-        std::map<uint32_t, int64_t> streams;
-        for (auto const& [sensorId, crop] : cropsOf(frame, mRig.sensors)) {
-            for (int32_t const item :
-                 {static_cast<int32_t>(sensorId), crop.x, crop.y, crop.w, crop.h}) {
-                items.append(items.empty() ? "" : ", ").append(std::to_string(item));
-            }
-        }
-        for (auto const& sensor : mRig.sensors) {
-            streams.emplace(sensor.id, streamOf(sensor));
-        }
-        mOut += R"(, "customStreamCrops": [)" + items + "]}";
-        appendField(mOut, "streamIdMap", streams);
-        end();
-    }
-
-    void writeDeposit(bool isFirst) {
-        begin("setRunTimeCropNeedData");
-        appendField(mOut, "requestNo", mRequestNo);
-        if (isFirst) {
-            std::map<uint32_t, uint32_t> modes;
-            StreamSizes streams;
-            for (auto const& sensor : mRig.sensors) {
-                modes.emplace(sensor.id, sensor.mode);
-                streams.emplace(streamOf(sensor), streamSizeOf(sensor));
-            }
-            appendField(mOut, "sensorModes", modes);
-            appendField(mOut, "streamSizes", streams);
-        } else {
-            appendField(mOut, "notice", std::string_view("repeating"));
-        }
-        end();
-    }
-
-    void writeQuery(char const* op, float zoomRatio) {
-        begin(op);
-        appendField(mOut, "requestNo", mRequestNo);
-        appendField(mOut, "zoomRatio", zoomRatio);
-        appendField(mOut, "sensorId", mRig.sensors.front().id);
-        end();
-    }
-
-    void begin(char const* op) { mOut.append(R"({"op": ")").append(op).append("\""); }
-    void end() { mOut += "}\n"; }
-
-    File& mScenario;
-    PhoneRig const& mRig;
-    std::vector<WatchedFrame> const& mFrames;
-    ZoomOverrideMode mMode;
-    uint32_t mRequestNo = 0;
-    std::string mOut;
-};
+constexpr size_t kChunk = size_t{64} << 10U;
 
 }  // namespace
 
-void writeSession(File& scenario, PhoneRig const& rig, WatchLog const& log, ZoomOverrideMode mode) {
-    Writer(scenario, rig, log.frames, mode).write();
+Session::Session(File& scenario, PhoneRig const& rig, ZoomOverrideMode mode)
+    : mScenario(scenario), mRig(rig), mMode(mode) {
+    writeSetUp();
+}
+
+void Session::request(WatchedFrame const& frame) {
+    Request const request = makeRequest(frame);
+    if (mMode == ZoomOverrideMode::ByRequest) {
+        if (mLatest.has_value()) {
+            write(*mLatest, request);
+        }
+    } else {
+        write(request, mLatest.value_or(request));
+    }
+    mLatest = request;
+}
+
+void Session::observe(WatchedFrame const& frame) {
+    auto const request = std::find_if(mRecent.rbegin(), mRecent.rend(), [&](Request const& recent) {
+        return recent.frame.number <= frame.number;
+    });
+    auto const& [zoomRatio, cropRegion, activeId] = frame.values;
+    if (request == mRecent.rend() || (!zoomRatio && !cropRegion && !activeId)) {
+        return;
+    }
+    std::string line = R"({"op": "observed", "requestNo": )" + std::to_string(request->number);
+    if (zoomRatio.has_value()) {
+        appendField(line, "zoomRatio", *zoomRatio);
+    }
+    if (cropRegion.has_value()) {
+        appendField(line, "cropRegion", *cropRegion);
+    }
+    if (activeId.has_value()) {
+        appendField(line, "activePhysicalId", std::string_view(*activeId));
+    }
+    appendTime(line, frame.time);
+    (request->number > mNumber ? mHeld : mOut) += line + "}\n";
+}
+
+void Session::finish() {
+    if (mMode == ZoomOverrideMode::ByRequest && mLatest.has_value()) {
+        write(*mLatest, *mLatest);
+    }
+    flush();
+}
+
+void Session::flush() {
+    mScenario.write(mOut);
+    mOut.clear();
+}
+
+std::string Session::complaint() const {
+    auto const array = wholeArray(mRig);
+    return mOutside == 0 ? ""
+                         : "crop regions outside the master's array of " + std::to_string(array.w) +
+                               "x" + std::to_string(array.h) + ": " + std::to_string(mOutside) +
+                               ", first in frame " + std::to_string(mFirstOutside) +
+                               "; is the rig of another camera or phone?";
+}
+
+Session::Request Session::makeRequest(WatchedFrame const& frame) {
+    constexpr size_t kLongestPipeline = 256;
+    auto const array = wholeArray(mRig);
+    auto const& region = frame.values.cropRegion;
+    Request request{mLatest.has_value() ? mLatest->number + 1 : 1, frame,
+                    frame.values.zoomRatio.value_or(1.0F)};
+    if (frame.isZoomedByRegion) {
+        request.zoomRatio = magnification(*region, array);
+    }
+    if (region.has_value() && !isInside(*region, array) && mOutside++ == 0) {
+        mFirstOutside = frame.number;
+    }
+    if (mLatest.has_value() && frame.number <= mLatest->frame.number) {
+        mRecent.clear();  // the camera was opened anew
+    }
+    mRecent.push_back(request);
+    if (mRecent.size() > kLongestPipeline) {
+        mRecent.pop_front();
+    }
+    return request;
+}
+
+void Session::write(Request const& request, Request const& source) {
+    mOut += "// Frame " + std::to_string(request.frame.number) +
+            (request.frame.isZoomedByRegion ? ", zoomed by its crop region\n" : "\n");
+    mNumber = request.number;
+    mTime = request.frame.time;
+    switch (mMode) {
+        case ZoomOverrideMode::ExternalAPI:
+            writePublish(source);
+            break;
+        case ZoomOverrideMode::ByRequest:
+            writeSetting(source);
+            break;
+        default:
+            writeMetadata(source);
+            break;
+    }
+    writeDeposit();
+    writeQuery("getP1CropSetting", request.zoomRatio);
+    if (mMode != ZoomOverrideMode::InstantRequest) {  // a P2 query would stop the process
+        writeQuery("getP2CropSetting", request.zoomRatio);
+    }
+    begin("onRequestDone");
+    appendField(mOut, "requestNo", mNumber);
+    end();
+    mOut += mHeld;
+    mHeld.clear();
+    if (mOut.size() > kChunk) {
+        flush();
+    }
+}
+
+void Session::writeSetUp() {
+    auto const& [name, comment] = kModes.at(mMode);
+    mOut += comment;
+    if (!mRig.streams.has_value()) {
+        mOut += "// Sizes of streams were not told: a quarter of each sensor's mode stands in.\n";
+    }
+    for (auto const& line : mRig.platformLines) {
+        mOut.append(line).append("\n");
+    }
+    begin("initialize");
+    appendField(mOut, "mode", name);
+    end();
+    for (auto const& line : mRig.configLines) {
+        mOut.append(line).append("\n");
+    }
+    if (mMode == ZoomOverrideMode::ExternalAPI && !mRig.hasPorts) {
+        writePorts();
+    }
+}
+
+// Without a port there is no P1 crop.
+void Session::writePorts() {
+    std::map<uint32_t, std::map<uint32_t, MSize>> ports;
+    for (auto const& sensor : mRig.sensors) {
+        ports[sensor.id] = {{NSCam::Feature::P1Port::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
+    }
+    begin("configSensorBehaviorInfo");
+    appendField(mOut, "portSizes", ports);
+    end();
+}
+
+void Session::writePublish(Request const& source) {
+    begin("publish");
+    appendField(mOut, "zoomRatio", source.zoomRatio);
+    appendField(mOut, "enable", true);
+    end();
+}
+
+void Session::writeSetting(Request const& source) {
+    auto const crops = cropsOf(source.frame.values, mRig.sensors);
+    begin("storeOverrideSetting");
+    appendField(mOut, "requestNo", mNumber + 1);
+    mOut += R"(, "setting": {"overrideValid": true)";
+    appendField(mOut, "requestNo", mNumber + 1);
+    appendField(mOut, "zoomRatio", source.zoomRatio);
+    if (auto const master = crops.find(mRig.sensors.front().id); master != crops.end()) {
+        appendField(mOut, "overrideRect", master->second);
+    }
+    appendField(mOut, "previewAaCrops", crops);
+    mOut += '}';
+    end();
+}
+
+// A sensor's crop is for its first stream, which is the preview of most applications.
+void Session::writeMetadata(Request const& source) {
+    auto const tables = tablesOf(mRig);
+    begin("storeOverrideSetting");
+    mOut += R"(, "metadata": {"zoomRatio": )";
+    appendJson(mOut, source.zoomRatio);
+    std::string items;
+    std::map<uint32_t, int64_t> streams;
+    for (auto const& [sensorId, crop] : cropsOf(source.frame.values, mRig.sensors)) {
+        for (int32_t const item :
+             {static_cast<int32_t>(sensorId), crop.x, crop.y, crop.w, crop.h}) {
+            items.append(items.empty() ? "" : ", ").append(std::to_string(item));
+        }
+    }
+    for (auto const& sensor : mRig.sensors) {
+        streams.emplace(sensor.id, firstStreamOf(tables, sensor.id).value_or(streamOf(sensor)));
+    }
+    mOut += R"(, "customStreamCrops": [)" + items + "]}";
+    appendField(mOut, "streamIdMap", streams);
+    end();
+}
+
+void Session::writeDeposit() {
+    begin("setRunTimeCropNeedData");
+    appendField(mOut, "requestNo", mNumber);
+    if (mNumber == 1) {
+        auto const tables = tablesOf(mRig);
+        appendField(mOut, "sensorModes", tables.sensorModes);
+        appendField(mOut, "streamSizes", tables.streamSizes);
+    } else {
+        appendField(mOut, "notice", std::string_view("repeating"));
+    }
+    end();
+}
+
+void Session::writeQuery(char const* op, float zoomRatio) {
+    begin(op);
+    appendField(mOut, "requestNo", mNumber);
+    appendField(mOut, "zoomRatio", zoomRatio);
+    appendField(mOut, "sensorId", mRig.sensors.front().id);
+    end();
+}
+
+void Session::begin(char const* op) {
+    mOut.append(R"({"op": ")").append(op).append("\"");
+}
+
+void Session::end() {
+    appendTime(mOut, mTime);
+    mOut += "}\n";
 }
 
 }  // namespace zoomreplay

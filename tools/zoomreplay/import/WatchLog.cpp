@@ -1,135 +1,149 @@
 #include "WatchLog.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "base/Messages.h"
+#include "scenario/json/LineError.h"
 
 namespace zoomreplay {
-namespace {
 
-constexpr std::string_view kDigits = "0123456789";
-
-/// The values that one frame changes.
-struct Change {
-    uint64_t frame = 0;
-    std::optional<float> zoomRatio;
-    std::optional<NSCam::MRect> cropRegion;
-};
-
-// Takes "f12:3400ns:" off, and what a phone may print before it. Empty for other lines.
-std::optional<uint64_t> skipFrame(std::string_view& line) {
-    auto const unit = line.find("ns:");
-    if (unit == std::string_view::npos) {
-        return std::nullopt;
+void FrameJoiner::take(WatchLine const& line) {
+    WatchedFrame& frame = line.isResult ? mObserved : mAsked;
+    bool const isSame = mIsOpen && mIsResult == line.isResult && frame.number == line.frame;
+    if (!isSame) {
+        close();
+        mIsOpen = true;
+        mIsResult = line.isResult;
+        frame.number = line.frame;
     }
-    std::string_view head = line.substr(0, unit);
-    head = head.substr(0, head.find_last_not_of(kDigits) + 1);
-    if (head.empty() || head.back() != ':') {
-        return std::nullopt;
-    }
-    head.remove_suffix(1);
-    auto const begin = head.find_last_not_of(kDigits);
-    if (begin == std::string_view::npos || head[begin] != 'f') {
-        return std::nullopt;
-    }
-
-    head.remove_prefix(begin + 1);
-    uint64_t frame = 0;
-    auto const [stop, error] = std::from_chars(head.data(), head.data() + head.size(), frame);
-    line.remove_prefix(unit + 3);
-    return error == std::errc{} ? std::optional(frame) : std::nullopt;
+    frame.time = line.time;
+    merge(frame.values, line);
 }
 
-bool takeZoomRatio(std::string_view values, Change& change) {
-    auto const numbers = parseFloats(values);
-    if (!numbers.has_value() || numbers->size() != 1 || !(numbers->front() > 0.0F)) {
-        return false;
-    }
-    change.zoomRatio = numbers->front();
-    return true;
+void FrameJoiner::finish() {
+    close();
+    mFollower.finish();
 }
 
-bool takeCropRegion(std::string_view values, Change& change) {
-    auto const numbers = parseIntegers(values);
-    if (!numbers.has_value() || numbers->size() != 4 || (*numbers)[2] <= 0 || (*numbers)[3] <= 0) {
-        return false;
+void FrameJoiner::close() {
+    if (!mIsOpen) {
+        return;
     }
-    change.cropRegion = {(*numbers)[0], (*numbers)[1], (*numbers)[2], (*numbers)[3]};
-    return true;
+    mIsOpen = false;
+    if (mIsResult) {
+        mFollower.observe(mObserved);
+        return;
+    }
+    mHasRatio = mHasRatio || mAsked.values.zoomRatio.value_or(1.0F) != 1.0F;
+    mAsked.isZoomedByRegion = !mHasRatio && mAsked.values.cropRegion.has_value();
+    mFollower.request(mAsked);
 }
 
-class Reader {
- public:
-    void take(std::string_view line, uint64_t lineNumber) {
-        auto const frame = skipFrame(line);
-        if (!frame.has_value()) {
-            return;
+void WatchLog::take(std::string_view text, uint64_t lineNumber) {
+    std::optional<WatchLine> line;
+    try {
+        line = parseWatchLine(text);
+    } catch (scenario::LineError const& e) {
+        if (mUnusableLines == 0) {
+            mFirstUnusable = std::to_string(lineNumber) + ": " + e.what();
         }
-        line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-        if (skip(line, "REQ:android.control.zoomRatio:")) {
-            takeValues(*frame, takeZoomRatio, line, lineNumber, "is not one positive number");
-        } else if (skip(line, "REQ:android.scaler.cropRegion:")) {
-            takeValues(*frame, takeCropRegion, line, lineNumber, "is not x, y, width and height");
+        ++mUnusableLines;
+    }
+    if (!line.has_value()) {
+        return;
+    }
+    count(*line);
+    if (!isWanted(line->source)) {
+        return;
+    }
+    if (mIsFlowing) {
+        demandOneSource();
+        mJoiner.take(*line);
+        return;
+    }
+    mKept.push_back(*line);
+    if (mIsLive && mRises > mFalls) {
+        demandOneSource();
+        release();
+        mIsFlowing = true;
+    }
+}
+
+void WatchLog::finish() {
+    demandOneSource();
+    if (mIsFlowing && isNewestFirst()) {
+        throw UserError("turns out to be newest first; import it from a file, not as it comes");
+    }
+    if (isNewestFirst()) {
+        std::reverse(mKept.begin(), mKept.end());
+    }
+    release();
+    mJoiner.finish();
+}
+
+std::string WatchLog::complaint() const {
+    return mUnusableLines == 0
+               ? ""
+               : mFirstUnusable + "; lines left out in all: " + std::to_string(mUnusableLines);
+}
+
+bool WatchLog::isWanted(std::string_view source) const {
+    return !mCamera.has_value() || source == *mCamera || cameraOf(source) == *mCamera;
+}
+
+// Only requests tell the order, and how much there is of a camera. The line's source becomes one
+// that stays.
+void WatchLog::count(WatchLine& line) {
+    auto known = mSources.find(line.source);
+    if (known == mSources.end()) {
+        known = mSources.emplace(line.source, Source{}).first;
+    }
+    line.source = known->first;
+    Source& source = known->second;
+    if (line.isResult || source.frame == line.frame) {
+        return;
+    }
+    if (source.frame.has_value() && isWanted(line.source)) {
+        // Frame numbers begin anew with each session, so that a few of them fall in any log.
+        ++(line.frame > *source.frame ? mRises : mFalls);
+    }
+    source.frame = line.frame;
+    ++source.frames;
+}
+
+void WatchLog::release() {
+    for (WatchLine const& line : mKept) {
+        mJoiner.take(line);
+    }
+    mKept.clear();
+}
+
+void WatchLog::demandOneSource() const {
+    std::string all;
+    std::string wanted;
+    size_t count = 0;
+    for (auto const& [name, source] : mSources) {
+        if (source.frames == 0) {
+            continue;
+        }
+        std::string const text = (name.empty() ? std::string("one without an id") : name) + " (" +
+                                 std::to_string(source.frames) + " frames)";
+        all.append(all.empty() ? "" : ", ").append(text);
+        if (isWanted(name)) {
+            wanted.append(wanted.empty() ? "" : ", ").append(text);
+            ++count;
         }
     }
-
-    WatchLog finish() {
-        if (isNewestFirst()) {
-            std::reverse(mChanges.begin(), mChanges.end());
-        }
-        WatchedFrame state;
-        for (Change const& change : mChanges) {
-            state.number = change.frame;
-            state.zoomRatio = change.zoomRatio.value_or(state.zoomRatio);
-            if (change.cropRegion.has_value()) {
-                state.cropRegion = change.cropRegion;
-            }
-            mLog.frames.push_back(state);
-        }
-        return std::move(mLog);
+    if (all.empty()) {
+        throw UserError("has no frame with a zoom ratio or a crop region");
     }
-
- private:
-    template <typename Take>
-    void takeValues(uint64_t frame, Take takeValue, std::string_view values, uint64_t lineNumber,
-                    char const* complaint) {
-        bool const isNewFrame = mChanges.empty() || mChanges.back().frame != frame;
-        Change change = isNewFrame ? Change{frame, {}, {}} : mChanges.back();
-        if (!takeValue(values, change)) {
-            if (mLog.unusableLines == 0) {
-                mLog.firstUnusable = std::to_string(lineNumber) + ": " + complaint;
-            }
-            ++mLog.unusableLines;
-            return;
-        }
-        if (isNewFrame) {
-            mChanges.push_back(change);
-        } else {
-            mChanges.back() = change;
-        }
+    if (count == 0) {
+        throw UserError("has no frames of camera " + *mCamera + ", only of " + all);
     }
-
-    // Frame numbers begin anew with each session, so that a few of them fall in any log.
-    bool isNewestFirst() const {
-        size_t rises = 0;
-        size_t falls = 0;
-        for (size_t i = 1; i < mChanges.size(); ++i) {
-            ++(mChanges[i].frame > mChanges[i - 1].frame ? rises : falls);
-        }
-        return falls > rises;
+    if (count > 1) {
+        throw UserError("has several cameras or applications: " + wanted +
+                        "; choose one with --camera");
     }
-
-    std::vector<Change> mChanges;
-    WatchLog mLog;
-};
-
-}  // namespace
-
-WatchLog readWatchLog(PhoneText& log) {
-    Reader reader;
-    while (auto const line = log.next()) {
-        reader.take(*line, log.lineNumber());
-    }
-    return reader.finish();
 }
 
 }  // namespace zoomreplay
