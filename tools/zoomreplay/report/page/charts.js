@@ -48,12 +48,14 @@ class Chart {
       axes: this.axes(gutter),
     };
     if (this.graph) {
+      if (this.width !== this.node.clientWidth) this.graph.resize();
       this.graph.updateOptions(options);
     } else {
       const { file, ...rest } = options;
       this.graph = new Dygraph(this.node, file, { interactionModel: {}, legend: 'never', highlightCircleSize: 0,
         showLabelsOnHighlight: false, axisLabelFontSize: 11, axisTickSize: TICK, rightGap: 0, ...rest });
     }
+    this.width = this.node.clientWidth;
   }
 
   axes(gutter) {

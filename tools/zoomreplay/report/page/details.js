@@ -3,9 +3,10 @@
 // request   { no, rig, mode, modes: { sensor: mode or null }, deposit?, done?, repeating?,
 //             queries, lines: [[line, op, [sink, level, text]...]...] }
 // query     { stage, line, asked, sensor, state, manual?, cached?, override?, valid? or invalid?, from?,
-//             trouble?, crops }
+//             brought?: line, kept?: line, reason?: saying, trouble?, crops }
 // crop      { s: sensor, c: rectangle, p?: ports, extra?, tg?, asked?, min?, area?, share?, deg?,
-//             centre?, diff? }
+//             centre?, diff?, steps?: [{ say: saying, tg?, rect }...], unexplained? }
+// saying    [words, numbers...]
 
 const requestTable = new Table(data.requests);
 const KEPT_BLOCKS = 8;

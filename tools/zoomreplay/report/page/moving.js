@@ -66,6 +66,7 @@ const showDetails = async () => {
   showLines(request);
   showSensors(request);
   showNumbers(request);
+  showWhy(request);
   showLog(request);
   shownRequest = request;
 };

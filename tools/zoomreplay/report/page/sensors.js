@@ -20,7 +20,9 @@ const outputOf = (request, id) => {
   return mode === null || mode === undefined ? undefined : rigOf(request).sensors[id]?.modes?.[mode]?.size;
 };
 const isEmpty = ([, , w, h]) => !(w > 0 && h > 0);
-const cropsOf = (query, id) => (query?.crops ?? []).filter((crop) => crop.s === id && !isEmpty(crop.c));
+let chosenPort = null;  // null: all
+const cropsOf = (query, id) => (query?.crops ?? []).filter((crop) => crop.s === id && !isEmpty(crop.c) &&
+  (chosenPort === null || !crop.p || crop.p.includes(chosenPort)));
 
 // The frames of a rig's sensors stay the same: a crop that moves is a crop that moved. Only what reaches
 // beyond its sensor widens them.
@@ -45,16 +47,37 @@ const framesOf = (request) => {
   return { active, output };
 };
 
+// Labels stand in a corner of their boxes, or below where others stand there.
+const LINE = 13;
 const CORNERS = [
-  ([x, y]) => ({ x: x + 5, y: y + 13 }),
-  ([x, y, w]) => ({ x: x + w - 5, y: y + 13, 'text-anchor': 'end' }),
-  ([x, y, , h]) => ({ x: x + 5, y: y + h - 5 }),
-  ([x, y, w, h]) => ({ x: x + w - 5, y: y + h - 5, 'text-anchor': 'end' }),
+  ([x, y], length) => [x + 5, y + LINE, length],
+  ([x, y, w], length) => [x + w - 5 - length, y + LINE, length],
+  ([x, y, , h], length) => [x + 5, y + h - 5, length],
+  ([x, y, w, h], length) => [x + w - 5 - length, y + h - 5, length],
 ];
+const covers = ([x, y, length], [ox, oy, other]) => Math.abs(y - oy) < LINE && x < ox + other && ox < x + length;
+const placeLabel = (placed, label, taken, [width, height]) => {
+  const length = 6.4 * label.length + 4;
+  const inside = ([x, y]) => [Math.min(Math.max(x, 4), Math.max(width - length, 4)), Math.min(Math.max(y, LINE), height - 4), length];
+  const spots = CORNERS.map((corner) => inside(corner(placed, length)));
+  const below = Array.from({ length: 8 }, (_, i) => inside([spots[0][0], spots[0][1] + LINE * (i + 1)]));
+  const spot = [...spots, ...below].find((candidate) => !taken.some((other) => covers(candidate, other))) ?? spots[0];
+  taken.push(spot);
+  return text(spot[0], spot[1], label, { class: 'label' });
+};
+
+// The pictures in hand, by sensor and domain, to point at a rectangle in one of them.
+const pictures = new Map();
+const pointAt = (id, isTg, box) => {
+  pointAway();
+  const picture = pictures.get(`${id} ${isTg}`);
+  if (picture) picture.node.append(rect(picture.place(box), { class: 'pointed' }));
+};
+const pointAway = () => document.querySelectorAll('.pointed').forEach((node) => node.remove());
 
 // Draws boxes ({ box, style, label }) of one domain at a scale.
 // Its width is a part of the room, so that all shrink alike on paper and stay to scale.
-const drawDomain = (frame, scale, room, boxes, description, empty) => {
+const drawDomain = (frame, scale, room, boxes, description, empty, name) => {
   const MARGIN = 3;
   const place = ([x, y, w, h]) => [rounded((x - frame[0]) * scale + MARGIN),
     rounded((y - frame[1]) * scale + MARGIN), rounded(w * scale), rounded(h * scale)];
@@ -63,15 +86,14 @@ const drawDomain = (frame, scale, room, boxes, description, empty) => {
     viewBox: `0 0 ${total[0]} ${total[1]}`, role: 'img', 'aria-label': description,
   });
   picture.style.width = `${Math.min(100, 100 * total[0] / room)}%`;
+  pictures.set(name, { node: picture, place });
   const labels = [];
-  let corner = 0;
+  const taken = [];
   for (const { box, style, label } of boxes) {
     const placed = place(box);
     picture.append(rect(placed, { class: style }));
     if (label) {
-      const { x, y, ...rest } = CORNERS[corner++ % CORNERS.length](placed);
-      labels.push(text(Math.min(Math.max(x, 4), total[0] - 4), Math.min(Math.max(y, 12), total[1] - 4),
-        label, { class: 'label', ...rest }));
+      labels.push(placeLabel(placed, label, taken, total));
     }
   }
   picture.append(...labels);
@@ -107,7 +129,7 @@ const activeFigure = (request, id, scales) => {
   }
   const description = `Sensor ${id}, active array ${size(sensor.array.slice(2))}: ${told.join('; ') || 'no crop'}`;
   return figure(sensor.unconfigured ? 'Read out by its modes' : 'Active array', size(sensor.array.slice(2)),
-    drawDomain(scales.frames.active.get(id), scales.active, scales.room, boxes, description, 'no crop'));
+    drawDomain(scales.frames.active.get(id), scales.active, scales.room, boxes, description, 'no crop', `${id} false`));
 };
 
 const outputFigure = (request, id, scales) => {
@@ -132,7 +154,7 @@ const outputFigure = (request, id, scales) => {
   return figure(`Output of mode ${request.modes[id]}`,
     size(output) + (minima.length > 0 ? ` \u00b7 min ${minima.join(', ')}` : ''),
     drawDomain(scales.frames.output.get(id), scales.output, scales.room, boxes,
-      `Sensor ${id}, output of mode ${request.modes[id]}, ${size(output)}: ${told.join('; ') || 'no crop'}`, 'no crop in the TG domain'));
+      `Sensor ${id}, output of mode ${request.modes[id]}, ${size(output)}: ${told.join('; ') || 'no crop'}`, 'no crop in the TG domain', `${id} true`));
 };
 
 const sensorCard = (request, id, scales) => {
@@ -160,7 +182,18 @@ const scaleFor = (map, room) => {
     MAX_PICTURE_HEIGHT / Math.max(...boxes.map((box) => box[3]), 1));
 };
 
+// One port can be singled out where several lie above one another.
+const showPorts = (request) => {
+  const ports = [...new Set(request.queries.flatMap((query) => query.crops.flatMap((crop) => crop.p ?? [])))].sort((a, b) => a - b);
+  if (!ports.includes(chosenPort)) chosenPort = null;
+  $('ports').hidden = ports.length < 2;
+  $('port').replaceChildren(html('option', { value: '' }, 'all ports'), ...ports.map((port) =>
+    html('option', { value: port, selected: port === chosenPort ? '' : null }, portName(port))));
+};
+
 const showSensors = (request) => {
+  showPorts(request);
+  pictures.clear();
   const total = $('sensors').clientWidth;
   const columns = Math.max(1, Math.min(sensorIds.length, Math.floor((total + 10) / 260)));
   const card = (total - 10 * (columns - 1)) / columns;

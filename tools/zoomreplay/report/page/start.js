@@ -48,6 +48,10 @@ const listen = () => {
     tell(chooseRange($('range').value) ? '' : 'The range of the axis is written as -5..5.');
     drawTimeline();
   });
+  $('port').addEventListener('change', () => {
+    chosenPort = $('port').value === '' ? null : Number($('port').value);
+    showSensors(shownRequest);
+  });
   watchPointer();
   document.addEventListener('keydown', onKey);
   addEventListener('popstate', openLink);

@@ -1,0 +1,72 @@
+// Opens the report of a scenario of longScenario.mjs and holds what it shows to the result file of the same run:
+// node long.mjs REPORT.html RESULTS.jsonl OTHER_REQUEST PLANTED_REQUEST
+import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { pathToFileURL } from 'node:url';
+
+import { Chromium } from './Chromium.mjs';
+
+const [report, resultFile, other, planted] = process.argv.slice(2);
+const answers = readFileSync(resultFile, 'utf8').trim().split('\n').filter((line) => line.includes('getP1CropSetting'))
+  .map((line) => JSON.parse(line).need.tgCrops);
+const cropOf = (request, sensor) => answers[request - 1][sensor]['0x7001'];
+
+// The TG domain of the scenario is half of its active array.
+const WIDTH = 2016;
+const DEGREES = [80, 120, 40];
+const angleAt = (sensor, x) => Math.atan(Math.tan(DEGREES[sensor] * Math.PI / 360) * (2 * x / WIDTH - 1)) * 180 / Math.PI;
+const angleOf = (sensor, [x, , w]) => angleAt(sensor, x + w) - angleAt(sensor, x);
+const pointOf = (sensor, [x, , w]) => angleAt(sensor, x + w / 2);
+
+const browser = await Chromium.start();
+try {
+  await browser.open(`${pathToFileURL(report).href}#request=${planted}`);
+  const shown = async (request) => {
+    await browser.evaluate(`(async () => {
+      if (location.hash !== '#request=${request}') location.hash = '#request=${request}';
+      for (let i = 0; i < 1000; ++i) {
+        if (document.getElementById('request-title').textContent === 'Request ${request}') return;
+        await new Promise((resolve) => setTimeout(resolve, 10));
+      }
+      throw new Error('request ${request} does not appear');
+    })()`);
+    return browser.evaluate(`({
+      numbers: [...document.querySelectorAll('#numbers tbody tr:not(.query)')].map((row) =>
+        [...row.cells].map((cell) => cell.textContent)),
+      steps: [...document.querySelectorAll('#why .steps')].map((part) => [part.dataset.sensor,
+        part.querySelector('li:last-child .rect').textContent, part.textContent]),
+      hover: document.getElementById('hover').textContent,
+    })`);
+  };
+
+  for (const request of [planted, other, 1, answers.length, 512, 513, 20000].map(Number)) {
+    const { numbers } = await shown(request);
+    assert.equal(numbers.length, 3, `request ${request} has a crop per sensor`);
+    for (const row of numbers) {
+      const sensor = Number(row[1]);
+      const crop = cropOf(request, sensor);
+      assert.deepEqual(row.slice(4, 8).map(Number), crop, `crop of request ${request}, sensor ${sensor}`);
+      assert.ok(Math.abs(Number(row[10]) - angleOf(sensor, crop)) < 0.0051, `angle of request ${request}, sensor ${sensor}`);
+      assert.ok(Math.abs(Number(row[12]) - pointOf(sensor, crop)) < 0.0051, `direction of request ${request}, sensor ${sensor}`);
+    }
+  }
+
+  // What the timeline reads out under the mouse, of all requests in view.
+  const box = await browser.evaluate(`(() => {
+    const { left, width, top } = document.getElementById('timeline').getBoundingClientRect();
+    return { left, width, top };
+  })()`);
+  for (const part of [0.2, 0.5, 0.9]) {
+    await browser.mouse('mouseMoved', box.left + box.width * part, box.top + 40, 0);
+    const text = await browser.evaluate(`document.getElementById('hover').textContent`);
+    const request = Number(/request (\d+)/.exec(text)[1]);
+    assert.ok(request > 1 && request < answers.length, text);
+    const difference = Number(/sensor 2 ([+\u2212][\d.]+)/.exec(text)[1].replace('\u2212', '-'));
+    const expected = angleOf(2, cropOf(request, 2)) - angleOf(0, cropOf(request, 0));
+    assert.ok(Math.abs(difference - expected) < 0.0051, `${text}, not ${expected}`);
+  }
+
+  assert.deepEqual(browser.errors, [], 'nothing on the console');
+} finally {
+  await browser.stop();
+}
