@@ -132,12 +132,9 @@ TEST_P(FormTest, BecomesARigThatStreams) {
     }
 
     write("rig.jsonl", result.out);
-    write("zoom.log",
-          "f1:0ns: REQ:android.control.zoomRatio: [2.0]\n"
-          "f2:0ns: REQ:android.control.zoomRatio: [3.0]\n");
     for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
         auto const scenario =
-            run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", mode});
+            run({"import-watch", phone("watch.log"), "--rig", "rig.jsonl", "--mode", mode});
         EXPECT_EQ(scenario.err, "") << mode;
         auto const results = replay(scenario.out);
         EXPECT_EQ(results.status, 0) << mode << '\n' << results.err;
@@ -326,6 +323,20 @@ Change const kChanges[] = {
 };
 INSTANTIATE_TEST_SUITE_P(All, ChangedDumpTest, testing::ValuesIn(kChanges));
 
+std::string withTag(std::string_view dump, std::string_view tag) {
+    return replaced(std::string(dump), kTitle, tag);
+}
+
+/// Camera 7 with these ids of physical cameras, which follow.
+std::string logicalDump(std::string const& ids, std::vector<std::string> const& cameras) {
+    std::string dump =
+        withTag(kDump, "android.logicalMultiCamera.physicalIds (1a0000): " + ids + "\n");
+    for (auto const& camera : cameras) {
+        dump += replaced(std::string(kDump), "legacy/7", "legacy/" + camera);
+    }
+    return dump;
+}
+
 struct Failure {
     std::string dump;
     std::vector<std::string> options;
@@ -384,8 +395,72 @@ Failure const kFailures[] = {
      "dump.txt: camera 7: none of its physical cameras (5) has its focal length "
      "and physical size; choose the main one with --master\n"},
     {std::string(kDump), {"--fast"}, "--fast: unknown option\n"},
+    {"== Camera Provider HAL legacy/0 (v2.4, remote) static info: 2 devices: ==\n" +
+         std::string(kDump),
+     {},
+     "dump.txt: announces 2 cameras, but has only 1; take the dump again, or choose among those "
+     "with --cameras\n"},
+    {"Number of camera devices: 2\n" + std::string(kDump),
+     {},
+     "dump.txt: announces 2 cameras, but has only 1; "},
+    {std::string(kDump) +
+         "== Camera HAL device device@1.0/legacy/8 (v1.0) static information: ==\n",
+     {},
+     "dump.txt: camera 8 is there, but not described; the others are not the whole phone. Name "
+     "what "
+     "the rig shall have with --cameras, of 7\n"},
+    {std::string(kDump) +
+         "== Camera HAL device device@1.0/legacy/8 (v1.0) static information: ==\n",
+     {"--cameras", "7,8"},
+     "dump.txt: camera 8 was chosen, but cannot be used, as told above\n"},
+    {withTag(kDump, "android.lens.facing (80005): byte[1]\n[FRONT ]\n") +
+         withTag(replaced(replaced(std::string(kDump), "legacy/7", "legacy/8"), "[2.16", "[x"),
+                 "android.lens.facing (80005): byte[1]\n[BACK ]\n"),
+     {},
+     "dump.txt: no camera that faces back can be used, as told above; "},
+    {logicalDump("byte[2]\n[53 54 ]", {"53", "54"}),
+     {},
+     "dump.txt: camera 7: android.logicalMultiCamera.physicalIds cannot be read (line 2: [53 54 ], "
+     "announced as 2 values)\ndump.txt: camera 7 is made of several, which cannot all be used, as "
+     "told above; the others are not the whole phone. Name what the rig shall have with --cameras, "
+     "of 53, 54\n"},
+    {logicalDump("byte[4]\n[53 0 54 0 ]", {"5"}),
+     {},
+     "dump.txt: camera 7: no characteristics of its physical camera 6\ndump.txt: camera 7 is "
+     "made "},
+    {logicalDump("byte[5]\n[5 6 6 ]", {"5", "56", "6", "66"}),
+     {},
+     "physicalIds cannot be read ([566], which in no way, or in several, are 2 ids of this phone's "
+     "cameras)\ndump.txt: camera 7 is made "},
+    {logicalDump("byte[5]\n[5 6 6 ]", {"5", "6"}), {}, "dump.txt: camera 7 is made of several, "},
+    {"{\"android.lens.facing\": 1,",
+     {},
+     "dump.txt: begins like JSON, but is damaged; a whole object with the tags of a camera is "
+     "expected\n"},
+    {"{'android.lens.facing': 1}\n",
+     {},
+     "dump.txt:1: is what Python prints of a dictionary; print it with json.dumps\n"},
 };
 INSTANTIATE_TEST_SUITE_P(All, UnusableDumpTest, testing::ValuesIn(kFailures));
+
+TEST_F(ImportRigTest, RestOfABrokenPhoneCanBeChosen) {
+    auto const rig = import(logicalDump("byte[2]\n[53 54 ]", {"5"}), {"--cameras", "5"});
+    EXPECT_EQ(rig.status, 0);
+    EXPECT_THAT(rig.out, HasSubstr(R"("sensorIds": [5])"));
+}
+
+// Lines of any length around the dump, which is printed twice, the first time cut off.
+TEST_F(ImportRigTest, BugreportIsSearched) {
+    std::string const noise = std::string(3000000, 'x') + "\n";
+    std::string const service =
+        "DUMP OF SERVICE media.camera:\n"
+        "== Camera Provider HAL legacy/0 (v2.4, remote) static info: 1 devices: ==\n";
+    auto const rig = import(
+        noise + "android.lens.info.availableFocalLengths (90002): float[1]\n[9]\n" + service +
+        std::string(kDump.substr(0, 80)) + "\n" + noise + service + std::string(kDump) + noise);
+    EXPECT_EQ(rig.err, "");
+    EXPECT_THAT(rig.out, AllOf(HasSubstr(kSensorLine), HasSubstr(kConfigLine)));
+}
 
 TEST_F(ImportRigTest, HelpTellsWhatToTypeOnAPhone) {
     auto const help = run({"import-rig", "--help"});

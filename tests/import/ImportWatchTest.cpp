@@ -237,7 +237,7 @@ Log const kLogs[] = {
      "f2:0ns: REQ:android.control.zoomRatio:  (Removed)\n"
      "f3:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 ]\n"
      "f4:0ns: REQ:android.scaler.cropRegion:  (Removed)\n",
-     "3 1 1 1 ", ""},
+     "3 1 100 1 ", ""},
     {"application, streams behind the value, CRLF, quoted, out of logcat",
      "0:app  f0:123ns:  REQ:android.control.zoomRatio: [0.60000000] output stream ids:  0  1\r\n"
      "> 0:app  f1:123ns:  REQ:android.control.zoomRatio: [0.70000000] output stream ids:  0\n"
@@ -422,6 +422,43 @@ TEST_F(ImportWatchTest, OneCameraIsChosen) {
                 AllOf(HasSubstr(R"("zoomRatio": 8)"), Not(HasSubstr(R"("zoomRatio": 2)"))));
     EXPECT_THAT(choose({"--camera", "0:app"}).out,
                 AllOf(HasSubstr(R"("zoomRatio": 3)"), Not(HasSubstr(R"("zoomRatio": 4)"))));
+}
+
+// Stream 2 is bound to sensor 1, the first can come from both. The crop is for the first stream.
+TEST_F(ImportWatchTest, OpenSessionTellsTheStreams) {
+    constexpr std::string_view kDump =
+        "== Camera device 0 dynamic info: ==\n"
+        "  Device 0 is open. Client instance dump:\n"
+        "    Stream[0]: Output\n"
+        "      Dims: 640 x 480, format 0x22, dataspace 0x0\n"
+        "    Stream[1]: Input\n"
+        "      Dims: 1 x 1, format 0x22, dataspace 0x0\n"
+        "    Stream[2]: Output\n"
+        "      Dims: 800 x 600, format 0x22, dataspace 0x0\n"
+        "      Physical camera id: 1\n"
+        "== Camera device 9 dynamic info: ==\n"
+        "  Device 9 is closed, no client instance\n";
+    write("open.txt", kDump);
+    write("zoom.log", kTwoFrames);
+    auto const session = [&](std::string const& dump) {
+        return run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", "InstantRequest",
+                    "--session", dump});
+    };
+
+    auto const scenario = session("open.txt");
+    EXPECT_EQ(scenario.err, "");
+    EXPECT_THAT(
+        scenario.out,
+        AllOf(
+            HasSubstr(
+                R"("sensorModes": {"0": 0, "1": 2}, "streamSizes": {"0x70010000000000": [640, 480], "0x70010100000000": [640, 480], "0x70010100000002": [800, 600]}})"),
+            HasSubstr(R"("streamIdMap": {"0": "0x70010000000000", "1": "0x70010100000000"})"),
+            Not(HasSubstr("stands in"))));
+    EXPECT_EQ(replay(scenario.out).status, 0);
+    EXPECT_EQ(
+        session("zoom.log").err,
+        "zoom.log: has no open camera with streams; take it while the camera application is in "
+        "use\n");
 }
 
 // From a pipe, lines are written as they come. What shows up too late is told.

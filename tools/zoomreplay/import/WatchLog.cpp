@@ -34,7 +34,8 @@ void FrameJoiner::close() {
         mFollower.observe(mObserved);
         return;
     }
-    mHasRatio = mHasRatio || mAsked.values.zoomRatio.value_or(1.0F) != 1.0F;
+    auto const& ratio = mAsked.values.zoomRatio;
+    mHasRatio = ratio.has_value() && (mHasRatio || *ratio != 1.0F);
     mAsked.isZoomedByRegion = !mHasRatio && mAsked.values.cropRegion.has_value();
     mFollower.request(mAsked);
 }

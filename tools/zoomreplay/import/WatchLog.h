@@ -19,8 +19,8 @@ struct WatchedFrame {
     uint64_t time = 0;  ///< nanoseconds; 0: not known
     ZoomValues values;
 
-    /// The application has no zoom ratio other than 1 so far: its crop region zooms, as all had to
-    /// before there was a ratio. Otherwise the region lies within what the ratio leaves.
+    /// There is a crop region and no zoom ratio, or none but 1 so far: the region zooms, as all had
+    /// to before there was a ratio. Otherwise the region lies within what the ratio leaves.
     bool isZoomedByRegion = false;
 };
 
