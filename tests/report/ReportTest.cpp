@@ -61,6 +61,22 @@ std::string instant(int requestNo, std::string const& crop) {
            crop + R"(]},"streamIdMap":{"0":"0x70010000000000"}})" + "\n";
 }
 
+// What a phone reports of a request comes after it is done. Only lenses with a number have a lane.
+TEST_F(ReportTest, TellsWhatThePhoneObserved) {
+    auto const data = report(
+        deposit(1) + ask("P1", 1, "4") + done(1) + deposit(2) + done(2) +
+        R"({"op":"observed","requestNo":1,"zoomRatio":2.5,"activePhysicalId":"5","cropRegion":[1,2,30,40]}
+{"op":"observed","requestNo":2,"activePhysicalId":"back"}
+{"op":"observed","requestNo":3,"activePhysicalId":"6"}
+)");
+
+    EXPECT_EQ(data["requests"][0]["phone"],
+              json({{"zoom", 2.5}, {"lens", "5"}, {"region", {1, 2, 30, 40}}}));
+    EXPECT_EQ(data["overview"][0]["phone"], json({{"zoom", 2.5}, {"lens", 5}}));
+    EXPECT_EQ(data["requests"][1]["phone"], json({{"lens", "back"}}));
+    EXPECT_EQ(data["requests"].size(), 2U);
+}
+
 // Sensor 0: half of the width at 90 degrees, 2 atan(1 / 2) = 53.130; half of the height at 60,
 // 2 atan(tan 30 / 2) = 32.204. Sensor 1: tan 60 = 1.73205, so 4608 / (1.73205 * 2) = 1330.2, in TG
 // 665: 2 atan(1.73205 * 1330 / 4608) = 2 atan 0.499919 = 53.123; tan 45 / tan 30 = 1.73205,

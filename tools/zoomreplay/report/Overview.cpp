@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <map>
 #include <set>
 #include <string>
@@ -163,6 +164,27 @@ void addSensors(PackedRecord& out, RequestRecord const& request, Overview const&
     out.close('}');
 }
 
+std::optional<uint32_t> asNumber(std::string const& text) {
+    uint32_t number = 0;
+    char const* const end = text.data() + text.size();
+    auto const [stop, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
+}
+
+// The lens by its number, which nearly all have: the page draws it beside the sensors.
+void addPhone(PackedRecord& out, Observation const& observed) {
+    out.open('{');
+    if (observed.zoomRatio.has_value()) {
+        out.key("zoom").number(*observed.zoomRatio);
+    }
+    if (observed.activePhysicalId.has_value()) {
+        if (auto const lens = asNumber(*observed.activePhysicalId)) {
+            out.key("lens").number(int64_t{*lens});
+        }
+    }
+    out.close('}');
+}
+
 }  // namespace
 
 Overview overviewOf(RequestRecord const& request, Rig const& rig) {
@@ -195,6 +217,9 @@ PackedRecord overviewData(RequestRecord const& request, Overview const& overview
     }
     if (overview.override.has_value()) {
         out.key("override").number(*overview.override);
+    }
+    if (request.observed.has_value()) {
+        addPhone(out.key("phone"), *request.observed);
     }
     out.key("stages").open('{');
     for (Stage const stage : kStages) {

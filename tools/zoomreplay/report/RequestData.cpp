@@ -149,6 +149,20 @@ void addModes(PackedRecord& out, NSCam::Feature::RunTimeCropNeedData const& data
     out.close('}');
 }
 
+void addPhone(PackedRecord& out, Observation const& observed) {
+    out.open('{');
+    if (observed.zoomRatio.has_value()) {
+        out.key("zoom").number(*observed.zoomRatio);
+    }
+    if (observed.activePhysicalId.has_value()) {
+        out.key("lens").text(*observed.activePhysicalId);
+    }
+    if (observed.cropRegion.has_value()) {
+        out.key("region").numbers(*observed.cropRegion);
+    }
+    out.close('}');
+}
+
 }  // namespace
 
 PackedRecord requestData(RequestRecord const& request) {
@@ -168,6 +182,9 @@ PackedRecord requestData(RequestRecord const& request) {
     }
     if (request.data != nullptr) {
         addModes(out.key("modes"), *request.data);
+    }
+    if (request.observed.has_value()) {
+        addPhone(out.key("phone"), *request.observed);
     }
     out.key("queries").open('[');
     for (QueryRecord const& query : request.queries) {

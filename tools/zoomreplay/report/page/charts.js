@@ -130,6 +130,7 @@ const makeCharts = () => {
   ratioChart.curves = [
     { path: 'asked', words: 'asked', colour: '--ink', dash: [] },
     { path: 'override', words: 'override', colour: '--accent', dash: [6, 3], width: 2.2 },
+    { path: 'phone.zoom', words: 'phone', colour: '--jump', dash: [2, 2], width: 2 },
   ].filter(({ path }) => columns.has(path));
   for (const { path } of ratioChart.curves) columnOf(path).forEach((v, i, all) => { if (!(v > 0)) all[i] = NO_VALUE; });
   angleChart = new Chart($('angle-chart'), { axes: {

@@ -1,7 +1,7 @@
 // All that is known of one request, unpacked when somebody looks at it.
 //
 // request   { no, rig, mode, modes: { sensor: mode or null }, deposit?, done?, repeating?,
-//             queries, lines: [[line, op, [sink, level, text]...]...] }
+//             phone?: { zoom?, lens?, region? }, queries, lines: [[line, op, [sink, level, text]...]...] }
 // query     { stage, line, asked, sensor, state, manual?, cached?, override?, valid? or invalid?, from?,
 //             brought?: line, kept?: line, reason?: saying, trouble?, crops }
 // crop      { s: sensor, c: rectangle, p?: ports, extra?, tg?, asked?, min?, area?, share?, deg?,

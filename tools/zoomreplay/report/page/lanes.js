@@ -56,6 +56,7 @@ const makeLanes = () => {
     ...stages,
     laneOf('corrected', [{ words: 'crop corrected', colour: '--warn', top: 3, height: 10 }], (i) => hasMark(i, 'corrected') ? 1 : 0),
     changingLane('asked by', 'asker', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `sensor ${id}`),
+    changingLane('phone', 'phone.lens', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `camera ${id}`),
     ...sensorIds.map((id) => changingLane(`sensor ${id}`, `sensors.${id}.mode`, () => colourOfSensor(id), (mode) => `streams, mode ${mode}`)),
     laneOf('findings', faultStates, (i) => faults.reduce((bits, mark, k) => bits | (hasMark(i, mark) ? 1 << k : 0), 0)),
   ].filter(({ uses }) => uses !== 0);

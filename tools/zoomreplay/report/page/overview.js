@@ -2,7 +2,7 @@
 //
 // data      { scenario, total, shown, logged, requestsPerBlock, rigs, fatal?, overview, requests, jumps? }
 // rig       { master?, sensors: { id: { array?, unconfigured?, degrees?, modes: { mode: { size?, readout? } } } } }
-// overview  { no, marks, mode, asked?, asker?, override?, stages: { P1, P2, 3A: state },
+// overview  { no, marks, mode, asked?, asker?, override?, phone?: { zoom?, lens? }, stages: { P1, P2, 3A: state },
 //             sensors: { id: { mode, corrected, angle?, right?, down?, share?, difference? } } }
 
 const data = JSON.parse(document.getElementById('data').textContent);

@@ -46,12 +46,19 @@ const showAngles = (request) => {
     hasAngles ? '' : 'No angles are configured: a configSensorInfo line in the scenario gives them, and the degrees appear.';
 };
 
+const phoneWords = ({ zoom, lens, region }) => 'the phone itself ' + [
+  lens === undefined ? '' : `used camera ${lens}`,
+  zoom === undefined ? '' : `zoomed to ${ratio(zoom)}`,
+  region === undefined ? '' : `cropped to ${rectText(region)}`,
+].filter(Boolean).join(', ');
+
 const showLines = (request) => {
   const parts = [];
   if (request.deposit) parts.push(`deposited on line ${request.deposit}${request.repeating ? ' (repeating)' : ''}`);
   for (const [line, op] of request.lines) {
     if (op === 'storeOverrideSetting') parts.push(`override stored on ${line}`);
   }
+  if (request.phone) parts.push(phoneWords(request.phone));
   parts.push(request.done ? `done on ${request.done}` : 'never reported done');
   const sentence = parts.join(', ') + '.';
   $('lines').textContent = `${data.scenario}: ${sentence}`;
