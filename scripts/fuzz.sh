@@ -7,7 +7,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 seconds=${1:-60}
-targets=(interface numbers scenario)
+targets=(interface numbers scenario phone)
 # shellcheck disable=SC2046 # one package a word
 scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
     scripts/packages-fuzz.txt)
@@ -18,9 +18,10 @@ cmake --build build/asan --target "${targets[@]/#/fuzz_}"
 fuzz() {
     local name=$1 seconds=$2 log=build/asan/fuzz_$1.log
     local folders=("build/asan/corpus/$name" "fuzz/regressions/$name")
-    # Scenarios are text, and long.
+    # Scenarios and what phones print are text, and long.
     local length=512
     [ "$name" != scenario ] || { folders+=(examples); length=8192; }
+    [ "$name" != phone ] || { folders+=(tests/import); length=8192; }
     # The library's last words are no news, hence the closed stream.
     "build/asan/fuzz/fuzz_$name" -max_total_time="$seconds" -max_len=$length -len_control=0 -timeout=10 \
         -close_fd_mask=2 -artifact_prefix="fuzz/regressions/$name/" "${folders[@]}" 2>"$log" ||
