@@ -48,6 +48,10 @@ size_t LiveState::size() const {
 void LiveState::appendTo(std::string& out) const {
     for (auto const& [subject, text] : mSettled) {
         out += text;
+        if (subject.first == LineKind::Deposit) {
+            // Requests to come may repeat it, but its own request is done.
+            scenario::Line(out, "onRequestDone").field("requestNo", mSettledDeposit).end();
+        }
     }
     auto number = mOldest;
     for (auto const& line : mRecent) {
@@ -103,8 +107,7 @@ void LiveState::settle(Line line) {
         mSettled.erase({LineKind::MovedSetting, 0});
     }
     if (kind == LineKind::Deposit) {
-        // Requests to come may repeat it, but its own request is done.
-        scenario::Line(line.text, "onRequestDone").field("requestNo", number).end();
+        mSettledDeposit = number;
     }
 
     bool const isPerNumber = kind == LineKind::Property || kind == LineKind::Sensor;

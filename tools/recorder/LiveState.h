@@ -50,7 +50,7 @@ class LiveState {
 
     void add(LineSubject subject, std::string_view text);
 
-    /// Bytes of what appendTo appends, or more.
+    /// About how many bytes appendTo appends.
     size_t size() const;
 
     /// Lines that bring a fresh manager to where the last line left the recorded one.
@@ -71,6 +71,7 @@ class LiveState {
 
     size_t const mByteLimit;
     std::map<std::pair<LineKind, uint32_t>, std::string> mSettled;
+    uint32_t mSettledDeposit = 0;  // the number of its request
 
     std::deque<Line> mRecent;  // oldest first
     size_t mRecentBytes = 0;
