@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
@@ -20,6 +21,8 @@
 namespace zoomrecorder {
 namespace {
 
+using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
@@ -79,10 +82,11 @@ TEST_F(PartsTest, FullDiskLeavesWholeLines) {
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
     rlimit const full{1001, before.rlim_max};
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
-    std::string const line = std::string(99, 'x').append("\n");
+    std::string const line = '{' + std::string(97, 'x') + "}\n";
     PartWriter record({mPath, 400000});
     for (int i = 0; i < 30; ++i) {
         record.add({}, line);
+        record.noteDuration(7);  // the disk is full in the middle of one
     }
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
 
@@ -120,14 +124,70 @@ TEST_F(PartsTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
     EXPECT_THAT(text.substr(0, query), HasSubstr("deposit of " + first));
 }
 
-TEST_F(PartsTest, BytesThatAreNoNumberAreReported) {
+// A process that is killed while it writes leaves the text up to the end of a page, over what stood
+// there before.
+TEST_F(PartsTest, TornWriteTearsOnlyTheLastLine) {
+    constexpr size_t kPage = 4096;
+    PartWriter record({mPath, 1U << 20U});
+    std::string before = read(mPath);
+    size_t durations = 0;
+    for (size_t i = 0; i < 3000; ++i) {
+        record.add({}, "{\"t\": " + std::string(20 + i % 23, '1') + "}\n");
+        record.noteDuration(123456);
+        std::string const after = read(mPath);
+        for (size_t page = before.size() / kPage * kPage; page < after.size(); page += kPage) {
+            std::string torn = after.substr(0, page);
+            torn += before.substr(std::min(page, before.size()));
+            std::string const whole = torn.substr(0, torn.rfind('\n') + 1);
+            ASSERT_EQ(std::count(whole.begin(), whole.end(), '\n') >=
+                          std::count(before.begin(), before.end(), '\n'),
+                      true)
+                << i;
+            ASSERT_THAT(whole,
+                        AnyOf(EndsWith("1}\n"), EndsWith(": 123456}\n"), EndsWith("here.\n")));
+        }
+        durations += after.find("123456", before.size() - 2) != std::string::npos ? 1U : 0U;
+        before = after;
+    }
+    EXPECT_GT(durations, 2900U);
+}
+
+TEST_F(PartsTest, RequestLargerThanAPartStaysInOne) {
+    PartWriter record({mPath, 4000});
+    std::string const deposit = "{deposit " + std::string(5000, 'x') + "}\n";
+    std::string queries;
+    record.add({LineKind::Deposit, 1}, "{earlier}\n");
+    record.add({LineKind::Deposit, 2}, deposit);
+    for (int i = 0; i < 20; ++i) {
+        queries += "{query " + std::to_string(i) + "}\n";
+        record.add({LineKind::P1Query, 2}, "{query " + std::to_string(i) + "}\n");
+    }
+    EXPECT_THAT(read(mPath), AllOf(HasSubstr("{earlier}\n"), EndsWith(deposit + queries)));
+
+    record.add({LineKind::Done, 1}, "{done 1}\n");
+    record.add({LineKind::Done, 2}, "{done 2}\n");
+    record.add({LineKind::Deposit, 3}, "{small}\n");  // until then it may be repeated
+    record.add({LineKind::Done, 3}, "{done 3}\n");
+    record.add({}, "{after}\n");
+    EXPECT_THAT(read(mPath + ".1"),
+                EndsWith(deposit + queries + "{done 1}\n{done 2}\n{small}\n{done 3}\n"));
+    EXPECT_THAT(read(mPath), EndsWith("{after}\n"));
+}
+
+TEST_F(PartsTest, BytesThatMakeNoSenseAreReported) {
     setenv("ZOOMOVERRIDE_RECORD", mPath.c_str(), 1);
     setenv("ZOOMOVERRIDE_RECORD_BYTES", "16M", 1);
     auto const settings = settingsFromEnvironment();
-
     EXPECT_EQ(settings.path, mPath);
     EXPECT_EQ(settings.bytes, 67108864U);
-    EXPECT_THAT(sReports, ElementsAre(HasSubstr("not a number of bytes: 16M")));
+
+    setenv("ZOOMOVERRIDE_RECORD_BYTES", "65535", 1);
+    EXPECT_EQ(settingsFromEnvironment().bytes, 65536U);
+    setenv("ZOOMOVERRIDE_RECORD_BYTES", "65537", 1);
+    EXPECT_EQ(settingsFromEnvironment().bytes, 65537U);
+
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr("not a number of bytes: 16M"),
+                                      HasSubstr("65535 is too little, taken as 65536")));
 }
 
 }  // namespace
