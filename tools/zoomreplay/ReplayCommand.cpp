@@ -10,7 +10,6 @@
 
 #include "Commands.h"
 #include "base/Arguments.h"
-#include "recording/KeptRequests.h"
 #include "recording/Recording.h"
 #include "replay/Replay.h"
 #include "report/Report.h"
@@ -76,27 +75,25 @@ class Pictures {
             consumers.push_back(&mReport.emplace(*mReportFile, mScenario, options.isLogged));
         }
         if (options.trace.has_value()) {
-            mTrace.emplace(openSeparateOutput(*options.trace, inputs, outputs));
-            consumers.push_back(
-                &mTraceRequests.emplace([this](auto const& requests, ReplayRecord const& replay) {
-                    writeTrace(*mTrace, requests, replay, mScenario);
-                }));
+            mTraceFile.emplace(openSeparateOutput(*options.trace, inputs, outputs));
+            mConsumers.push_back(&mTrace.emplace(*mTraceFile, mScenario, range));
         }
         if (!consumers.empty()) {
-            mRecording.emplace(range, std::move(consumers));
+            mConsumers.push_back(&mRecording.emplace(range, std::move(consumers)));
         }
     }
 
-    /// Null where nothing is asked for.
-    Recording* recording() { return mRecording.has_value() ? &*mRecording : nullptr; }
+    /// Who has to follow the replay.
+    std::vector<OutcomeConsumer*> const& consumers() const { return mConsumers; }
 
  private:
     std::string mScenario;
     std::optional<File> mReportFile;
     std::optional<Report> mReport;
-    std::optional<File> mTrace;
-    std::optional<KeptRequests> mTraceRequests;
+    std::optional<File> mTraceFile;
+    std::optional<Trace> mTrace;
     std::optional<Recording> mRecording;
+    std::vector<OutcomeConsumer*> mConsumers;
 };
 
 ExitStatus replay(Options const& options) {
@@ -126,17 +123,15 @@ ExitStatus replay(Options const& options) {
         compare.emplace(*expected, scenario.file().name());
         consumers.push_back(&*compare);
     }
-    if (pictures.recording() != nullptr) {
-        consumers.push_back(pictures.recording());
-    }
+    consumers.insert(consumers.end(), pictures.consumers().begin(), pictures.consumers().end());
 
     Replay runner(scenario, options.isLogged, consumers, progress);
     try {
         runner.run();
     } catch (UserError const&) {
         progress.clear();
-        if (pictures.recording() != nullptr) {
-            pictures.recording()->finish();  // what came before a bad line is worth a look
+        for (OutcomeConsumer* consumer : pictures.consumers()) {
+            consumer->finish();  // what came before a bad line is worth a look
         }
         throw;
     }
@@ -163,7 +158,7 @@ ExitStatus replayCommand(int argc, char const* const* argv) {
         ->type_name("EXPECTED");
     app.add_option("--report", options.report, "Write a page that shows the crops, for a browser")
         ->type_name("FILE.html");
-    app.add_option("--trace", options.trace, "Write a trace event file, for a trace viewer")
+    app.add_option("--trace", options.trace, "Write a trace, for a trace viewer")
         ->type_name("FILE.json");
     app.add_option("--requests", options.requests, "Limit report and trace to these requests")
         ->type_name("A-B");

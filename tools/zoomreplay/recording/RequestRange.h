@@ -17,6 +17,7 @@ struct RequestRange {
     uint32_t first = 0;
     uint32_t last = std::numeric_limits<uint32_t>::max();
 
+    bool isAll() const { return first == 0 && last == std::numeric_limits<uint32_t>::max(); }
     bool contains(uint32_t requestNo) const { return first <= requestNo && requestNo <= last; }
 };
 

@@ -1,200 +1,310 @@
 #include "Trace.h"
 
-#include <cmath>
-#include <functional>
-#include <map>
+#include <type_traits>
 #include <utility>
 
-#include "scenario/json/Json.h"
-#include "scenario/text/JsonText.h"
+#include "Properties.h"
 
 namespace zoomreplay {
 
-using namespace scenario;
+using namespace NSCam;           // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
 namespace {
 
-constexpr int32_t kProcess = 1;
-constexpr int32_t kThread = 1;
+constexpr Track kCalls = 1;
+constexpr Track kFirstSensor = 10;
 
-// What counters show of crops: a viewer holds a value until the next one, so a crop that is gone
-// has to be told.
-using Sizes = std::map<std::string, std::pair<int32_t, int32_t>>;
-
-class TraceEvents {
- public:
-    explicit TraceEvents(File& file) : mFile(file) {}
-
-    Json event(char const* phase, std::string const& name, int64_t time) const {
-        return {{"ph", phase}, {"name", name}, {"ts", time}, {"pid", kProcess}, {"tid", kThread}};
-    }
-
-    void add(Json const& event) {
-        mText += mIsFirst ? "\n" : ",\n";
-        mIsFirst = false;
-        mText += event.dump(-1, ' ', true, Json::error_handler_t::replace);
-        if (mText.size() > kBuffer) {
-            flush();
-        }
-    }
-
-    void begin() { mFile.write("{\"traceEvents\": ["); }
-
-    void end(Json const& metadata) {
-        mText += "\n],\n\"displayTimeUnit\": \"ms\",\n\"otherData\": ";
-        mText += metadata.dump(-1, ' ', true, Json::error_handler_t::replace);
-        mText += "}\n";
-        flush();
-    }
-
- private:
-    static constexpr size_t kBuffer = 1U << 16U;
-
-    void flush() {
-        mFile.write(mText);
-        mText.clear();
-    }
-
-    File& mFile;
-    std::string mText;
-    bool mIsFirst = true;
-};
-
-void addRatios(TraceEvents& events, QueryRecord const& query) {
-    Json ratios = Json::object();
-    if (std::isfinite(query.request.zoomRatio)) {
-        ratios["asked"] = query.request.zoomRatio;
-    }
-    if (query.need.has_value() && std::isfinite(query.need->zoomRatio)) {
-        ratios["override"] = query.need->zoomRatio;
-    }
-    if (!ratios.empty()) {
-        Json counter = events.event("C", std::string(nameOf(query.stage)) + " ratio", query.time);
-        counter["args"] = std::move(ratios);
-        events.add(counter);
-    }
-}
-
-std::string counterOf(CropRecord const& crop, std::string const& which) {
-    return "sensor " + std::to_string(crop.sensorId) + ' ' + which;
-}
-
-Sizes sizesOf(QueryRecord const& query) {
-    Sizes sizes;
-    std::string const stage = nameOf(query.stage);
-    for (CropRecord const& crop : query.crops) {
-        std::pair const size{crop.crop.w, crop.crop.h};
-        for (uint16_t const port : crop.ports) {
-            std::string which = stage + ' ';
-            appendKey(which, port);
-            sizes[counterOf(crop, which)] = size;
-        }
-        if (crop.kind == CropRecord::Kind::Stream) {
-            sizes[counterOf(crop, stage + " crop")] = size;
-        } else if (crop.kind == CropRecord::Kind::Extra) {
-            sizes[counterOf(crop, stage + " extra")] = size;
-        }
-    }
-    return sizes;
-}
-
-void addSizes(TraceEvents& events, QueryRecord const& query, Sizes& shown) {
-    Sizes sizes = sizesOf(query);
-    for (auto const& [name, size] : shown) {
-        sizes.try_emplace(name, 0, 0);
-    }
-    for (auto const& [name, size] : sizes) {
-        Json counter = events.event("C", name, query.time);
-        counter["args"] = {{"width", size.first}, {"height", size.second}};
-        events.add(counter);
-    }
-    shown = std::move(sizes);
-}
-
-void addInstant(TraceEvents& events, std::string const& name, int64_t time, char const* scope,
-                Json args) {
-    Json instant = events.event("i", name, time);
-    instant["s"] = scope;
-    instant["args"] = std::move(args);
-    events.add(instant);
-}
-
-void addQuery(TraceEvents& events, QueryRecord const& query, std::map<Stage, Sizes>& shown) {
-    addRatios(events, query);
-    addSizes(events, query, shown[query.stage]);
-
-    std::string const stage = nameOf(query.stage);
-    Json args{{"request", query.request.requestNo}, {"line", query.line}};
-    if (query.state == QueryState::Refused) {
-        addInstant(events, stage + " refused", query.time, "t", std::move(args));
-    } else if (query.state == QueryState::Exception) {
-        args["text"] = query.trouble;
-        addInstant(events, stage + " exception", query.time, "p", std::move(args));
-    }
-}
-
-void addSpan(TraceEvents& events, char const* phase, RequestRecord const& request, size_t index,
-             int64_t time, Json args) {
-    Json span = events.event(phase, "request " + std::to_string(request.requestNo), time);
-    span["cat"] = "request";
-    span["id"] = index;  // numbers may come again
-    span["args"] = std::move(args);
-    events.add(span);
-}
-
-void addName(TraceEvents& events, char const* what, std::string const& name) {
-    Json metadata = events.event("M", what, 0);
-    metadata["args"] = {{"name", name}};
-    events.add(metadata);
-}
-
-// In the order of time, as some viewers want it: requests overlap, so what belongs to one of them
-// does not stand together.
-void addRequests(TraceEvents& events, std::vector<RequestRecord> const& requests,
-                 int64_t replayEnd) {
-    std::multimap<int64_t, std::function<void()>> schedule;
-    std::map<Stage, Sizes> shown;
-    for (RequestRecord const& request : requests) {
-        size_t const i = request.index;
-        schedule.emplace(request.begin, [&events, &request, i] {
-            addSpan(events, "b", request, i, request.begin, {{"line", request.firstLine}});
-        });
-        for (QueryRecord const& query : request.queries) {
-            schedule.emplace(query.time,
-                             [&events, &query, &shown] { addQuery(events, query, shown); });
-        }
-        int64_t const end = request.end.value_or(replayEnd);
-        schedule.emplace(end, [&events, &request, i, end] {
-            Json args{{"done", request.doneLine.has_value()}};
-            if (request.doneLine.has_value()) {
-                args["line"] = *request.doneLine;
-            }
-            addSpan(events, "e", request, i, end, std::move(args));
-        });
-    }
-    for (auto const& [time, add] : schedule) {
-        add();
-    }
+constexpr Track trackOf(Stage stage) {
+    return kCalls + 1 + static_cast<Track>(stage);
 }
 
 }  // namespace
 
-void writeTrace(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
-                std::string const& scenario) {
-    TraceEvents events(file);
-    events.begin();
-    addName(events, "process_name", "zoomreplay " + scenario);
-    addName(events, "thread_name", "zoom override");
-    addRequests(events, requests, replay.end);
-    if (auto const& fatal = replay.fatal) {
-        addInstant(events, "fatal: " + std::string(fatal->op), fatal->time, "g",
-                   {{"line", fatal->line}, {"text", fatal->text}});
+Trace::Trace(File& file, std::string scenario, RequestRange range)
+    : mEvents(file), mCrops(mEvents), mScenario(std::move(scenario)), mRange(range) {
+    mEvents.name(kCalls, "calls");
+}
+
+void Trace::begin(uint64_t line, LineTime const& time) {
+    mLine = {line, mClock.next(time), {}, {}, false};
+}
+
+void Trace::prepare(uint64_t /*line*/, Input const& input) {
+    std::visit([this](auto const& kind) { take(kind); }, input);
+}
+
+void Trace::take(SensorInput const& input) {
+    mRig.modes[static_cast<uint32_t>(input.sensorId)] = input.modes;
+}
+
+void Trace::take(PublishInput const& input) {
+    mAsked.take(input.entry);
+    if (isShown()) {
+        mPublished = mLine.time.start;
+        mEvents.slice(kCalls, "publish", mLine.time.start, mLine.time.duration,
+                      lineArguments()
+                          .add("zoomRatio", input.entry.zoomRatio)
+                          .add("enable", input.entry.enable));
     }
-    events.end({{"scenario", scenario},
-                {"time",
-                 "Scenarios carry no time: requests are spaced at 30 per second, and the "
-                 "lines of a request at 100 microseconds."},
-                {"requestsPerSecond", 30}});
+}
+
+void Trace::take(InitializeInput const& input) {
+    endAllRequests();
+    mMode = input.mode;
+    mAsked.reset();
+    mNewestData = nullptr;
+    mSetting.reset();
+    if (!mIsP1Closed.has_value()) {  // the library reads its properties once
+        mIsP1Closed = Utils::Properties::property_get_int32(
+                          "vendor.debug.camera.zoomOverride.closeP1Override", 0) != 0;
+    }
+}
+
+// The library drops its configuration when it is initialized, but the lenses stay the same.
+void Trace::take(SensorInfoInput const& input) {
+    mAsked.take(input.config);
+    mRig.infos.clear();
+    for (auto const& [sensorId, info] : input.config.sensorInfos) {
+        if (info != nullptr) {
+            mRig.infos[sensorId] = *info;
+        }
+    }
+    auto const& ids = input.config.sensorIds;
+    mRig.master = ids.empty() ? std::nullopt : std::optional(static_cast<uint32_t>(ids.front()));
+}
+
+void Trace::take(DepositInput const& input) {
+    mLine.requestNo = input.requestNo;
+    if (input.notice != OverrideNotice::Repeating) {
+        mNewestData = std::make_shared<RunTimeCropNeedData const>(input.data);
+    }
+    if (!mRange.contains(input.requestNo)) {
+        return;
+    }
+    auto const [request, isNew] =
+        mRequests.try_emplace(input.requestNo, Request{mRequestCount, 0, nullptr, false});
+    request->second.deposit = mLine.time.start;
+    request->second.data = mNewestData;
+    if (isNew) {
+        ++mRequestCount;
+        mEvents.beginRequest(request->second.id, mLine.time.start, lineArguments());
+    }
+    if (mNewestData != nullptr) {
+        showSensors(*mNewestData);
+    }
+}
+
+void Trace::take(MetadataInput const& input) {
+    mAsked.take(input);
+    mSetting = isShown() ? std::optional(mLine.time.start) : std::nullopt;
+}
+
+void Trace::take(SettingInput const& /*input*/) {
+    mSetting = isShown() ? std::optional(mLine.time.start) : std::nullopt;
+}
+
+void Trace::take(QueryInput const& input) {
+    mLine.requestNo = input.request.requestNo;
+    mLine.stage = input.stage;
+    mLine.isNeedFresh = input.isNeedFresh;
+}
+
+void Trace::take(DoneInput const& input) {
+    mLine.requestNo = input.requestNo;
+}
+
+void Trace::take(ObservedInput const& input) {
+    mLine.requestNo = input.observation.requestNo;
+    if (isShown() && input.observation.zoomRatio.has_value()) {
+        mEvents.counter("observed ratio", mLine.time.start, *input.observation.zoomRatio);
+    }
+}
+
+bool Trace::isShown() const {
+    if (mLine.requestNo.has_value()) {
+        return mRange.contains(*mLine.requestNo);
+    }
+    return mRange.isAll() || !mRequests.empty();
+}
+
+Trace::Request* Trace::findRequest() {
+    auto const request =
+        mLine.requestNo.has_value() ? mRequests.find(*mLine.requestNo) : mRequests.end();
+    return request == mRequests.end() ? nullptr : &request->second;
+}
+
+TraceArguments Trace::lineArguments() const {
+    TraceArguments arguments;
+    arguments.number("line", mLine.number);
+    if (mLine.requestNo.has_value()) {
+        arguments.add("request", *mLine.requestNo);
+    }
+    return arguments;
+}
+
+void Trace::showSensors(RunTimeCropNeedData const& data) {
+    for (auto const* entry : scenario::inKeyOrder(data.sensorModes)) {
+        auto const next = kFirstSensor + static_cast<Track>(mSensorTracks.size());
+        auto const [track, isNew] = mSensorTracks.try_emplace(entry->first, next);
+        if (isNew) {
+            mEvents.name(track->second, "sensor " + std::to_string(entry->first));
+        }
+    }
+    for (auto const& [sensorId, track] : mSensorTracks) {
+        auto const entry = data.sensorModes.find(sensorId);
+        auto const mode = entry == data.sensorModes.end() ? kSensorNotStreaming : entry->second;
+        auto const shown = mSensorModes.try_emplace(sensorId, kSensorNotStreaming).first;
+        if (shown->second == mode) {
+            continue;
+        }
+        if (shown->second != kSensorNotStreaming) {
+            mEvents.endSlice(track, mLine.time.start);
+        }
+        if (mode != kSensorNotStreaming) {
+            mEvents.beginSlice(track, "mode " + std::to_string(mode), mLine.time.start);
+        }
+        shown->second = mode;
+    }
+}
+
+void Trace::endRequest(uint32_t requestNo, bool isDone) {
+    auto const request = mRequests.find(requestNo);
+    if (request == mRequests.end()) {
+        return;
+    }
+    TraceArguments arguments = lineArguments();
+    mEvents.endRequest(request->second.id, mLine.time.start, arguments.add("done", isDone));
+    mRequests.erase(request);
+}
+
+void Trace::endAllRequests() {
+    while (!mRequests.empty()) {
+        endRequest(mRequests.begin()->first, false);
+    }
+}
+
+void Trace::consume(Outcome const& outcome) {
+    if (!isShown() && !std::holds_alternative<FatalAnswer>(outcome.answer)) {
+        return;
+    }
+    std::visit(Overloaded{[&](P1Answer const& answer) { showQuery(outcome, answer); },
+                          [&](P2Answer const& answer) { showQuery(outcome, answer); },
+                          [&](ThreeAAnswer const& answer) { showQuery(outcome, answer); },
+                          [&](ExceptionAnswer const&) { showTrouble(outcome); },
+                          [&](FatalAnswer const&) { showTrouble(outcome); },
+                          [&](auto const&) { showCall(outcome); }},
+               outcome.answer);
+}
+
+void Trace::showCall(Outcome const& outcome) {
+    TraceArguments arguments = lineArguments();
+    if (auto const* answer = std::get_if<BoolAnswer>(&outcome.answer)) {
+        arguments.add("result", answer->result);
+    } else if (auto const* correction = std::get_if<CorrectionAnswer>(&outcome.answer)) {
+        arguments.add("crop", correction->crop);
+    }
+    mEvents.slice(kCalls, outcome.op, mLine.time.start, mLine.time.duration, arguments);
+    if (outcome.op == "onRequestDone") {
+        endRequest(*mLine.requestNo, true);
+    }
+}
+
+// The call is shown, too, on its track.
+void Trace::showTrouble(Outcome const& outcome) {
+    auto const* exception = std::get_if<ExceptionAnswer>(&outcome.answer);
+    std::string const text = exception != nullptr ? exception->type + ": " + exception->what
+                                                  : std::get<FatalAnswer>(outcome.answer).text;
+    Track const track = mLine.stage.has_value() ? useTrack(*mLine.stage) : kCalls;
+    TraceArguments arguments = lineArguments();
+    arguments.add("text", std::string_view(text));
+    mEvents.slice(track, outcome.op, mLine.time.start, mLine.time.duration, arguments);
+    mEvents.instant(exception != nullptr ? "exception" : "fatal", mLine.time.start, arguments);
+    if (mLine.stage.has_value()) {
+        showArrows(false);
+    }
+}
+
+template <typename Need>
+void Trace::showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer) {
+    Stretch const& time = mLine.time;
+    std::string const stage = nameOf(*mLine.stage);
+    bool const isCached = *mLine.stage == Stage::P1 && noteP1Answer();
+    std::vector<CropRecord> crops;
+    if constexpr (!std::is_same_v<Need, ZoomOverride3ANeed>) {
+        if (answer.result) {
+            crops = cropRecords(context(isCached), answer.need);
+        }
+    }
+
+    TraceArguments arguments = lineArguments();
+    arguments.add("asked", answer.request.zoomRatio)
+        .add("answer", std::string_view(answer.result ? "override" : "no"))
+        .add("override", answer.need.zoomRatio);
+    if (isCached) {
+        arguments.add("cached", true);
+    }
+    if (!crops.empty()) {
+        arguments.json("crops", listOf(crops));
+    }
+    mEvents.slice(useTrack(*mLine.stage), outcome.op, time.start, time.duration, arguments);
+    showArrows(answer.result && !isCached);
+
+    mEvents.counter("asked ratio", time.start, answer.request.zoomRatio);
+    mEvents.counter("override ratio", time.start, answer.need.zoomRatio);
+    mCrops.show(*mLine.stage, crops, time.start);
+    if (!answer.result) {
+        mEvents.instant(stage + " refused", time.start, lineArguments());
+    }
+}
+
+// Stages that are never asked have no track.
+Track Trace::useTrack(Stage stage) {
+    if (mStages.insert(stage).second) {
+        mEvents.name(trackOf(stage), std::string(nameOf(stage)) + " queries");
+    }
+    return trackOf(stage);
+}
+
+void Trace::showArrows(bool isOverridden) {
+    Track const track = trackOf(*mLine.stage);
+    if (auto const* request = findRequest()) {
+        mEvents.arrow(kCalls, request->deposit, track, mLine.time.start);
+    }
+    auto const& handedOver = mMode == ZoomOverrideMode::ExternalAPI ? mPublished : mSetting;
+    if (isOverridden && handedOver.has_value()) {
+        mEvents.arrow(kCalls, *handedOver, track, mLine.time.start);
+    }
+}
+
+CropContext Trace::context(bool isCached) {
+    // What was asked for since a cached answer was given has nothing to do with it.
+    bool const isAskedKnown = mLine.isNeedFresh && !isCached;
+    auto const* request = findRequest();
+    return {mRig, request == nullptr ? nullptr : request->data.get(), mMode,
+            isAskedKnown ? &mAsked : nullptr};
+}
+
+// Whether the answer was an earlier one.
+bool Trace::noteP1Answer() {
+    auto* const request = findRequest();
+    bool const isCaching = mMode != ZoomOverrideMode::None && !mIsP1Closed.value_or(false);
+    return request != nullptr && isCaching && std::exchange(request->hasP1Answer, true);
+}
+
+void Trace::finish() {
+    mLine = {mLine.number, {mClock.end(), 0}, {}, {}, false};
+    endAllRequests();
+    for (auto const& [sensorId, mode] : mSensorModes) {
+        if (mode != kSensorNotStreaming) {
+            mEvents.endSlice(mSensorTracks.at(sensorId), mClock.end());
+        }
+    }
+    mEvents.finish(
+        TraceArguments()
+            .add("scenario", std::string_view(mScenario))
+            .add("clock", std::string_view(mClock.isReal() ? "CLOCK_BOOTTIME"
+                                                           : "none: a millisecond a line")));
 }
 
 }  // namespace zoomreplay

@@ -1,15 +1,105 @@
-// Writes a replay in the trace event format that the viewers of Chrome and Android open.
+// Writes a replay as a trace, line by line, for the viewers that show a phone's own traces.
 #pragma once
 
-#include "base/File.h"
-#include "recording/RequestRecord.h"
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "TraceClock.h"
+#include "TraceCrops.h"
+#include "TraceEvents.h"
+#include "recording/CropRecords.h"
+#include "recording/RequestRange.h"
+#include "replay/Outcome.h"
 
 namespace zoomreplay {
 
-/// Each request is an asynchronous pair from its deposit to its end; ratios and crop sizes are
-/// counters; refusals, exceptions and the fatal condition are instants.
-/// @param scenario its name, for the metadata. @throws UserError
-void writeTrace(File& file, std::vector<RequestRecord> const& requests, ReplayRecord const& replay,
-                std::string const& scenario);
+/// A track for the calls that are no queries, one for each stage's queries, one for each sensor's
+/// mode and one for the requests in flight; counters for ratios and crops; instants for what went
+/// wrong; arrows from what was handed over to the queries that used it. Keeps no more than the
+/// requests in flight.
+class Trace : public OutcomeConsumer {
+ public:
+    /// @param file outlives the trace.
+    /// @param scenario its name, for the description of the trace.
+    /// @param range the requests to show. Lines of no request are shown while one of them is in
+    ///     flight.
+    Trace(File& file, std::string scenario, RequestRange range);
+
+    void begin(uint64_t line, LineTime const& time) override;
+    void prepare(uint64_t line, Input const& input) override;
+    void consume(Outcome const& outcome) override;
+    void finish() override;
+
+ private:
+    struct Request {
+        uint64_t id;
+        int64_t deposit;  ///< when its newest one was made
+        std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;
+        bool hasP1Answer = false;
+    };
+
+    /// What the line in hand is about.
+    struct Line {
+        uint64_t number = 0;
+        Stretch time;
+        std::optional<uint32_t> requestNo;
+        std::optional<Stage> stage;  ///< of a query
+        bool isNeedFresh = false;
+    };
+
+    void take(SensorInput const& input);
+    void take(PublishInput const& input);
+    void take(InitializeInput const& input);
+    void take(SensorInfoInput const& input);
+    void take(DepositInput const& input);
+    void take(MetadataInput const& input);
+    void take(SettingInput const& input);
+    void take(QueryInput const& input);
+    void take(DoneInput const& input);
+    void take(ObservedInput const& input);
+
+    bool isShown() const;
+    Request* findRequest();
+    TraceArguments lineArguments() const;
+    void showSensors(NSCam::Feature::RunTimeCropNeedData const& data);
+    void endRequest(uint32_t requestNo, bool isDone);
+    void endAllRequests();
+
+    void showCall(Outcome const& outcome);
+    void showTrouble(Outcome const& outcome);
+    template <typename Need>
+    void showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer);
+    Track useTrack(Stage stage);
+    void showArrows(bool isOverridden);
+    CropContext context(bool isCached);
+    bool noteP1Answer();
+
+    TraceEvents mEvents;
+    CropCounters mCrops;
+    std::string mScenario;
+    RequestRange mRange;
+    TraceClock mClock;
+    Line mLine;
+
+    NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
+    std::optional<bool> mIsP1Closed;
+    Rig mRig;
+    AskedCrops mAsked;
+    std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mNewestData;
+    std::optional<int64_t> mSetting;                  // when the newest was handed over
+    std::optional<int64_t> mPublished;                // likewise
+    std::unordered_map<uint32_t, Request> mRequests;  // in flight, those in the range only
+    uint64_t mRequestCount = 0;
+
+    std::set<Stage> mStages;  // that have a track
+    std::map<uint32_t, Track> mSensorTracks;
+    std::map<uint32_t, uint32_t> mSensorModes;  // what is shown now
+};
 
 }  // namespace zoomreplay
