@@ -95,12 +95,12 @@ TEST_F(TraceTest, CountersHoldWhatCropsAreWorth) {
 
     EXPECT_EQ(counter("observed ratio"), json({{12000.0, 1.75}}));
     EXPECT_EQ(counter("asked ratio"), json({{6000.0, 4.0}, {8000.0, 1.5}, {9000.0, 4.0}}));
-    EXPECT_EQ(counter("override ratio"), json({{6000.0, 2.0}, {8000.0, 2.0}, {9000.0, 2.0}}));
+    EXPECT_EQ(counter("override ratio"), json({{6000.0, 2.0}}));  // until it changes
     // Half of the array, and no crop where the answer is no.
     EXPECT_EQ(counter("sensor 0 P1 R1 width"), json({{6000.0, 1152}, {8000.0, 0}, {9000.0, 1152}}));
-    EXPECT_EQ(counter("sensor 0 P1 R1 centre y"), json({{6000.0, 648.0}, {9000.0, 648.0}}));
+    EXPECT_EQ(counter("sensor 0 P1 R1 centre y"), json({{6000.0, 648.0}}));
     auto const angle = counter("sensor 0 P1 R1 angle");
-    ASSERT_EQ(angle.size(), 2U);
+    ASSERT_EQ(angle.size(), 1U);
     EXPECT_NEAR(angle[0][1].get<double>(), 53.1301, 0.001);  // 2 atan(tan(90 / 2) / 2)
     EXPECT_EQ(trace()["otherData"]["clock"], "none: a millisecond a line");
 }

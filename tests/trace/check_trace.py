@@ -8,6 +8,7 @@ up to it say.
 import collections
 import json
 import math
+import os
 import pathlib
 import struct
 import subprocess
@@ -41,8 +42,9 @@ def lines_of(text):
     return found
 
 
-def check_order(trace):
-    """Times never run backwards, in the file and on each track; only an arrow begins in the past."""
+def check_order(trace, scenario):
+    """Times never run backwards, in the file and on each track; only an arrow begins in the past. Calls that tell
+    their times have them, but for the microsecond that one without a duration takes up."""
     now = 0
     ends = collections.Counter()
     for event in trace.of("X", "B", "E", "b", "e", "C", "i", "f"):
@@ -52,6 +54,9 @@ def check_order(trace):
             assert event["ts"] >= ends[event["tid"]] - 1e-6, f"overlaps its predecessor: {event}"
             ends[event["tid"]] = event["ts"] + event["dur"]
             assert event["dur"] > 0, f"nobody sees it: {event}"
+            line = scenario[event["args"]["line"]]
+            assert abs(event["ts"] - line.get("t", event["ts"] * 1000) / 1000) < 2, f"not its time: {event}"
+            assert abs(event["dur"] - line.get("dur", event["dur"] * 1000) / 1000) < 0.002, f"not as long: {event}"
 
 
 def check_calls(trace, scenario, results):
@@ -194,7 +199,7 @@ def check(zoomreplay, path):
     results = {result["line"]: result for result in map(json.loads, run.stdout.splitlines())}
     last = max(results) if run.returncode == 3 else math.inf
     scenario = {number: line for number, line in lines_of(pathlib.Path(path).read_text()).items() if number <= last}
-    check_order(trace)
+    check_order(trace, scenario)
     check_calls(trace, scenario, results)
     check_counters(trace, results)
     check_requests(trace, scenario, results)
@@ -203,9 +208,21 @@ def check(zoomreplay, path):
     return collections.Counter(event["ph"] for event in trace.events)
 
 
+def check_threads(zoomreplay, recorder, stress):
+    """The calls of a program's threads stand at the times at which they were made."""
+    with tempfile.TemporaryDirectory() as folder:
+        record = pathlib.Path(folder, "record.jsonl")
+        environment = {"LD_PRELOAD": recorder, "ZOOMOVERRIDE_RECORD": str(record),
+                       "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"}
+        subprocess.run([stress, "4000"], check=True, capture_output=True, env=os.environ | environment)
+        assert "\"dur\": " in record.read_text()
+        assert check(zoomreplay, record)["X"] >= 4000
+
+
 def main():
-    zoomreplay, *paths = sys.argv[1:]
+    zoomreplay, recorder, stress, *paths = sys.argv[1:]
     assert paths
+    check_threads(zoomreplay, recorder, stress)
     seen = collections.Counter()
     for path in paths:
         try:

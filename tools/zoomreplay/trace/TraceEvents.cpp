@@ -71,10 +71,15 @@ void TraceEvents::counter(std::string_view name, int64_t time, int32_t value) {
     counter(name, time, TraceArguments().add("value", value));
 }
 
-void TraceEvents::counter(std::string_view name, int64_t time, TraceArguments const& value) {
+void TraceEvents::counter(std::string_view name, int64_t time, TraceArguments const& arguments) {
+    std::string& held = mCounters[std::string(name)];
+    if (held == arguments.text()) {
+        return;
+    }
+    held = arguments.text();
     begin("C", kNoTrack, time);
     field("name", name);
-    end(value);
+    end(arguments);
 }
 
 void TraceEvents::instant(std::string_view name, int64_t time, TraceArguments const& arguments) {

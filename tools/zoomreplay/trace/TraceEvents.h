@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 #include "base/File.h"
 #include "scenario/text/JsonText.h"
@@ -68,7 +69,8 @@ class TraceEvents {
     void beginRequest(uint64_t id, int64_t time, TraceArguments const& arguments);
     void endRequest(uint64_t id, int64_t time, TraceArguments const& arguments);
 
-    /// Holds until its next value. Nothing where the value is no finite number.
+    /// Holds until its next value; written where it changes. Nothing where the value is no finite
+    /// number.
     void counter(std::string_view name, int64_t time, float value);
     void counter(std::string_view name, int64_t time, int32_t value);
 
@@ -85,7 +87,7 @@ class TraceEvents {
     void begin(char const* phase, Track track, int64_t time);
     void end(TraceArguments const& arguments = {});
     void request(char const* phase, uint64_t id, int64_t time, TraceArguments const& arguments);
-    void counter(std::string_view name, int64_t time, TraceArguments const& value);
+    void counter(std::string_view name, int64_t time, TraceArguments const& arguments);
     void arrowEnd(char const* phase, Track track, int64_t time);
     void describe(Track track, std::string_view what, TraceArguments const& arguments);
     void field(std::string_view name, std::string_view value);
@@ -93,7 +95,8 @@ class TraceEvents {
     void flush();
 
     File& mFile;
-    std::string mText;  // not yet written
+    std::string mText;                                       // not yet written
+    std::unordered_map<std::string, std::string> mCounters;  // what they hold
     bool mIsFirst = true;
     uint64_t mArrows = 0;
 };
