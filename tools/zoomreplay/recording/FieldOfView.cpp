@@ -63,6 +63,17 @@ std::optional<Sight> sightOf(NSCam::Feature::ZoomOverrideSensorInfo const& optic
 
 }  // namespace
 
+void configure(Rig& rig, NSCam::Feature::ZoomOverrideSensorInfoConfig const& config) {
+    rig.infos.clear();
+    for (auto const& [sensorId, info] : config.sensorInfos) {
+        if (info != nullptr) {
+            rig.infos[sensorId] = *info;
+        }
+    }
+    auto const& ids = config.sensorIds;
+    rig.master = ids.empty() ? std::nullopt : std::optional(static_cast<uint32_t>(ids.front()));
+}
+
 SensorModeInfo const* findMode(Rig const& rig, uint32_t sensorId, uint32_t mode) {
     auto const sensor = rig.modes.find(sensorId);
     if (sensor == rig.modes.end()) {

@@ -18,6 +18,10 @@ struct Rig {
     std::optional<uint32_t> master;
 };
 
+/// Takes over the lenses of a configuration, and its first sensor as the master. The library drops
+/// its configuration when it is initialized, but the lenses stay the same.
+void configure(Rig& rig, NSCam::Feature::ZoomOverrideSensorInfoConfig const& config);
+
 /// A rectangle of the active array with fractions of pixels: x, y, w, h.
 using ActiveRect = std::array<double, 4>;
 

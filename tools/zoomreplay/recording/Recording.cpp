@@ -57,17 +57,9 @@ void Recording::take(uint64_t /*line*/, InitializeInput const& input) {
     }
 }
 
-// The library drops its configuration when it is initialized, but the lenses stay the same.
 void Recording::take(uint64_t /*line*/, SensorInfoInput const& input) {
     mAsked.take(input.config);
-    mRig.infos.clear();
-    for (auto const& [sensorId, info] : input.config.sensorInfos) {
-        if (info != nullptr) {
-            mRig.infos[sensorId] = *info;
-        }
-    }
-    auto const& ids = input.config.sensorIds;
-    mRig.master = ids.empty() ? std::nullopt : std::optional(static_cast<uint32_t>(ids.front()));
+    configure(mRig, input.config);
     mIsRigChanged = true;
 }
 

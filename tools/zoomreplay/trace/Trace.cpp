@@ -61,17 +61,9 @@ void Trace::take(InitializeInput const& input) {
     }
 }
 
-// The library drops its configuration when it is initialized, but the lenses stay the same.
 void Trace::take(SensorInfoInput const& input) {
     mAsked.take(input.config);
-    mRig.infos.clear();
-    for (auto const& [sensorId, info] : input.config.sensorInfos) {
-        if (info != nullptr) {
-            mRig.infos[sensorId] = *info;
-        }
-    }
-    auto const& ids = input.config.sensorIds;
-    mRig.master = ids.empty() ? std::nullopt : std::optional(static_cast<uint32_t>(ids.front()));
+    configure(mRig, input.config);
 }
 
 void Trace::take(DepositInput const& input) {
