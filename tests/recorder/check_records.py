@@ -48,6 +48,13 @@ def check_times(record):
     assert all(0 < duration < 1e9 for duration in durations if duration is not None), durations
 
 
+def check_needs(record, scenario):
+    """What a caller's record holds before a query is in the line, also where no answer shows it."""
+    if pathlib.Path(scenario).stem == "many-turns":
+        counts = [pathlib.Path(file).read_text().count('"need": {') for file in (scenario, record)]
+        assert counts[0] == counts[1] > 0, counts
+
+
 def check(zoomreplay, recorder, scenario, limit):
     """How many parts the record has."""
     plain = replay(zoomreplay, scenario)
@@ -63,6 +70,7 @@ def check(zoomreplay, recorder, scenario, limit):
             return 0
         if limit > SMALL:
             check_times(record)
+            check_needs(record, scenario)
         parts = [part for age in ("3", "2", "1") if (part := pathlib.Path(f"{record}.{age}")).exists()] + [record]
         answers = [answer for part in parts for answer in new_answers(zoomreplay, part)]
         expected = of_manager(plain)[-len(answers):]
@@ -90,7 +98,7 @@ def main():
     zoomreplay, recorder, generator, turns, *scenarios = sys.argv[1:]
     assert scenarios
     with tempfile.TemporaryDirectory() as folder:
-        for scenario in [*scenarios, *generated(generator, folder)]:
+        for scenario in [turns, *scenarios, *generated(generator, folder)]:
             check(zoomreplay, recorder, scenario, 1 << 20)
             lines = pathlib.Path(scenario).read_text().splitlines(keepends=True)
             check_from(zoomreplay, recorder, scenario, lines, len(lines) // 2)
