@@ -59,7 +59,7 @@ unpackLibcxx() {
 
 build() {
     python3 scripts/device-build.py "$@"
-    ninja --quiet -f "$1/build.ninja"
+    ninja --quiet -k 0 -f "$1/build.ninja"
 }
 
 runTests() {
