@@ -64,8 +64,9 @@ class Build:
                            f"  flags = {' '.join(flags)} {self.flags}"]
         return objects
 
-    def link(self, output, objects, flags, libraries):
-        self.lines += [f"build {self.folder}/{output}: link {' '.join(objects)} | {' '.join(libraries)}",
+    def link(self, output, objects, flags, libraries, more_inputs=()):
+        others = " ".join([*libraries, *more_inputs])
+        self.lines += [f"build {self.folder}/{output}: link {' '.join(objects)} | {others}",
                        f"  flags = {' '.join(flags)}",
                        f"  libraries = {' '.join(libraries)}"]
 
@@ -74,9 +75,9 @@ class Build:
         objects = self.objects(name, android_bp.sources(self.modules, name),
                                ["-O2", "-fPIC", *self.flags_of(module)])
         if self.rule == "compile":
-            self.link(f"{name}.so", objects,
-                      ["-shared", f"-Wl,-soname,{name}.so", f"-Wl,--version-script={module['version_script']}"],
-                      [f"{self.folder}/libplatform.so"])
+            exports = module["version_script"]
+            self.link(f"{name}.so", objects, ["-shared", f"-Wl,-soname,{name}.so", f"-Wl,--version-script={exports}"],
+                      [f"{self.folder}/libplatform.so"], [exports])
 
     def add_tests(self):
         flags = ["-fPIC", *self.flags_of(self.modules[TESTS]), *TEST_HEADERS]
