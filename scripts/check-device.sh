@@ -74,7 +74,7 @@ runTests() {
 checkWithDebian() {
     unpackLibcxx
     local libcxx=$PWD/$work/libc++/usr/lib/llvm-13 liblog
-    liblog=/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/android
+    liblog=$(dpkg -L "android-liblog:$(dpkg --print-architecture)" | sed -n 's|/liblog.so$||p')
     # char8_t's strings are the library of C++20, too.
     local flags="-nostdinc++ -isystem $libcxx/include/c++/v1 -D_LIBCPP_STD_VER=17 -fno-char8_t"
     flags+=" -isystem /usr/include/android"
