@@ -1,4 +1,6 @@
 // Named containers: how readers and writers meet, and which entries they see.
+#include <android/log.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +11,7 @@
 #include "CustomZoomRatioOverride.h"
 #include "IGenericContainer.h"
 #include "host/ContainerRegistry.h"
+#include "host/LiblogCallback.h"
 
 namespace {
 
@@ -48,6 +51,21 @@ TEST_F(ContainerTest, NewestEntryStaysAndOldestIsDropped) {
     EXPECT_EQ(newestWhenDropped, 0.0F);
     writer->publish(makeEntry(4.0F));
     EXPECT_EQ(newestWhenDropped, 4.0F);
+}
+
+TEST_F(ContainerTest, OtherKindIsToldWithBothSides) {
+    static std::string told;
+    __android_log_set_logger(
+        [](auto const* line, auto... text) { told = NSCam::Host::textOf(line, text...); });
+    auto const reader = Container::createReader("zoom", 3, 0);
+    EXPECT_EQ(told, "");
+    EXPECT_EQ(NSCam::IGenericContainer<int>::createWriter("zoom", 8, 1), nullptr);
+    __android_log_set_logger(__android_log_stderr_logger);
+    EXPECT_THAT(told,
+                testing::MatchesRegex(
+                    "\"zoom\" has capacity 3, flags 0x0 and elements .*CustomZoomRatioOverride"
+                    ".*; this side asks for capacity 8, flags 0x1 and elements i, and gets "
+                    "none"));
 }
 
 TEST_F(ContainerTest, MeetsByNameAndKind) {

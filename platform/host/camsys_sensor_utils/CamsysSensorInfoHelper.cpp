@@ -6,6 +6,7 @@
 
 namespace {
 
+constinit std::atomic<bool> gEnabled{true};
 constinit std::atomic<uint64_t> gSizeQueries{0};
 
 class CamsysSensorInfoHelper final : public NSCam::utility::ICamsysSensorInfoHelper {
@@ -29,12 +30,16 @@ std::shared_ptr<ICamsysSensorInfoHelper> ICamsysSensorInfoHelper::getInstance() 
     // Never destroyed: asked also while the process exits.
     static auto const& instance =
         *new std::shared_ptr<ICamsysSensorInfoHelper>(std::make_shared<CamsysSensorInfoHelper>());
-    return instance;
+    return gEnabled.load(std::memory_order_relaxed) ? instance : nullptr;
 }
 
 }  // namespace NSCam::utility
 
 namespace NSCam::Host {
+
+void enableSensorInfo(bool on) {
+    gEnabled.store(on, std::memory_order_relaxed);
+}
 
 uint64_t sensorSizeQueryCount() {
     return gSizeQueries.load(std::memory_order_relaxed);

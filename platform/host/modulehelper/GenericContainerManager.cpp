@@ -1,4 +1,6 @@
 // The registry of named containers of a workstation.
+#include <android/log.h>
+
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -8,6 +10,18 @@
 #include "host/ContainerRegistry.h"
 
 namespace {
+
+constinit std::atomic<bool> gEnabled{true};
+
+// Whoever asked sees only that there is no container, and two sides that never meet.
+void complain(std::string const& name, NSCam::GenericContainerKind const& there,
+              NSCam::GenericContainerKind const& asked) {
+    __android_log_print(ANDROID_LOG_ERROR, "GenericContainer",
+                        "\"%s\" has capacity %zu, flags 0x%x and elements %s; this side asks for "
+                        "capacity %zu, flags 0x%x and elements %s, and gets none",
+                        name.c_str(), there.capacity, there.flags, there.elementType.c_str(),
+                        asked.capacity, asked.flags, asked.elementType.c_str());
+}
 
 class GenericContainerManager final : public NSCam::IGenericContainerManager {
  public:
@@ -19,7 +33,11 @@ class GenericContainerManager final : public NSCam::IGenericContainerManager {
         if (found == mContainers.end()) {
             return mContainers.emplace(name, Container{kind, create()}).first->second.object;
         }
-        return found->second.kind == kind ? found->second.object : nullptr;
+        if (found->second.kind == kind) {
+            return found->second.object;
+        }
+        complain(name, found->second.kind, kind);
+        return nullptr;
     }
 
     void drop() {
@@ -37,8 +55,6 @@ class GenericContainerManager final : public NSCam::IGenericContainerManager {
     std::mutex mMutex;
     std::map<std::string, Container> mContainers;
 };
-
-constinit std::atomic<bool> gEnabled{true};
 
 GenericContainerManager& manager() {
     // Never destroyed: used also while the process exits.

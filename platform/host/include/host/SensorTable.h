@@ -33,6 +33,10 @@ void setSensor(int32_t sensorId, SensorModes modes);
 /// Forgets all sensors.
 void clearSensors();
 
+/// Off: ICamsysSensorInfoHelper::getInstance answers null, as on a platform without the service. A
+/// process starts with it on.
+void enableSensorInfo(bool on);
+
 /// A mode of a sensor; empty when the sensor or the mode is not defined.
 std::optional<SensorModeInfo> findSensorMode(int32_t sensorId, uint32_t sensorMode);
 
