@@ -27,7 +27,8 @@ namespace NSCam::Feature {
 class ZOOMOVERRIDE_API IZoomOverrideMgr {
  public:
     /// The one manager of the process, created on first demand; debug properties are read then and
-    /// never again. Callers share ownership. Any thread.
+    /// never again. Callers share ownership. Let go at the end of the process; whoever asks after
+    /// that gets a manager of its own. The process ends when none can be made. Any thread.
     static std::shared_ptr<IZoomOverrideMgr> getInstance();
 
     virtual ~IZoomOverrideMgr() = default;
@@ -43,11 +44,13 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     /// Fills the P1 crops of a request, TG domain, per sensor and port.
     ///
     /// The first answer for a request number, true or false, is kept until onRequestDone and given
-    /// to every later P1 query of that number, whatever sensor it names. Entries of need.tgCrops
-    /// that the strategy does not write stay as the caller gave them.
+    /// to every later P1 query of that number, whatever sensor it names: need becomes a copy of it,
+    /// its table included. In a first answer, entries of need.tgCrops that the strategy does not
+    /// write stay as the caller gave them.
     /// @return whether the crops are to be applied; need's header is filled in either case. False
     ///     with need untouched: the closeP1Override property is set, or an external-API customer
-    ///     has published nothing.
+    ///     has published nothing. False with overrideValid and mode alone written: there is no
+    ///     strategy.
     /// @pre The request was deposited with setRunTimeCropNeedData; if the strategy needs the record
     ///     and it is missing, the process ends.
     /// @throws std::out_of_range the override names a sensor or stream that the record lacks.
@@ -93,7 +96,8 @@ class ZOOMOVERRIDE_API IZoomOverrideMgr {
     virtual ZoomOverrideMode getZoomOverrideMode() = 0;
 
     /// Drops everything gathered so far, configurations and histories included, and starts afresh
-    /// with the strategy of mode; an unknown mode leaves the manager without one. Always true.
+    /// with the strategy of mode; an unknown mode leaves the manager without one. Always true. What
+    /// a customer's mapper throws while it is made passes, and leaves the manager without one, too.
     virtual bool initialize(ZoomOverrideMode mode) = 0;
 
     /// Sets the P1 ports of each sensor, replacing earlier ones. Every mode. Always true.

@@ -21,11 +21,12 @@ using MgrPtr = std::shared_ptr<IZoomOverrideMgr>;
 struct Where {
     std::string className;
     std::string function;
+    std::string file = {};  ///< where it is not the class's own
 
     std::string prefix() const { return "[" + className + "::" + function + "] "; }
     std::string path() const {
-        auto const file = className == "ZoomOverrideMgr" ? className : "ZoomOverride" + className;
-        return "feature/common/zoomoverride/" + file + ".cpp";
+        auto const own = className == "ZoomOverrideMgr" ? className : "ZoomOverride" + className;
+        return "feature/common/zoomoverride/" + (file.empty() ? own : file) + ".cpp";
     }
 };
 
@@ -74,6 +75,11 @@ TEST_F(FatalDeathTest, Manager) {
     expectFatalLine(deposits, noRecord, [this] {
         mMgr->initialize(Mode::InstantRequest);
         mMgr->setRunTimeCropNeedData(6, OverrideNotice::Repeating, {});
+    });
+    expectFatalLine(corrects, "CamsysSensorInfoHelper not found", [this] {
+        Host::enableSensorInfo(false);
+        MRect crop;
+        mMgr->correctTgCropRegion(0, 2, false, {}, crop);
     });
     expectFatalLine(looksUp, "req(-3) not exist", [this] { mMgr->getHistoryCropNeedData(-3); });
     mMgr->onRequestDone(5);
@@ -124,7 +130,8 @@ TEST_F(FatalDeathTest, InstantRequest) {
     });
     expectFatalLine(asks, "ZoomOverride Tools nullptr",
                     [&] { query(std::make_shared<ZoomOverrideMgr>()); });
-    expectAbort(asks, "[Zoom Override] no history of req(5)", [&] { query(mForgetful); });
+    Where const contextOf{"InstantRequest", "getP1CropSetting", "QueryContext"};
+    expectAbort(contextOf, "[Zoom Override] no history of req(5)", [&] { query(mForgetful); });
     deposit(*mMgr, 5, {{{0, 2}}, {}, {}, {}});
     expectFatalLine(asks, "getMatrixFromActive fail", [&] { query(mMgr); });
 }
@@ -159,9 +166,10 @@ TEST_F(FatalDeathTest, ByRequest) {
                 [&] { fresh.getP1CropSetting(mRequest, mP1); });
     expectAbort(asksP2, "[Zoom Override] no override setting is kept",
                 [&] { fresh.getP2CropSetting(mRequest, mP2, false); });
-    expectAbort(asksP2, "[Zoom Override] the manager is gone",
+    Where const contextOf{"ByRequest", "getP2CropSetting", "QueryContext"};
+    expectAbort(contextOf, "[Zoom Override] the manager is gone",
                 [&] { query(std::make_shared<ZoomOverrideMgr>()); });
-    expectAbort(asksP2, "[Zoom Override] no history of req(5)", [&] { query(mForgetful); });
+    expectAbort(contextOf, "[Zoom Override] no history of req(5)", [&] { query(mForgetful); });
     deposit(*mMgr, 5, {{{0, 2}}, {}, {}, {}});
     expectAbort(asksP2, "get Matrix error", [&] { query(mMgr); });
 }
@@ -176,7 +184,8 @@ TEST_F(FatalDeathTest, ExternalApi) {
     };
     publish(1.0F, true);
     for (bool const p1 : {true, false}) {
-        Where const updates{"ExternalAPI", p1 ? "updateSensorP1Crop" : "updateSensorP2Crop"};
+        Where const updates{"ExternalAPI", p1 ? "updateSensorP1Crop" : "updateSensorP2Crop",
+                            "QueryContext"};
         expectAbort(updates, "[Zoom Override] the manager is gone",
                     [&] { query(std::make_shared<ZoomOverrideMgr>(), p1); });
         expectAbort(updates, "[Zoom Override] no history of req(5)",

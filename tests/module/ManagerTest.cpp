@@ -1,4 +1,8 @@
 // The manager through its interface: lifecycle, gates, P1 answers that are kept, and histories.
+#include <unistd.h>
+
+#include <cstdlib>
+
 #include "TestPlatform.h"
 #include "ZoomOverrideMgr.h"
 
@@ -258,6 +262,60 @@ TEST_F(ManagerTest, PortsAreComparedByTheirLowByte) {
     };
     for (auto const& c : cases) {
         EXPECT_EQ(mMgr->isPortExist(c.sensorId, c.port), c.exists) << c.sensorId << ' ' << c.port;
+    }
+}
+
+// The deleter is the pipeline's and may call the manager: a setting that dies under the manager's
+// lock would hang here, until the alarm.
+TEST_F(ManagerTest, SettingsDieAfterTheLockIsReleased) {
+    auto const replaceSettings = [] {
+        alarm(20);
+        ZoomOverrideMgr mgr;
+        int dead = 0;
+        auto const store = [&](OverrideNotice notice) {
+            mgr.storeOverrideSetting(1, notice,
+                                     {new ZoomOverrideSetting, [&](ZoomOverrideSetting* setting) {
+                                          delete setting;
+                                          mgr.getZoomOverrideMode();
+                                          ++dead;
+                                      }});
+        };
+        store(OverrideNotice::Default);  // without a strategy
+        mgr.initialize(ZoomOverrideMode::ByRequest);
+        store(OverrideNotice::Default);
+        EXPECT_EQ(dead, 1);
+        store(OverrideNotice::Repeating);  // keeps the first one
+        EXPECT_EQ(dead, 2);
+        store(OverrideNotice::Default);
+        EXPECT_EQ(dead, 3);
+        mgr.initialize(ZoomOverrideMode::ByRequest);
+        EXPECT_EQ(dead, 4);
+        std::exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(replaceSettings(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(ManagerTest, PropertiesAreReadOnce) {
+    Host::setProperty(kCloseP1Property, 1);
+    ZoomOverrideMgr closed;
+    Host::clearProperties();
+    ZoomOverrideMgr open;
+    Host::setProperty(kCloseP1Property, 1);
+    Host::setProperty(kCloseP2Property, 1);
+    Host::setProperty(kLogLevelProperty, 1);
+    Utils::ULog::ULogger::sDetailsLevel = 5;
+    for (auto* mgr : {&closed, &open}) {
+        mgr->initialize(ZoomOverrideMode::None);
+        takeLog();
+        ZoomOverrideP1Need p1;
+        ZoomOverrideP2Need p2;
+        p1.overrideValid = p2.overrideValid = true;
+        mgr->getP1CropSetting({}, p1);
+        mgr->getP2CropSetting({}, p2, false);
+        EXPECT_EQ(p1.overrideValid, mgr == &closed) << "touched unless closed";
+        EXPECT_FALSE(p2.overrideValid);
+        mgr->onRequestDone(1);
+        EXPECT_EQ(takeLog().size(), mgr == &closed ? 1U : 2U) << "no trace lines";
     }
 }
 

@@ -10,6 +10,7 @@
 //     ZLOG_DEBUG                  debug line
 //     ZLOG_TRACE                  debug line, only while the object's mLogLevel is not 0
 //     ZLOG_WARNING, ZLOG_ERROR, ZLOG_INFO    for whoever reads the log of a phone in the field
+//     ZLOG_ERROR_LOCATED_FOR      repeats in its text where it stands, for the unified logger
 //     ZLOG_FATAL                  writes to the debug print and ends the process
 //     ZLOG_ABORT                  writes to the unified logger and ends the process
 #pragma once
@@ -162,6 +163,8 @@ template <typename... Args>
 #define ZLOG_WARNING(...) ZLOG_WRITE_NAMED(kWarning, __func__, __VA_ARGS__)
 #define ZLOG_ERROR_FOR(function, ...) ZLOG_WRITE_NAMED(kError, function, __VA_ARGS__)
 #define ZLOG_ERROR(...) ZLOG_ERROR_FOR(__func__, __VA_ARGS__)
+#define ZLOG_ERROR_LOCATED_FOR(function, format) \
+    ZLOG_ERROR_FOR(function, format " (%s){#%d:%s}", function, __LINE__, __FILE__)
 
 #define ZLOG_INFO_PLAIN(...) ZLOG_WRITE(kInfo, __func__, __VA_ARGS__)
 

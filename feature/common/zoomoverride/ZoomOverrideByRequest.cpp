@@ -4,8 +4,8 @@
 #include <locale>
 #include <sstream>
 
-#include "CheckedLookup.h"
 #include "LogLines.h"
+#include "QueryContext.h"
 #include "geometry/DomainTransform.h"
 
 namespace NSCam::Feature {
@@ -124,30 +124,24 @@ void ZoomOverrideByRequest::overrideP2(ZoomOverrideSetting const& setting,
     need.extraAaCrops = setting.extraAaCrops;
     need.overrideRect = setting.overrideRect;
 
-    auto const mgr = mMgr.lock();
-    if (!mgr) {
-        ZLOG_ABORT_FOR(kGetP2CropSetting, "[Zoom Override] the manager is gone");
-    }
-    auto const history = mgr->getHistoryCropNeedData(static_cast<int32_t>(request.requestNo));
-    if (!history) {
-        ZLOG_ABORT_FOR(kGetP2CropSetting, "[Zoom Override] no history of req(%d)",
-                       request.requestNo);
-    }
+    QueryContext const context(mMgr, static_cast<int32_t>(request.requestNo), mName,
+                               kGetP2CropSetting);
     for (auto const& [sensorId, previewCrop] : need.previewAaCrops) {
-        auto const mode = lookUp(history->sensorModes, sensorId);
-        if (mode == kSensorNotStreaming) {
+        auto const mode = context.streamingMode(sensorId);
+        if (!mode) {
             continue;
         }
         ZLOG_TRACE_FOR(kGetP2CropSetting, "inputRequest:%d outputRequest:%d", request.requestNo,
                        need.requestNo);
         auto matrix = kIdentityMatrix;
-        if (!HwTransHelper(static_cast<int32_t>(sensorId)).getMatrixFromActive(mode, matrix)) {
+        if (!HwTransHelper(static_cast<int32_t>(sensorId)).getMatrixFromActive(*mode, matrix)) {
             ZLOG_ABORT_FOR(kGetP2CropSetting, "get Matrix error");
         }
-        need.streamCrops[sensorId] = correctedTgCrop(*mgr, sensorId, mode, matrix, previewCrop);
+        need.streamCrops[sensorId] =
+            correctedTgCrop(context.mgr(), sensorId, *mode, matrix, previewCrop);
         // A sensor without a second crop gets an empty one, in both domains.
         need.extraTgCrops[sensorId] =
-            correctedTgCrop(*mgr, sensorId, mode, matrix, need.extraAaCrops[sensorId]);
+            correctedTgCrop(context.mgr(), sensorId, *mode, matrix, need.extraAaCrops[sensorId]);
     }
     need.trailingInfo = setting.trailingInfo;
 }

@@ -57,7 +57,7 @@ class ZoomOverrideByRequest : public ZoomOverrideBase {
 
  protected:
     /// P2 answers by request number, each good for one query that the setting does not override.
-    /// Filled by pipelines that derive from the strategy.
+    /// Nothing in the module fills it; open to a class that derives from the strategy.
     std::map<uint32_t, ZoomOverrideP2Need> mP2Cache;
 
  private:

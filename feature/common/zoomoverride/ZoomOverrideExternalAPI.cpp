@@ -3,9 +3,9 @@
 
 #include <optional>
 
-#include "CheckedLookup.h"
 #include "HwTransHelper.h"
 #include "LogLines.h"
+#include "QueryContext.h"
 #include "ZoomOverrideContract.h"
 #include "geometry/DomainTransform.h"
 
@@ -80,7 +80,7 @@ bool ZoomOverrideExternalAPI::getP1CropSetting(ZoomOverrideRequest const& reques
         return false;
     }
     fillHeader(crops, request, need);
-    return updateSensorP1Crop(crops.sensorCrops, need);
+    return updateSensorP1Crop(0, 0, crops.sensorCrops, need);
 }
 
 bool ZoomOverrideExternalAPI::getP2CropSetting(ZoomOverrideRequest const& request,
@@ -108,7 +108,7 @@ bool ZoomOverrideExternalAPI::getP2CropSetting(ZoomOverrideRequest const& reques
         return false;
     }
     fillHeader(crops, request, need);
-    return updateSensorP2Crop(crops.sensorCrops, need);
+    return updateSensorP2Crop(0, 0, crops.sensorCrops, need);
 }
 
 bool ZoomOverrideExternalAPI::onRequestDone(uint32_t requestNo) {
@@ -136,47 +136,33 @@ SensorCropOutput ZoomOverrideExternalAPI::mapCrops(v3::CustomZoomRatioOverride c
     return crops;
 }
 
-template <typename Act>
-void ZoomOverrideExternalAPI::forEachStreamingSensor(char const* operation, int32_t requestNo,
-                                                     SensorCrops const& crops, Act act) const {
-    auto const mgr = mMgr.lock();
-    if (!mgr) {
-        ZLOG_ABORT_FOR(operation, "[Zoom Override] the manager is gone");
-    }
-    auto const history = mgr->getHistoryCropNeedData(requestNo);
-    if (!history) {
-        ZLOG_ABORT_FOR(operation, "[Zoom Override] no history of req(%d)", requestNo);
-    }
+bool ZoomOverrideExternalAPI::updateSensorP1Crop(int32_t, int32_t, SensorCrops const& crops,
+                                                 ZoomOverrideP1Need& need) const {
+    QueryContext const context(mMgr, need.requestNo, mName, __func__);
     for (auto const& [sensorId, crop] : crops) {
-        auto const sensorMode = lookUp(history->sensorModes, sensorId);
-        if (sensorMode != kSensorNotStreaming) {
-            act(*mgr, static_cast<int32_t>(sensorId), static_cast<int32_t>(sensorMode), crop);
+        if (auto const mode = context.streamingMode(sensorId)) {
+            auto const sensor = static_cast<int32_t>(sensorId);
+            auto const sensorMode = static_cast<int32_t>(*mode);
+            MRect tgCrop;
+            convertToTgDomain(sensor, sensorMode, crop, tgCrop);
+            need.tgCrops[sensorId] = cropPorts(context.mgr(), sensor, sensorMode, tgCrop);
         }
     }
-}
-
-bool ZoomOverrideExternalAPI::updateSensorP1Crop(SensorCrops const& crops,
-                                                 ZoomOverrideP1Need& need) const {
-    forEachStreamingSensor(
-        __func__, need.requestNo, crops,
-        [&](IZoomOverrideMgr& mgr, int32_t sensorId, int32_t sensorMode, MRect const& crop) {
-            MRect tgCrop;
-            convertToTgDomain(sensorId, sensorMode, crop, tgCrop);
-            need.tgCrops[static_cast<uint32_t>(sensorId)] =
-                cropPorts(mgr, sensorId, sensorMode, tgCrop);
-        });
     return true;
 }
 
-bool ZoomOverrideExternalAPI::updateSensorP2Crop(SensorCrops const& crops,
+bool ZoomOverrideExternalAPI::updateSensorP2Crop(int32_t, int32_t, SensorCrops const& crops,
                                                  ZoomOverrideP2Need& need) const {
-    // P2 works in the active array: the crop is made to fit, but not converted.
-    forEachStreamingSensor(
-        __func__, need.requestNo, crops,
-        [&](IZoomOverrideMgr& mgr, int32_t sensorId, int32_t sensorMode, MRect crop) {
-            mgr.correctTgCropRegion(sensorId, sensorMode, false, {}, crop);
-            need.streamCrops.try_emplace(static_cast<uint32_t>(sensorId), crop);
-        });
+    QueryContext const context(mMgr, need.requestNo, mName, __func__);
+    for (auto const& [sensorId, crop] : crops) {
+        if (auto const mode = context.streamingMode(sensorId)) {
+            // P2 works in the active array: the crop is made to fit, but not converted.
+            MRect fitting = crop;
+            context.mgr().correctTgCropRegion(static_cast<int32_t>(sensorId),
+                                              static_cast<int32_t>(*mode), false, {}, fitting);
+            need.streamCrops.try_emplace(sensorId, fitting);
+        }
+    }
     return true;
 }
 
@@ -193,9 +179,8 @@ PortCrops ZoomOverrideExternalAPI::cropPorts(IZoomOverrideMgr& mgr, int32_t sens
     auto const r1 = cropPort(P1_PORT_R1);
     auto const r3 = cropPort(P1_PORT_R3);
     if (!r1 && !r3) {
-        ZLOG_ERROR_FOR(kUpdateSensorP1Crop,
-                       "unknown bundle R1/R3 crop, skip multicam crop setting. (%s){#%d:%s}",
-                       kUpdateSensorP1Crop, __LINE__, __FILE__);
+        ZLOG_ERROR_LOCATED_FOR(kUpdateSensorP1Crop,
+                               "unknown bundle R1/R3 crop, skip multicam crop setting.");
         return {};
     }
 

@@ -39,17 +39,16 @@ class ZoomOverrideExternalAPI final : public ZoomOverrideBase {
     /// The mapper's answer to an entry; invalid without a mapper.
     SensorCropOutput mapCrops(v3::CustomZoomRatioOverride const& entry) const;
 
-    /// Calls act(manager, sensor id, sensor mode, crop) for each crop whose sensor streams in the
-    /// request. The process ends without a manager or a history record, in the name of operation.
-    template <typename Act>
-    void forEachStreamingSensor(char const* operation, int32_t requestNo, SensorCrops const& crops,
-                                Act act) const;
+    // Whoever asks knows the request by need alone; the two numbers are not looked at.
 
-    /// Files the crops of a request under the ports of each sensor, in place of what need had.
-    bool updateSensorP1Crop(SensorCrops const& crops, ZoomOverrideP1Need& need) const;
+    /// Files the crops of need's request under the ports of each sensor, in place of what need had.
+    /// @return true.
+    bool updateSensorP1Crop(int32_t, int32_t, SensorCrops const& crops,
+                            ZoomOverrideP1Need& need) const;
 
-    /// Files the crops of a request under each sensor that need has no crop for.
-    bool updateSensorP2Crop(SensorCrops const& crops, ZoomOverrideP2Need& need) const;
+    /// Files the crops of need's request under each sensor that need has no crop for. @return true.
+    bool updateSensorP2Crop(int32_t, int32_t, SensorCrops const& crops,
+                            ZoomOverrideP2Need& need) const;
 
     /// The crops of the ports that a sensor has, and of the bundle port that follows one of them.
     PortCrops cropPorts(IZoomOverrideMgr& mgr, int32_t sensorId, int32_t sensorMode,

@@ -96,35 +96,30 @@ bool ZoomOverrideInstantRequest::getP1CropSetting(ZoomOverrideRequest const& req
         return false;
     }
 
-    auto const mgr = mMgr.lock();
-    if (!mgr) {
+    if (mMgr.expired()) {
         ZLOG_FATAL("ZoomOverride Tools nullptr");
     }
-    auto const history = mgr->getHistoryCropNeedData(static_cast<int32_t>(request.requestNo));
-    if (!history) {
-        ZLOG_ABORT("[Zoom Override] no history of req(%d)", request.requestNo);
-    }
+    QueryContext const context(mMgr, static_cast<int32_t>(request.requestNo), mName, __func__);
     for (auto const& [streamId, activeCrop] : mCustomCrops) {
-        cropStream(*mgr, *history, streamId, activeCrop, need);
+        cropStream(context, streamId, activeCrop, need);
     }
-    cropInternalStreams(*history, need);
+    cropInternalStreams(context.history(), need);
     ZLOG_TRACE("overrideInfo: %s", toText(need.tgCrops).c_str());
     return true;
 }
 
-void ZoomOverrideInstantRequest::cropStream(IZoomOverrideMgr& mgr,
-                                            RunTimeCropNeedData const& history, int64_t streamId,
+void ZoomOverrideInstantRequest::cropStream(QueryContext const& context, int64_t streamId,
                                             MRect const& activeCrop,
                                             ZoomOverrideP1Need& need) const {
     auto const sensorId = sensorIdOfStream(streamId);
-    auto const sensorMode = lookUp(history.sensorModes, sensorId);
-    if (sensorMode == kSensorNotStreaming) {
+    auto const sensorMode = context.streamingMode(sensorId);
+    if (!sensorMode) {
         return;
     }
 
     auto matrix = kIdentityMatrix;
     NSCamHW::HwTransHelper transform(static_cast<int32_t>(sensorId));
-    if (!transform.getMatrixFromActive(sensorMode, matrix)) {
+    if (!transform.getMatrixFromActive(*sensorMode, matrix)) {
         ZLOG_FATAL_FOR(kGetP1CropSetting, "getMatrixFromActive fail");
     }
     if (mLogLevel >= 2) {
@@ -137,11 +132,12 @@ void ZoomOverrideInstantRequest::cropStream(IZoomOverrideMgr& mgr,
                        tgCrop.h);
     }
 
-    auto const constraintId = constraintOf(history, streamId);
+    auto const constraintId = constraintOf(context.history(), streamId);
     ZLOG_TRACE_FOR(kGetP1CropSetting, "streamId{0x%lx}<->constraintStreamId{0x%lx}",
                    printableId(streamId), printableId(constraintId));
-    mgr.correctTgCropRegion(static_cast<int32_t>(sensorId), static_cast<int32_t>(sensorMode), true,
-                            lookUp(history.streamSizes, constraintId), tgCrop);
+    context.mgr().correctTgCropRegion(static_cast<int32_t>(sensorId),
+                                      static_cast<int32_t>(*sensorMode), true,
+                                      lookUp(context.history().streamSizes, constraintId), tgCrop);
     need.tgCrops[sensorId][portKeyOfStream(streamId)] = tgCrop;
     ZLOG_TRACE_FOR(kGetP1CropSetting,
                    "custom crop(activeDomain): streamId(0x%lx) {[%d,%d,(%d,%d)]}",

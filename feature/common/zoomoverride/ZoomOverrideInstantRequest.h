@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "QueryContext.h"
 #include "ZoomOverrideBase.h"
 
 namespace NSCam::Feature {
@@ -29,8 +30,8 @@ class ZoomOverrideInstantRequest final : public ZoomOverrideBase {
 
  private:
     /// Makes the TG crop of one custom crop. Streams of a sensor that does not stream get none.
-    void cropStream(IZoomOverrideMgr& mgr, RunTimeCropNeedData const& history, int64_t streamId,
-                    MRect const& activeCrop, ZoomOverrideP1Need& need) const;
+    void cropStream(QueryContext const& context, int64_t streamId, MRect const& activeCrop,
+                    ZoomOverrideP1Need& need) const;
 
     /// Gives internal streams the crop of the stream that they must follow.
     void cropInternalStreams(RunTimeCropNeedData const& history, ZoomOverrideP1Need& need) const;

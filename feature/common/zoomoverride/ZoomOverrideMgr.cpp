@@ -1,6 +1,11 @@
 // The manager: lifecycle, dispatch to the strategy, per-request history and TG crop correction.
 #include "ZoomOverrideMgr.h"
 
+#include <cstddef>
+#include <exception>
+#include <new>
+#include <utility>
+
 #include "ICamsysSensorInfoHelper.h"
 #include "LogLines.h"
 #include "Properties.h"
@@ -13,6 +18,9 @@
 namespace NSCam::Feature {
 
 namespace {
+
+// The helper of the correction logs in its name.
+constexpr char kCorrectTgCropRegion[] = "correctTgCropRegion";
 
 char const* toText(OverrideNotice notice) {
     return notice == OverrideNotice::Repeating ? "repeating" : "default";
@@ -28,9 +36,10 @@ std::unique_ptr<ZoomOverrideBase> makeStrategy(ZoomOverrideMode mode,
             return std::make_unique<ZoomOverrideByRequest>(mgr, logLevel);
         case ZoomOverrideMode::InstantRequest:
             return std::make_unique<ZoomOverrideInstantRequest>(mgr, logLevel);
-        default:
-            return nullptr;
+        case ZoomOverrideMode::None:
+            break;
     }
+    return nullptr;  // also for values that pipelines make up
 }
 
 /// The answer of a manager without a strategy. What else the need holds stays the caller's.
@@ -40,20 +49,55 @@ bool answerWithoutStrategy(ZoomOverrideNeedHeader& need) {
     return false;
 }
 
+/// The process's manager, and what getInstance locks.
+struct InstanceHolder {
+    std::mutex lock;
+    std::shared_ptr<IZoomOverrideMgr> instance;
+};
+
+/// Lets go of the manager when the library is unloaded or the process ends.
+class InstanceReleaser {
+ public:
+    explicit InstanceReleaser(InstanceHolder& holder) : mHolder(holder) {}
+    InstanceReleaser(InstanceReleaser const&) = delete;
+    InstanceReleaser& operator=(InstanceReleaser const&) = delete;
+    ~InstanceReleaser() {
+        std::shared_ptr<IZoomOverrideMgr>
+            last;  // outlives the lock: its strategy may be customers'
+        std::lock_guard const guard(mHolder.lock);
+        last.swap(mHolder.instance);
+    }
+
+ private:
+    InstanceHolder& mHolder;
+};
+
+/// @return empty when it cannot be made.
+std::shared_ptr<IZoomOverrideMgr> makeManager() {
+    try {
+        return std::make_shared<ZoomOverrideMgr>();
+    } catch (std::exception const&) {
+        return nullptr;
+    }
+}
+
 }  // namespace
 
 std::shared_ptr<IZoomOverrideMgr> IZoomOverrideMgr::getInstance() {
-    static std::mutex lock;
-    static std::shared_ptr<IZoomOverrideMgr> instance;
-    std::lock_guard const guard(lock);
-    if (!instance) {
-        instance = std::make_shared<ZoomOverrideMgr>();
+    // Other objects of the process may ask while they are destroyed at its end, in any order: the
+    // holder is never destroyed, only what it holds is released on the way.
+    alignas(InstanceHolder) static std::byte storage[sizeof(InstanceHolder)];
+    static auto& holder = *new (storage) InstanceHolder;
+    static InstanceReleaser const releaser(holder);
+
+    std::lock_guard const guard(holder.lock);
+    if (!holder.instance) {
+        holder.instance = makeManager();
     }
-    // Toolchains without exceptions report a failed creation as an empty pointer.
-    if (!instance) {
+    if (!holder.instance) {
         ZLOG_ABORT_PLAIN("create ZoomOverrideMgr fail");
     }
-    return instance;
+    return holder.instance;
 }
 
 ZoomOverrideMgr::ZoomOverrideMgr() {
@@ -70,8 +114,8 @@ ZoomOverrideMgr::ZoomOverrideMgr() {
 }
 
 bool ZoomOverrideMgr::initialize(ZoomOverrideMode mode) {
+    std::shared_ptr<ZoomOverrideSetting> dropped;  // outlives the lock: pipelines supply deleters
     std::lock_guard const guard(mLock);
-    mMode = mode;
     // Strategies call back into the shared instance, whatever object this is.
     auto const mgr = getInstance();
 
@@ -80,8 +124,14 @@ bool ZoomOverrideMgr::initialize(ZoomOverrideMode mode) {
     mSensorPortSizes.clear();
     mLastRunTimeCropNeedData.reset();
     mSensorSizeCache.clear();
+    dropped.swap(mKeptSetting);
 
-    mStrategy = makeStrategy(mMode, mgr, mLogLevel);
+    // A customer's mapper may throw while it is made: that leaves a manager without a strategy.
+    mMode = ZoomOverrideMode::None;
+    auto former = std::move(mStrategy);
+    mStrategy = makeStrategy(mode, mgr, mLogLevel);
+    mMode = mode;
+    former.reset();
     ZLOG_DEBUG("[Zoom Override] ZoomOverride Mode: %d ", static_cast<int32_t>(mMode));
     return true;
 }
@@ -124,9 +174,13 @@ bool ZoomOverrideMgr::storeOverrideSetting(
 
 bool ZoomOverrideMgr::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
                                            std::shared_ptr<ZoomOverrideSetting> setting) {
+    std::shared_ptr<ZoomOverrideSetting> replaced;  // as in initialize
     std::lock_guard const guard(mLock);
     if (mMode == ZoomOverrideMode::ByRequest) {
-        mStrategy->storeOverrideSetting(requestNo, notice, std::move(setting));
+        mStrategy->storeOverrideSetting(requestNo, notice, setting);
+        if (notice != OverrideNotice::Repeating) {
+            replaced = std::exchange(mKeptSetting, std::move(setting));
+        }
     }
     return true;
 }
@@ -275,8 +329,11 @@ MSize ZoomOverrideMgr::sensorSize(int32_t sensorId, int32_t sensorMode) {
     }
     MSize size;
     auto const helper = utility::ICamsysSensorInfoHelper::getInstance();
+    if (!helper) {
+        ZLOG_FATAL_FOR(kCorrectTgCropRegion, "CamsysSensorInfoHelper not found");
+    }
     if (!helper->getSensorSize(sensorId, sensorMode, size)) {
-        ZLOG_FATAL_FOR("correctTgCropRegion",
+        ZLOG_FATAL_FOR(kCorrectTgCropRegion,
                        "CamsysSensorInfoHelper getSensorSize Failed sensorId %d ,sensorMode %d",
                        sensorId, sensorMode);
     }

@@ -61,6 +61,10 @@ class ZoomOverrideMgr final : public IZoomOverrideMgr {
     ZoomOverrideMode mMode = ZoomOverrideMode::None;  // as asked for, known or not
     std::unique_ptr<ZoomOverrideBase> mStrategy;
 
+    // Held beside the strategy, so that a setting which is replaced dies after the lock is
+    // released: its deleter is the pipeline's and may call the manager.
+    std::shared_ptr<ZoomOverrideSetting> mKeptSetting;
+
     // Answers by request number alone: the first answer for a request holds for all its sensors.
     P1Cache mP1Cache;
 

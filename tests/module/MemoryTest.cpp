@@ -1,0 +1,91 @@
+// What becomes of the manager when it cannot be made, or its strategy cannot.
+#include <cstdlib>
+#include <new>
+
+#include "TestPlatform.h"
+#include "ZoomOverrideMgr.h"
+
+namespace {
+
+// How many allocations of this thread succeed before one fails; negative: all do.
+thread_local int64_t allocationsBeforeFailure = -1;
+
+void* allocate(std::size_t size) {
+    if (allocationsBeforeFailure >= 0 && allocationsBeforeFailure-- == 0) {
+        throw std::bad_alloc();
+    }
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace NSCam::Feature {
+namespace {
+
+using MemoryTest = PlatformTest;
+
+// In a process of its own, which has no manager yet.
+TEST_F(MemoryTest, ManagerThatCannotBeMadeEndsTheProcess) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const make = [] {
+        allocationsBeforeFailure = 0;
+        IZoomOverrideMgr::getInstance();
+    };
+    EXPECT_DEATH(make(), testing::HasSubstr("create ZoomOverrideMgr fail (getInstance){#"));
+}
+
+// A customer's mapper may throw as well while it is made: wherever that happens, the manager is one
+// without a strategy.
+TEST_F(MemoryTest, StrategyThatCannotBeMadeLeavesNone) {
+    auto const shared = IZoomOverrideMgr::getInstance();
+    setSensor(0, {4000, 3000});
+    ZoomOverrideMgr mgr;
+    int64_t failures = 0;
+    for (bool isMade = false; !isMade; ++failures) {
+        ASSERT_LT(failures, 1000);
+        mgr.initialize(ZoomOverrideMode::InstantRequest);
+        deposit(mgr, 5, {{{0, kModeNo}}, {}, {}, {}});
+        try {
+            allocationsBeforeFailure = failures;
+            mgr.initialize(ZoomOverrideMode::ExternalAPI);
+            isMade = true;
+            allocationsBeforeFailure = -1;
+        } catch (std::bad_alloc const&) {
+            allocationsBeforeFailure = -1;
+            EXPECT_EQ(mgr.getZoomOverrideMode(), ZoomOverrideMode::None);
+            EXPECT_TRUE(mgr.configFspInfo({}));
+            EXPECT_TRUE(mgr.configSensorInfo({}));
+            ZoomOverrideP1Need need;
+            EXPECT_FALSE(mgr.getP1CropSetting({5, 2.0F, 0}, need));
+            EXPECT_EQ(need.mode, ZoomOverrideMode::None);
+        }
+    }
+    EXPECT_GT(failures, 2);
+    EXPECT_EQ(mgr.getZoomOverrideMode(), ZoomOverrideMode::ExternalAPI);
+}
+
+}  // namespace
+}  // namespace NSCam::Feature
