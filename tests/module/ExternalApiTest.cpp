@@ -1,10 +1,12 @@
 // External-API mode: which entries of the customer apply, and the P1 and P2 crops made from them.
+#include <cstring>
 #include <thread>
 
 #include "MockManager.h"
 #include "TestPlatform.h"
 #include "ZoomOverrideExternalAPI.h"
 #include "ZoomOverrideMgr.h"
+#include "host/LiblogCallback.h"
 
 namespace NSCam::Feature {
 namespace {
@@ -12,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::NiceMock;
 using testing::StartsWith;
+using Utils::ULog::ULogger;
 
 constexpr auto kExternalApi = ZoomOverrideMode::ExternalAPI;
 // The offset makes the effective ratio 0.998 of the wanted one.
@@ -203,6 +206,25 @@ TEST_F(ExternalApiTest, WithoutARegistryItIsStillMade) {
                                        "mpCustomZoomReader is null!!"));
     EXPECT_EQ(strategy.getZoomOverrideMode(), kExternalApi);
     EXPECT_TRUE(strategy.onRequestDone(5));
+}
+
+// Published between the decision and the crops, at the line that tells the ratio.
+TEST_F(ExternalApiTest, DecisionAndCropsAreOfOneEntry) {
+    ULogger::sDetailsLevel = 5;
+    for (bool const p1 : {true, false}) {
+        publish(2.0F, true);
+        __android_log_set_logger([](auto const* line, auto... text) {
+            if (std::strstr(Host::textOf(line, text...), "ratio 2.00!!") != nullptr) {
+                publish(8.0F, true);
+            }
+        });
+        ZoomOverrideP1Need p1Need;
+        ZoomOverrideP2Need p2Need;
+        EXPECT_TRUE(p1 ? mStrategy.getP1CropSetting({5, 4.0F, 0}, p1Need)
+                       : mStrategy.getP2CropSetting({5, 1.0F, 0}, p2Need, false));
+        __android_log_set_logger(__android_log_stderr_logger);
+        EXPECT_EQ((p1 ? p1Need.zoomRatio : p2Need.zoomRatio), 1.996F);
+    }
 }
 
 TEST_F(ExternalApiTest, CustomerPublishesWhileRequestsRun) {

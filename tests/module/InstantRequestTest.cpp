@@ -177,6 +177,19 @@ TEST_F(InstantRequestTest, InternalStreamsFollow) {
     EXPECT_EQ(p1Crops(), (TgCrops{{0, {{2, {500, 600, 700, 800}}}}})) << "nothing to follow";
 }
 
+TEST_F(InstantRequestTest, CropsReplaceThoseOfAReusedNeed) {
+    mHistory.streamSizes[kInternal] = {};
+    mHistory.constraintStreams = {{kInternal, kPreview}};
+    store(1.0F, {10, 1, 2, 300, 400});
+    deposit(*mMgr, 5, mHistory);
+    ZoomOverrideP1Need need;
+    MRect const stale{9, 9, 9, 9};
+    need.tgCrops = {{0, {{1, stale}, {3, stale}, {7, stale}}}};
+    EXPECT_TRUE(mStrategy.getP1CropSetting({5, 2.0F, 0}, need));
+    MRect const crop{1, 2, 300, 400};
+    EXPECT_EQ(need.tgCrops, (TgCrops{{0, {{1, crop}, {3, crop}, {7, stale}}}}));
+}
+
 TEST_F(InstantRequestTest, InternalStreamsOfMissingCropsGetEmptyOnes) {
     MRect const crop{1, 2, 30, 40};
     mHistory.streamSizes[kInternal] = {};

@@ -9,6 +9,7 @@
 #include "TestPlatform.h"
 #include "ZoomOverrideByRequest.h"
 #include "ZoomOverrideExternalAPI.h"
+#include "ZoomOverrideInstantRequest.h"
 #include "ZoomOverrideMgr.h"
 
 namespace NSCam::Feature {
@@ -371,6 +372,115 @@ create SensorCropMapper(*) successfully
 [ExternalAPI::getP2CropSetting] manual mode but the override function off
 [ExternalAPI::onRequestDone] req 5 request Done, but nothing need remove in this special module
 )");
+}
+
+// How many lines a request leaves: which level each line has, and which of them are trace lines.
+TEST_F(LogLinesTest, RequestsLeaveTheirLinesAtEachLevel) {
+    auto const infos = [](MRect const& array) {
+        auto const info = std::make_shared<ZoomOverrideSensorInfo>();
+        *info = {80, 60, array};
+        return ZoomOverrideSensorInfoConfig{{0}, {{0, info}}};
+    };
+    setSensor(0, {400, 300}, std::nullopt);
+    setSensor(1, {4000, 3000});
+    auto const mgr = std::make_shared<ZoomOverrideMgr>();
+    auto const preview = streamIdOf(1, 1);
+    auto const internal = streamIdOf(1, 2);
+    deposit(*mgr, 5,
+            {{{0, 2}, {1, 2}}, {{preview, {}}, {internal, {}}}, {{internal, preview}}, {}});
+
+    auto const instant = [&](int32_t logLevel) {
+        ZoomOverrideInstantRequest strategy(mgr, logLevel);
+        auto const metadata = makeMetadata(1.5F, {10, 1, 2, 30, 40});
+        strategy.storeOverrideSetting(&metadata, {{10, static_cast<uint64_t>(preview)}});
+        ZoomOverrideP1Need need;
+        strategy.getP1CropSetting({5, 2.0F, 1}, need);
+        strategy.onRequestDone(5);
+    };
+    auto const byRequest = [&](int32_t logLevel) {
+        ZoomOverrideByRequest strategy(mgr, logLevel);
+        auto const setting = std::make_shared<ZoomOverrideSetting>();
+        setting->overrideValid = true;
+        setting->previewAaCrops[1] = {1, 2, 30, 40};
+        strategy.storeOverrideSetting(1, OverrideNotice::Default, setting);
+        strategy.storeOverrideSetting(9, OverrideNotice::Repeating, nullptr);
+        ZoomOverrideP1Need p1;
+        ZoomOverrideP2Need p2;
+        strategy.getP1CropSetting({5, 2.0F, 1}, p1);
+        strategy.getP2CropSetting({9, 2.0F, 1}, p2, true);
+        strategy.getP2CropSetting({5, 2.0F, 1}, p2, true);
+        strategy.onRequestDone(5);
+    };
+    // No matrix, no port, and a crop of 2000x1500 in a mode of 400x300.
+    auto const external = [&](int32_t logLevel) {
+        ZoomOverrideExternalAPI strategy(mgr, logLevel);
+        strategy.configSensorInfo(infos({0, 0, 4000, 3000}));
+        publish(2.0F, true);
+        ZoomOverrideP1Need p1;
+        ZoomOverrideP2Need p2;
+        strategy.getP1CropSetting({5, 4.0F, 0}, p1);
+        strategy.getP2CropSetting({5, 1.0F, 0}, p2, false);
+        strategy.onRequestDone(5);
+    };
+
+    struct Case {
+        int32_t detailsLevel, logLevel;
+        size_t instant, byRequest, external;
+    };
+    Case const cases[] = {
+        // Error: no port. Warnings: no matrix, which only a log level shows, and a crop too large.
+        // Info: which mapper was made.
+        {0, 2, 0, 0, 0},
+        {1, 2, 0, 0, 1},
+        {2, 0, 0, 0, 2},
+        {2, 1, 0, 0, 3},
+        {3, 1, 0, 0, 4},
+        {4, 2, 0, 0, 4},
+        // Debug, instant: made, ratio, crop; can, history, three of the correction. By request:
+        // made;
+        // two for P1; two for the refused P2; can, history, two for each of two corrections.
+        // External: two of the mapper's making; for each query ratio, two of the mapper and
+        // history;
+        // P2 also can and three of the correction.
+        {5, 0, 8, 11, 17},
+        // Trace, instant: which stream follows which, two crops, two streams looked at, one that
+        // follows, the whole and the end. By request: two for the setting, one for the sensor, the
+        // whole and the end.
+        {5, 1, 16, 16, 19},
+        {5, 2, 18, 16, 19},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(testing::Message() << "details " << c.detailsLevel << ", log " << c.logLevel);
+        ULogger::sDetailsLevel = c.detailsLevel;
+        takeLog();
+        instant(c.logLevel);
+        EXPECT_EQ(takeLog().size(), c.instant);
+        byRequest(c.logLevel);
+        EXPECT_EQ(takeLog().size(), c.byRequest);
+        external(c.logLevel);
+        EXPECT_EQ(takeLog().size(), c.external);
+    }
+}
+
+// An error that names its place names the one where its line begins.
+TEST_F(LogLinesTest, ErrorsNameTheirOwnPlace) {
+    setSensor(0, {4000, 3000});
+    auto const mgr = std::make_shared<ZoomOverrideMgr>();
+    deposit(*mgr, 5, {{{0, kModeNo}}, {}, {}, {}});
+    ZoomOverrideExternalAPI strategy(mgr, 0);
+    ZoomOverrideSensorInfo const info{80, 60, {0, 0, 4000, 3000}};
+    strategy.configSensorInfo({{0}, {{0, std::make_shared<ZoomOverrideSensorInfo>(info)}}});
+    publish(2.0F, true);
+    Host::takeCapturedLog();
+    ULogger::sDetailsLevel = 1;
+    ZoomOverrideP1Need need;
+    strategy.getP1CropSetting({5, 4.0F, 0}, need);
+    auto const lines = Host::takeCapturedLog();
+    ASSERT_EQ(lines.size(), 2U);
+    std::smatch place;
+    ASSERT_TRUE(std::regex_search(lines[0].text, place,
+                                  std::regex("ExternalAPI[.]cpp:([0-9]+) .*[{]#([0-9]+):")));
+    EXPECT_EQ(place[1], place[2]);
 }
 
 }  // namespace

@@ -3,6 +3,11 @@
 
 #include "ZoomOverrideTypes.h"
 
+// A camera system declares its DMA ports itself, by the names that they have here.
+enum { P1_PORT_R1 = 1, P1_PORT_R2, P1_PORT_R3 };
+using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+static_assert(P1_PORT_R1 + P1_PORT_R2 + P1_PORT_R3 == 6 && P1Port::P1_PORT_R3 == 0x7003);
+
 namespace NSCam::Feature {
 namespace {
 
@@ -22,6 +27,8 @@ TEST(StreamIdTest, CarriesSensorAndPort) {
         EXPECT_EQ(sensorIdOfStream(static_cast<int64_t>(c.streamId)), c.sensorId) << c.streamId;
         EXPECT_EQ(portKeyOfStream(static_cast<int64_t>(c.streamId)), c.portKey) << c.streamId;
     }
+    EXPECT_EQ(streamIdOf(0xAB, 0x7FFF, 0xDEADBEEF), 0x007FFFAB'DEADBEEF);
+    EXPECT_EQ(streamIdOf(0x103, 1), 0x00000103'00000000) << "8 bits of the sensor's id";
 }
 
 }  // namespace

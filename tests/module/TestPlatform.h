@@ -55,6 +55,7 @@ class PlatformTest : public testing::Test {
  protected:
     PlatformTest() {
         Host::clearSensors();
+        Host::enableSensorInfo(true);
         Host::clearProperties();
         Host::enableContainerRegistry(true);
         Host::dropContainers();
