@@ -17,7 +17,8 @@ bool isBlankOrComment(std::string_view line) {
 
 }  // namespace
 
-LineReader::LineReader(File file) : mFile(std::move(file)), mBuffer(kChunk) {}
+LineReader::LineReader(File file, LongLines longLines)
+    : mFile(std::move(file)), mLongLines(longLines), mBuffer(kChunk) {}
 
 std::optional<std::string_view> LineReader::next() {
     auto line = nextLine();
@@ -39,12 +40,18 @@ std::optional<std::string_view> LineReader::nextLine() {
         auto const length = unread.find('\n', searched);
         if (length != std::string_view::npos) {
             mBegin += length + 1;
-            return unread.substr(0, length);
+            bool const isCut = mLongLines == LongLines::Cut && length > kLongestLine;
+            return unread.substr(0, isCut ? kLongestLine : length);
         }
 
         searched = unread.size();
         if (searched > kLongestLine) {
-            throw UserError(place() + ": longer than " + std::to_string(kLongestLine) + " bytes");
+            if (mLongLines == LongLines::Refuse) {
+                throw UserError(place() + ": longer than " + std::to_string(kLongestLine) +
+                                " bytes");
+            }
+            searched = kLongestLine;
+            mEnd = mBegin + searched;  // the line goes on, unheard
         }
         if (!fill()) {
             break;

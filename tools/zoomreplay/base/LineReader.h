@@ -1,4 +1,4 @@
-// Reads a JSON Lines file line by line, in memory that does not grow with the file.
+// Reads a file line by line, in memory that does not grow with the file.
 #pragma once
 
 #include <cstdint>
@@ -16,12 +16,19 @@ class LineReader {
     /// No real line comes near it; it bounds the memory that a damaged file can cost.
     static constexpr size_t kLongestLine = size_t{1} << 20U;
 
-    explicit LineReader(File file);
+    enum class LongLines { Refuse, Cut };
 
-    /// The next line that is neither blank nor a comment, without its line end; empty at the end of
-    /// the file. Valid until the next call.
-    /// @throws UserError the file cannot be read, or the line is longer than kLongestLine.
+    explicit LineReader(File file, LongLines longLines = LongLines::Refuse);
+
+    /// The next line of JSON Lines: neither blank nor a comment, without its line end; empty
+    /// at the end of the file. Valid until the next call.
+    /// @throws UserError the file cannot be read, or the line is longer than kLongestLine and not
+    /// to
+    ///     be cut.
     std::optional<std::string_view> next();
+
+    /// The same of any text: blank lines and comments are lines as well.
+    std::optional<std::string_view> nextLine();
 
     /// Number of the line that next returned last, from 1; blank lines and comments count.
     uint64_t lineNumber() const { return mLineNumber; }
@@ -36,10 +43,10 @@ class LineReader {
     std::string place() const;
 
  private:
-    std::optional<std::string_view> nextLine();
     bool fill();
 
     File mFile;
+    LongLines mLongLines;
     std::vector<char> mBuffer;
     size_t mBegin = 0;  // of what has been read and not yet handed out
     size_t mEnd = 0;

@@ -18,26 +18,25 @@ std::string joinWords(Words const& words) {
     return text;
 }
 
-template <size_t kCount>
-std::optional<std::array<float, kCount>> floatsOf(Words const& words, size_t count) {
-    auto const numbers = parseFloats(joinWords(words));
-    if (!numbers.has_value() || numbers->size() != kCount || count != kCount) {
+template <size_t kCount, typename T>
+std::optional<std::array<T, kCount>> exactly(std::optional<std::vector<T>> const& numbers,
+                                             size_t announced) {
+    if (!numbers.has_value() || numbers->size() != kCount || announced != kCount) {
         return std::nullopt;
     }
-    std::array<float, kCount> result{};
+    std::array<T, kCount> result{};
     std::copy(numbers->begin(), numbers->end(), result.begin());
     return result;
 }
 
 template <size_t kCount>
+std::optional<std::array<float, kCount>> floatsOf(Words const& words, size_t count) {
+    return exactly<kCount>(parseFloats(joinWords(words)), count);
+}
+
+template <size_t kCount>
 std::optional<std::array<int32_t, kCount>> integersOf(Words const& words, size_t count) {
-    auto const numbers = parseIntegers(joinWords(words));
-    if (!numbers.has_value() || numbers->size() != kCount || count != kCount) {
-        return std::nullopt;
-    }
-    std::array<int32_t, kCount> result{};
-    std::copy(numbers->begin(), numbers->end(), result.begin());
-    return result;
+    return exactly<kCount>(parseIntegers(joinWords(words)), count);
 }
 
 bool setActiveArray(CameraStatics& camera, Words const& words, size_t count) {

@@ -5,15 +5,12 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <span>
 
 #include "base/Messages.h"
 
 namespace zoomreplay {
 namespace {
 
-constexpr size_t kChunk = size_t{64} << 10U;
 constexpr std::string_view kDigits = "0123456789";
 
 bool isDigit(char c) {
@@ -146,11 +143,10 @@ std::optional<std::vector<T>> parseNumbers(std::string_view text) {
 
 }  // namespace
 
-PhoneText::PhoneText(File file) : mFile(std::move(file)), mBuffer(kChunk) {}
-
 std::optional<std::string_view> PhoneText::next() {
-    while (auto line = nextLine()) {
-        if (mLineNumber == 1) {
+    while (auto line = mLines.nextLine()) {
+        if (lineNumber() == 1) {
+            refusePacked(*line);
             skip(*line, "\xEF\xBB\xBF");
         }
         *line = withoutLogcatPrefix(withoutQuotationMarks(trim(*line)));
@@ -172,54 +168,10 @@ std::string PhoneText::whyNothing() const {
     return mIsWebPage ? "is a web page; save the phone's text itself" : "";
 }
 
-std::optional<std::string_view> PhoneText::nextLine() {
-    ++mLineNumber;
-    size_t searched = 0;
-    bool isCut = false;
-    while (true) {
-        std::string_view const unread(mBuffer.data() + mBegin, mEnd - mBegin);
-        auto const length = unread.find('\n', searched);
-        if (length != std::string_view::npos) {
-            mBegin += length + 1;
-            return unread.substr(0, std::min(length, kLongestLine));
-        }
-        searched = unread.size();
-        if (searched > kLongestLine) {
-            mEnd = mBegin + kLongestLine;  // the line goes on, unheard
-            searched = kLongestLine;
-            isCut = true;
-        }
-        if (!fill()) {
-            break;
-        }
-    }
-    std::string_view const rest(mBuffer.data() + mBegin, mEnd - mBegin);
-    mBegin = mEnd;
-    return rest.empty() && !isCut ? std::nullopt : std::optional(rest);
-}
-
-// Moves what is unread to the front and reads more behind it. False at the end of the file.
-bool PhoneText::fill() {
-    bool const isFirst = mLineNumber == 1 && mEnd == 0;
-    std::memmove(mBuffer.data(), mBuffer.data() + mBegin, mEnd - mBegin);
-    mEnd -= mBegin;
-    mBegin = 0;
-    if (mBuffer.size() - mEnd < kChunk) {
-        mBuffer.resize(mEnd + kChunk);
-    }
-    size_t const count = mFile.read(std::span(mBuffer).subspan(mEnd));
-    mEnd += count;
-    if (isFirst) {
-        refusePacked();
-    }
-    return count > 0;
-}
-
-void PhoneText::refusePacked() const {
-    std::string_view const start(mBuffer.data(), mEnd);
+void PhoneText::refusePacked(std::string_view firstLine) const {
     for (Packing const& packing : kPackings) {
-        if (start.substr(0, packing.start.size()) == packing.start) {
-            throw UserError(mFile.name() + ": " + withFileName(packing.advice, mFile.name()));
+        if (firstLine.substr(0, packing.start.size()) == packing.start) {
+            throw UserError(file().name() + ": " + withFileName(packing.advice, file().name()));
         }
     }
 }
@@ -235,7 +187,7 @@ void PhoneText::notice(std::string_view line) {
     if (isRefusal && mRefusal.empty()) {
         constexpr size_t kLongest = 120;
         mRefusal =
-            "line " + std::to_string(mLineNumber) + ": " + std::string(line.substr(0, kLongest));
+            "line " + std::to_string(lineNumber()) + ": " + std::string(line.substr(0, kLongest));
     }
 }
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "base/File.h"
+#include "base/LineReader.h"
 
 namespace zoomreplay {
 
@@ -15,35 +15,27 @@ namespace zoomreplay {
 /// indentation, line ends, the quotation marks of a mail and what logcat puts before a line.
 class PhoneText {
  public:
-    /// Longer lines are handed out cut; what they lack is skipped. No phone prints such a line of
-    /// what is read here, but a bugreport holds anything.
-    static constexpr size_t kLongestLine = size_t{1} << 20U;
-
-    explicit PhoneText(File file);
+    /// Lines longer than LineReader::kLongestLine are cut. No phone prints such a line of what is
+    /// read here, but a bugreport holds anything.
+    explicit PhoneText(File file) : mLines(std::move(file), LineReader::LongLines::Cut) {}
 
     /// The next line that is not blank; empty at the end. Valid until the next call.
     /// @throws UserError the file cannot be read, or must be unpacked or converted first.
     std::optional<std::string_view> next();
 
     /// Number of the line that next returned last, from 1; blank lines count.
-    uint64_t lineNumber() const { return mLineNumber; }
-    File const& file() const { return mFile; }
+    uint64_t lineNumber() const { return mLines.lineNumber(); }
+    File const& file() const { return mLines.file(); }
 
     /// For a text that nothing was found in, once it is read: what it seems to be instead; empty
     /// when that is not known.
     std::string whyNothing() const;
 
  private:
-    std::optional<std::string_view> nextLine();
-    bool fill();
-    void refusePacked() const;
+    void refusePacked(std::string_view firstLine) const;
     void notice(std::string_view line);
 
-    File mFile;
-    std::vector<char> mBuffer;
-    size_t mBegin = 0;  // of what has been read and not yet handed out
-    size_t mEnd = 0;
-    uint64_t mLineNumber = 0;
+    LineReader mLines;
     bool mHasText = false;
     bool mIsWebPage = false;
     std::string mRefusal;  // of the phone, with its line number
