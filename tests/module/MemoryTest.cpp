@@ -1,4 +1,4 @@
-// What becomes of the manager when it cannot be made, or its strategy cannot.
+// The manager when it cannot be made, its strategy cannot, or the process ends.
 #include <cstdlib>
 #include <new>
 
@@ -55,6 +55,23 @@ TEST_F(MemoryTest, ManagerThatCannotBeMadeEndsTheProcess) {
         IZoomOverrideMgr::getInstance();
     };
     EXPECT_DEATH(make(), testing::HasSubstr("create ZoomOverrideMgr fail (getInstance){#"));
+}
+
+// Registered before the manager is made, so that it runs after the manager was let go.
+TEST_F(MemoryTest, ManagerMayBeAskedForWhileTheProcessEnds) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    auto const end = [] {
+        std::atexit([] {
+            auto const mgr = IZoomOverrideMgr::getInstance();
+            mgr->initialize(ZoomOverrideMode::ExternalAPI);
+            if (mgr->getZoomOverrideMode() != ZoomOverrideMode::ExternalAPI) {
+                std::_Exit(1);
+            }
+        });
+        IZoomOverrideMgr::getInstance()->initialize(ZoomOverrideMode::ByRequest);
+        std::exit(0);
+    };
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
 }
 
 // A customer's mapper may throw as well while it is made: wherever that happens, the manager is one

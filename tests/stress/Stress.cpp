@@ -25,6 +25,7 @@
 #include "CustomZoomRatioOverride.h"
 #include "IGenericContainer.h"
 #include "IMetadata.h"
+#include "ISensorCropMapperFactory.h"
 #include "IZoomOverrideMgr.h"
 #include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
@@ -276,7 +277,48 @@ Round roundOf(uint32_t number) {
     return {kModes[number % kModes.size()], number / kModes.size() % 2 == 0};
 }
 
+// All at once, as the first of the process.
+void raceForTheManager() {
+    std::array<std::shared_ptr<IZoomOverrideMgr>, kThreads> managers;
+    std::barrier start(kThreads);
+    std::vector<std::jthread> threads;
+    for (auto& manager : managers) {
+        threads.emplace_back([&] {
+            start.arrive_and_wait();
+            manager = IZoomOverrideMgr::getInstance();
+        });
+    }
+    threads.clear();
+    for (auto const& manager : managers) {
+        check(manager == managers.front(), "there is one manager");
+    }
+}
+
+// A pipeline that configures a mapper of its own while another thread maps.
+void raceForTheMapper() {
+    auto const mapper = ISensorCropMapperFactory::createSensorCropMapperInstance({});
+    auto const configure = [&](int32_t master) {
+        auto const info = std::make_shared<ZoomOverrideSensorInfo>();
+        *info = {80.0F, 60.0F, {0, 0, 4000, 3000}};
+        mapper->config({{master}, {{static_cast<uint32_t>(master), info}}});
+    };
+    configure(0);
+    std::jthread const configuring([&] {
+        for (int32_t i = 0; i < 2000; ++i) {
+            configure(i % 2);
+        }
+    });
+    for (int32_t i = 0; i < 2000; ++i) {
+        SensorCropOutput out;
+        check(mapper->getSensorCrop({.enable = true, .zoomRatio = 2.0F}, out) &&
+                  out.sensorCrops.size() == 1,
+              "the master of a configuration is in it");
+    }
+}
+
 void stress(uint64_t calls, uint32_t seed) {
+    raceForTheManager();
+    raceForTheMapper();
     defineSensor();
     Worker first(kThreads, seed);
     Round round;
