@@ -63,6 +63,7 @@ void setTag(CameraStatics& camera, CameraTag const& tag, Json const& value) {
         return;
     }
     std::vector<std::string> texts;
+    texts.reserve(items.size());
     for (auto const& item : items) {
         texts.push_back(item.is_string()
                             ? item.get<std::string>()

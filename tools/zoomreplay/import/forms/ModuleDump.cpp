@@ -41,10 +41,10 @@ std::optional<DumpTitle> openTitle(std::string_view line) {
 }  // namespace
 
 std::optional<DumpTitle> moduleDumpTitle(std::string_view line) {
-    if (auto const title = cameraTitle(line)) {
+    if (auto title = cameraTitle(line)) {
         return title;
     }
-    if (auto const title = announcement(line)) {
+    if (auto title = announcement(line)) {
         return title;
     }
     return openTitle(line);

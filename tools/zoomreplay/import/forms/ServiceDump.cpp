@@ -55,10 +55,10 @@ std::optional<DumpTitle> serviceDumpTitle(std::string_view line) {
         bool const isService = line.substr(0, 16) == "DUMP OF SERVICE ";
         return isService ? std::optional(DumpTitle{Kind::Other, {}, {}}) : std::nullopt;
     }
-    if (auto const title = providerTitle(line)) {
+    if (auto title = providerTitle(line)) {
         return title;
     }
-    if (auto const title = deviceTitle(line)) {
+    if (auto title = deviceTitle(line)) {
         return title;
     }
     if (auto const device = after(line, "Camera device ")) {
