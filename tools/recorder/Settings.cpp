@@ -1,12 +1,10 @@
 #include "Settings.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdlib>
-#include <optional>
-#include <string_view>
 
 #include "Report.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomrecorder {
 namespace {
@@ -26,13 +24,6 @@ std::string valueOf(char const* variable, char const* fallback) {
     return value == nullptr || *value == '\0' ? fallback : value;
 }
 
-std::optional<uint64_t> parseBytes(std::string_view text) {
-    uint64_t bytes = 0;
-    auto const* const end = text.data() + text.size();
-    auto const [stop, error] = std::from_chars(text.data(), end, bytes);
-    return error == std::errc() && stop == end ? std::optional(bytes) : std::nullopt;
-}
-
 }  // namespace
 
 Settings settingsFromEnvironment() {
@@ -41,7 +32,7 @@ Settings settingsFromEnvironment() {
     if (bytes.empty()) {
         return settings;
     }
-    auto const number = parseBytes(bytes);
+    auto const number = scenario::parseNumber<uint64_t>(bytes);
     if (!number.has_value()) {
         report("ZOOMOVERRIDE_RECORD_BYTES: not a number of bytes: " + bytes);
         return settings;

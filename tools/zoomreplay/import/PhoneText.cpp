@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
-#include <cstdlib>
 
 #include "base/Messages.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -92,25 +90,6 @@ std::string_view withoutQuotationMarks(std::string_view line) {
     return line;
 }
 
-std::optional<int32_t> parse(std::string const& word, int32_t /*type*/) {
-    int32_t number = 0;
-    char const* const end = word.data() + word.size();
-    auto const [stop, error] = std::from_chars(word.data(), end, number);
-    return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
-}
-
-// Not every standard library of ours has from_chars for floats. strtof alone takes more than a
-// phone prints: names and hexadecimal digits.
-std::optional<float> parse(std::string const& word, float /*type*/) {
-    if (word.find_first_not_of("0123456789+-.eE") != std::string::npos) {
-        return std::nullopt;
-    }
-    char* stop = nullptr;
-    float const number = std::strtof(word.c_str(), &stop);
-    bool const isWhole = stop == word.c_str() + word.size();
-    return isWhole && std::isfinite(number) ? std::optional(number) : std::nullopt;
-}
-
 // How much of a word is its first number.
 size_t firstLength(std::string_view /*word*/, int32_t /*type*/) {
     return std::string_view::npos;
@@ -129,8 +108,8 @@ std::optional<std::vector<T>> parseNumbers(std::string_view text) {
     std::vector<T> numbers;
     for (std::string_view word : splitWords(text)) {
         while (!word.empty()) {
-            std::string const first(word.substr(0, firstLength(word, T{})));
-            auto const number = parse(first, T{});
+            auto const first = word.substr(0, firstLength(word, T{}));
+            auto const number = scenario::parseNumber<T>(first);
             if (!number.has_value()) {
                 return std::nullopt;
             }

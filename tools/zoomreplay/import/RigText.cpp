@@ -1,12 +1,12 @@
 #include "RigText.h"
 
-#include <charconv>
 #include <cmath>
 #include <map>
 #include <set>
 
 #include "base/Messages.h"
 #include "scenario/text/JsonText.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 
@@ -22,11 +22,10 @@ constexpr uint32_t kHighestSensorId = 0xFF;  // what a stream id has room for
 
 /// The number that a camera id is, as one writes it; empty for other ids and what is too large.
 std::optional<uint32_t> asSensorId(std::string const& id) {
-    uint32_t number = 0;
-    char const* const end = id.data() + id.size();
-    auto const [stop, error] = std::from_chars(id.data(), end, number);
-    bool const isNumber = error == std::errc{} && stop == end && std::to_string(number) == id;
-    return isNumber && number <= kHighestSensorId ? std::optional(number) : std::nullopt;
+    auto const number = parseNumber<uint32_t>(id);
+    bool const isUsable =
+        number.has_value() && *number <= kHighestSensorId && std::to_string(*number) == id;
+    return isUsable ? number : std::nullopt;
 }
 
 SensorIds numberSensors(CameraStock const& stock) {

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "CameraTags.h"
 #include "PhoneText.h"
 #include "scenario/json/LineError.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -23,11 +23,9 @@ void skipBlanks(std::string_view& text) {
 std::optional<uint64_t> takeLastNumber(std::string_view& text) {
     auto const last = text.find_last_not_of(kDigits);
     std::string_view const digits = text.substr(last == std::string_view::npos ? 0 : last + 1);
-    uint64_t number = 0;
-    auto const [stop, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    auto const number = scenario::parseNumber<uint64_t>(digits);
     text.remove_suffix(digits.size());
-    return error == std::errc{} ? std::optional(number) : std::nullopt;
+    return number;
 }
 
 bool takeLast(std::string_view& text, char c) {

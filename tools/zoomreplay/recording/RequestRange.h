@@ -1,7 +1,6 @@
 // The requests that a report or a trace is about.
 #pragma once
 
-#include <charconv>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -9,6 +8,7 @@
 #include <string_view>
 
 #include "base/Messages.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 
@@ -29,13 +29,11 @@ inline RequestRange parseRequestRange(std::optional<std::string> const& option) 
     }
     std::string_view const text = *option;
     auto const number = [text](std::string_view part) {
-        uint32_t value = 0;
-        char const* const end = part.data() + part.size();
-        auto const [stop, error] = std::from_chars(part.data(), end, value);
-        if (error != std::errc{} || stop != end) {
+        auto const value = scenario::parseNumber<uint32_t>(part);
+        if (!value.has_value()) {
             throw UserError("--requests " + std::string(text) + ": must be A-B or A");
         }
-        return value;
+        return *value;
     };
     auto const dash = text.find('-');
     RequestRange range;
