@@ -10,6 +10,7 @@
 #include "Session.h"
 #include "WatchLog.h"
 #include "base/Arguments.h"
+#include "scenario/text/ModeNames.h"
 
 namespace zoomreplay {
 namespace {
@@ -134,10 +135,12 @@ void import(PhoneText& text, std::optional<std::string> const& camera, Scenario&
 }  // namespace
 
 ExitStatus importWatch(int argc, char const* const* argv) {
-    std::map<std::string, ZoomOverrideMode> const modes{
-        {"ExternalAPI", ZoomOverrideMode::ExternalAPI},
-        {"ByRequest", ZoomOverrideMode::ByRequest},
-        {"InstantRequest", ZoomOverrideMode::InstantRequest}};
+    std::map<std::string, ZoomOverrideMode> modes;
+    for (auto const mode : scenario::allModes()) {
+        if (mode != ZoomOverrideMode::None) {
+            modes.emplace(scenario::nameOf(mode), mode);
+        }
+    }
     std::string logPath;
     std::string rigPath;
     std::string scenarioPath = "-";

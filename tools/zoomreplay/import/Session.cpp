@@ -6,6 +6,7 @@
 
 #include "SensorCrops.h"
 #include "scenario/text/JsonText.h"
+#include "scenario/text/ModeNames.h"
 
 namespace zoomreplay {
 
@@ -17,25 +18,25 @@ using NSCam::MRect;
 using NSCam::MSize;
 using NSCam::Feature::ZoomOverrideMode;
 
-struct ModeText {
-    std::string_view name;
-    char const* comment;
-};
-
-std::map<ZoomOverrideMode, ModeText> const kModes{
-    {ZoomOverrideMode::ExternalAPI,
-     {"ExternalAPI",
-      "// Each request finds published what the frame before asked for. P1 is overridden\n"
-      "// where that is less than what the request asks for, P2 otherwise.\n"}},
-    {ZoomOverrideMode::ByRequest,
-     {"ByRequest",
-      "// Each request finds a setting for the next one, with what that asks for. P2 is\n"
-      "// overridden where that is not less than what the request asks for.\n"}},
-    {ZoomOverrideMode::InstantRequest,
-     {"InstantRequest",
-      "// Each request's metadata has the zoom and the crops of the frame before. P1 is\n"
-      "// overridden where that zoom is less than what the request asks for.\n"}},
-};
+char const* commentOf(ZoomOverrideMode mode) {
+    switch (mode) {
+        case ZoomOverrideMode::None:
+            break;
+        case ZoomOverrideMode::ExternalAPI:
+            return "// Each request finds published what the frame before asked for. P1 is "
+                   "overridden\n"
+                   "// where that is less than what the request asks for, P2 otherwise.\n";
+        case ZoomOverrideMode::ByRequest:
+            return "// Each request finds a setting for the next one, with what that asks for. P2 "
+                   "is\n"
+                   "// overridden where that is not less than what the request asks for.\n";
+        case ZoomOverrideMode::InstantRequest:
+            return "// Each request's metadata has the zoom and the crops of the frame before. P1 "
+                   "is\n"
+                   "// overridden where that zoom is less than what the request asks for.\n";
+    }
+    return "";
+}
 
 // Where the phone logs no time, none is written.
 void appendTime(std::string& out, uint64_t nanoseconds) {
@@ -194,8 +195,10 @@ void Session::write(Request const& request, Request const& source) {
         case ZoomOverrideMode::ByRequest:
             writeSetting(source);
             break;
-        default:
+        case ZoomOverrideMode::InstantRequest:
             writeMetadata(source);
+            break;
+        case ZoomOverrideMode::None:
             break;
     }
     writeDeposit();
@@ -214,8 +217,7 @@ void Session::write(Request const& request, Request const& source) {
 }
 
 void Session::writeSetUp() {
-    auto const& [name, comment] = kModes.at(mMode);
-    mOut += comment;
+    mOut += commentOf(mMode);
     if (!mRig.streams.has_value()) {
         mOut += "// Sizes of streams were not told: a quarter of each sensor's mode stands in.\n";
     }
@@ -223,7 +225,7 @@ void Session::writeSetUp() {
         mOut.append(line).append("\n");
     }
     begin("initialize");
-    appendField(mOut, "mode", name);
+    appendField(mOut, "mode", nameOf(mMode));
     end();
     for (auto const& line : mRig.configLines) {
         mOut.append(line).append("\n");
