@@ -4,6 +4,7 @@
 #include "Case.h"
 #include "Floor.h"
 #include "Rig.h"
+#include "scenario/text/RecordFields.h"
 
 namespace Bench {
 
@@ -89,10 +90,7 @@ class Mapper final : public Work {
     }
 
     bool agree() const override {
-        auto const& module = mModuleAnswers.front();
-        auto const& floor = mFloorAnswers.front();
-        return module.isValid == floor.isValid && module.zoomRatio == floor.zoomRatio &&
-               module.sensorCrops == floor.sensorCrops;
+        return scenario::areSame(mModuleAnswers.front(), mFloorAnswers.front());
     }
 
  private:

@@ -8,6 +8,7 @@
 #include "Case.h"
 #include "IZoomOverrideMgr.h"
 #include "Rig.h"
+#include "scenario/text/RecordFields.h"
 
 namespace Bench {
 
@@ -15,21 +16,6 @@ using NSCam::Feature::ZoomOverrideNeedHeader;
 using NSCam::Feature::ZoomOverrideP1Need;
 using NSCam::Feature::ZoomOverrideP2Need;
 using NSCam::Feature::ZoomOverrideRequest;
-
-inline bool sameHeader(ZoomOverrideNeedHeader const& a, ZoomOverrideNeedHeader const& b) {
-    return a.overrideValid == b.overrideValid && a.requestNo == b.requestNo &&
-           a.zoomRatio == b.zoomRatio && a.mode == b.mode;
-}
-
-inline bool sameNeed(ZoomOverrideP1Need const& a, ZoomOverrideP1Need const& b) {
-    return sameHeader(a, b) && a.tgCrops == b.tgCrops;
-}
-
-inline bool sameNeed(ZoomOverrideP2Need const& a, ZoomOverrideP2Need const& b) {
-    return sameHeader(a, b) && a.overrideRect == b.overrideRect && a.streamCrops == b.streamCrops &&
-           a.extraTgCrops == b.extraTgCrops && a.previewAaCrops == b.previewAaCrops &&
-           a.extraAaCrops == b.extraAaCrops && a.trailingInfo == b.trailingInfo;
-}
 
 /// Copies a need into one that has the same sensors and ports.
 inline void copyIntoSameKeys(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
@@ -102,7 +88,7 @@ class Queries : public Work {
     bool agree() const override {
         for (size_t i = 0; i < mModuleAnswers.size(); ++i) {
             if (mModuleAnswers[i].overridden != mFloorAnswers[i].overridden ||
-                !sameNeed(mModuleAnswers[i].need, mFloorAnswers[i].need)) {
+                !scenario::areSame(mModuleAnswers[i].need, mFloorAnswers[i].need)) {
                 return false;
             }
         }

@@ -4,7 +4,6 @@
 #include "IMetadata.h"
 #include "ZoomOverrideContract.h"
 #include "scenario/text/Line.h"
-#include "scenario/text/NeedText.h"
 
 namespace zoomrecorder {
 
@@ -12,83 +11,32 @@ using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
 using scenario::Line;
+using scenario::Object;
 
 namespace {
 
-bool isFresh(ZoomOverrideNeedHeader const& header) {
-    return !header.overrideValid && header.requestNo == -1 && header.zoomRatio == 1.0F &&
-           header.mode == ZoomOverrideMode::None;
-}
-
-bool isFresh(ZoomOverrideP1Need const& need) {
-    return isFresh(static_cast<ZoomOverrideNeedHeader const&>(need)) && need.tgCrops.empty();
-}
-
-bool isFresh(ZoomOverrideP2Need const& need) {
-    return isFresh(static_cast<ZoomOverrideNeedHeader const&>(need)) &&
-           need.overrideRect == MRect{} && need.streamCrops.empty() && need.extraTgCrops.empty() &&
-           need.previewAaCrops.empty() && need.extraAaCrops.empty();
-}
-
 void addNotice(Line& line, OverrideNotice notice) {
     if (notice != OverrideNotice::Default) {
-        line.field("notice", static_cast<int32_t>(notice));
+        line.field("notice", notice);
     }
 }
 
 // Only what the manager reads of it. A null pointer lacks all tags.
 std::string textOf(IMetadata const* metadata) {
-    std::string text = "{";
+    std::string text;
+    Object object(text);
     float zoomRatio = 0.0F;
     if (IMetadata::getEntry(metadata, kZoomRatioTag, zoomRatio, 0)) {
-        text += "\"zoomRatio\": ";
-        scenario::appendJson(text, zoomRatio);
+        object.field("zoomRatio", zoomRatio);
     }
     auto const crops =
         metadata == nullptr ? IMetadata::IEntry{} : metadata->entryFor(kCustomStreamCropTag, 0);
-    if (crops.count() > 0) {
-        std::vector<int32_t> items;
-        for (uint32_t i = 0; i < crops.count(); ++i) {
-            items.push_back(crops.itemAt<int32_t>(i));
-        }
-        text += text.size() > 1 ? ", \"customStreamCrops\": " : "\"customStreamCrops\": ";
-        scenario::appendJson(text, items);
+    std::vector<int32_t> items;
+    for (uint32_t i = 0; i < crops.count(); ++i) {
+        items.push_back(crops.itemAt<int32_t>(i));
     }
-    return text += '}';
-}
-
-std::string textOf(ZoomOverrideSetting const* setting) {
-    if (setting == nullptr) {
-        return "null";
-    }
-    std::string text = "{\"overrideValid\": ";
-    scenario::appendJson(text, setting->overrideValid);
-    scenario::appendField(text, "requestNo", setting->requestNo);
-    scenario::appendField(text, "zoomRatio", setting->zoomRatio);
-    scenario::appendField(text, "overrideRect", setting->overrideRect);
-    scenario::appendField(text, "previewAaCrops", setting->previewAaCrops);
-    scenario::appendField(text, "extraAaCrops", setting->extraAaCrops);
-    return text += '}';
-}
-
-// A sensor whose info is missing is the same to the mapper as one that is not there.
-std::string textOf(
-    std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> const& infos) {
-    std::string text = "{";
-    char const* separator = "\"";
-    for (auto const* entry : scenario::inKeyOrder(infos)) {
-        if (auto const& info = entry->second) {
-            text += separator;
-            scenario::appendKey(text, entry->first);
-            text += "\": {\"degreeH\": ";
-            scenario::appendJson(text, info->degreeH);
-            scenario::appendField(text, "degreeV", info->degreeV);
-            scenario::appendField(text, "activeArray", info->activeArray);
-            text += '}';
-            separator = ", \"";
-        }
-    }
-    return text += '}';
+    object.table("customStreamCrops", items).end();
+    return text;
 }
 
 }  // namespace
@@ -102,7 +50,7 @@ void CallRecorder::add(LineSubject subject, char const* op, Write write) {
     mLine.clear();
     Line line(mLine, op);
     write(line);
-    line.nanoseconds("t", bootNanoseconds()).end();
+    line.number("t", static_cast<uint64_t>(bootNanoseconds())).end();
     mParts.add(subject, mLine);
 }
 
@@ -113,32 +61,27 @@ void CallRecorder::addQuery(LineKind kind, char const* op, ZoomOverrideRequest c
         mPlatform.noteNewestEntry();
     }
     add({kind, request.requestNo}, op, [&](Line& line) {
-        line.field("requestNo", request.requestNo)
-            .field("zoomRatio", request.zoomRatio)
-            .field("sensorId", request.sensorId);
+        line.fields(request);
         if (manual) {
             line.field("manual", manual);
         }
-        if (!isFresh(need)) {
-            scenario::appendNeed(mLine, need);
+        if (!scenario::isFresh(need)) {
+            line.field("need", need);
         }
     });
 }
 
 void CallRecorder::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
-    add({LineKind::ConfigFspInfo}, "configFspInfo",
-        [&](Line& line) { line.table("fspPorts", config.fspPorts); });
+    add({LineKind::ConfigFspInfo}, "configFspInfo", [&](Line& line) { line.fields(config); });
 }
 
 void CallRecorder::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
-    add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](Line& line) {
-        line.table("sensorIds", config.sensorIds).json("sensorInfos", textOf(config.sensorInfos));
-    });
+    add({LineKind::ConfigSensorInfo}, "configSensorInfo", [&](Line& line) { line.fields(config); });
 }
 
 void CallRecorder::configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) {
     add({LineKind::ConfigSensorBehaviorInfo}, "configSensorBehaviorInfo",
-        [&](Line& line) { line.table("portSizes", config.portSizes); });
+        [&](Line& line) { line.fields(config); });
 }
 
 void CallRecorder::getP1CropSetting(ZoomOverrideRequest const& request,
@@ -170,7 +113,7 @@ void CallRecorder::storeOverrideSetting(uint32_t requestNo, OverrideNotice notic
     add({kind}, "storeOverrideSetting", [&](Line& line) {
         line.field("requestNo", requestNo);
         addNotice(line, notice);
-        line.json("setting", textOf(setting));
+        setting == nullptr ? line.json("setting", "null") : line.field("setting", *setting);
     });
 }
 
@@ -185,8 +128,7 @@ void CallRecorder::getZoomOverrideMode() {
 
 void CallRecorder::initialize(ZoomOverrideMode mode) {
     mMode = mode;
-    add({LineKind::Initialize}, "initialize",
-        [&](Line& line) { line.field("mode", static_cast<int32_t>(mode)); });
+    add({LineKind::Initialize}, "initialize", [&](Line& line) { line.field("mode", mode); });
 }
 
 void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
@@ -199,10 +141,7 @@ void CallRecorder::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice not
         "setRunTimeCropNeedData", [&](Line& line) {
             line.field("requestNo", requestNo);
             addNotice(line, notice);
-            line.table("sensorModes", data.sensorModes)
-                .table("streamSizes", data.streamSizes)
-                .table("constraintStreams", data.constraintStreams)
-                .table("extraTable", data.extraTable);
+            line.fields(data);
         });
 }
 

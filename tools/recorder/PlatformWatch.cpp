@@ -36,9 +36,8 @@ void PlatformWatch::noteProperties() {
     uint32_t index = 0;
     for (char const* const property : kProperties) {
         auto const value = NSCam::Utils::Properties::property_get_int32(property, 0);
-        auto const name = std::string(1, '"').append(property).append(1, '"');
         mLine.clear();
-        Line(mLine, "property").json("name", name).field("value", value).end();
+        Line(mLine, "property").word("name", property).field("value", value).end();
         mParts.add({LineKind::Property, index++}, mLine);
     }
 }
@@ -76,10 +75,7 @@ void PlatformWatch::noteNewestEntry() {
     }
     mNewest = bits;
     mLine.clear();
-    Line(mLine, "publish")
-        .field("zoomRatio", newest->zoomRatio)
-        .field("enable", newest->enable)
-        .end();
+    Line(mLine, "publish").fields(*newest).end();
     mParts.add({LineKind::Publish}, mLine);
 }
 

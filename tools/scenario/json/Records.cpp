@@ -3,6 +3,9 @@
 #include <array>
 #include <initializer_list>
 #include <utility>
+#include <vector>
+
+#include "scenario/text/ModeNames.h"
 
 #include "ZoomOverrideContract.h"
 
@@ -25,10 +28,10 @@ void readElements(Value const& value, char const* shape, std::initializer_list<T
 }
 
 template <typename Enum>
-using Names = std::initializer_list<std::pair<std::string_view, Enum>>;
+using Names = std::vector<std::pair<std::string_view, Enum>>;
 
 template <typename Enum>
-void readEnum(Value const& value, Names<Enum> names, Enum& result) {
+void readEnum(Value const& value, Names<Enum> const& names, Enum& result) {
     std::string choices;
     for (auto const& [name, number] : names) {
         if (value.json().is_string() && value.json().get_ref<std::string const&>() == name) {
@@ -46,13 +49,6 @@ void readEnum(Value const& value, Names<Enum> names, Enum& result) {
     result = static_cast<Enum>(number);
 }
 
-void readHeader(Fields& fields, ZoomOverrideNeedHeader& header) {
-    fields.optional("overrideValid", header.overrideValid);
-    fields.optional("requestNo", header.requestNo);
-    fields.optional("zoomRatio", header.zoomRatio);
-    fields.optional("mode", header.mode);
-}
-
 }  // namespace
 
 void read(Value const& value, MSize& result) {
@@ -68,27 +64,25 @@ void read(Value const& value, MRectF& result) {
 }
 
 void read(Value const& value, ZoomOverrideMode& result) {
-    readEnum(value,
-             {{"None", ZoomOverrideMode::None},
-              {"ExternalAPI", ZoomOverrideMode::ExternalAPI},
-              {"ByRequest", ZoomOverrideMode::ByRequest},
-              {"InstantRequest", ZoomOverrideMode::InstantRequest}},
-             result);
+    static auto const kNames = [] {
+        Names<ZoomOverrideMode> names;
+        for (auto const mode : allModes()) {
+            names.emplace_back(nameOf(mode), mode);
+        }
+        return names;
+    }();
+    readEnum(value, kNames, result);
 }
 
 void read(Value const& value, OverrideNotice& result) {
-    readEnum(value,
-             {{"default", OverrideNotice::Default}, {"repeating", OverrideNotice::Repeating}},
-             result);
+    static Names<OverrideNotice> const kNames{{"default", OverrideNotice::Default},
+                                              {"repeating", OverrideNotice::Repeating}};
+    readEnum(value, kNames, result);
 }
 
 void read(Value const& value, std::shared_ptr<ZoomOverrideSensorInfo>& result) {
     auto info = std::make_shared<ZoomOverrideSensorInfo>();
-    Fields fields(value);
-    fields.optional("degreeH", info->degreeH);
-    fields.optional("degreeV", info->degreeV);
-    fields.optional("activeArray", info->activeArray);
-    fields.finish();
+    read(value, *info);
     result = std::move(info);
 }
 
@@ -97,49 +91,9 @@ void read(Value const& value, std::shared_ptr<ZoomOverrideSetting>& result) {
         result = nullptr;
         return;
     }
-
     auto setting = std::make_shared<ZoomOverrideSetting>();
-    Fields fields(value);
-    fields.optional("overrideValid", setting->overrideValid);
-    fields.optional("requestNo", setting->requestNo);
-    fields.optional("zoomRatio", setting->zoomRatio);
-    fields.optional("overrideRect", setting->overrideRect);
-    fields.optional("previewAaCrops", setting->previewAaCrops);
-    fields.optional("extraAaCrops", setting->extraAaCrops);
-    fields.finish();
+    read(value, *setting);
     result = std::move(setting);
-}
-
-void read(Value const& value, ZoomOverrideP1Need& result) {
-    Fields fields(value);
-    readHeader(fields, result);
-    fields.optional("tgCrops", result.tgCrops);
-    fields.finish();
-}
-
-void read(Value const& value, ZoomOverrideP2Need& result) {
-    Fields fields(value);
-    readHeader(fields, result);
-    fields.optional("overrideRect", result.overrideRect);
-    fields.optional("streamCrops", result.streamCrops);
-    fields.optional("extraTgCrops", result.extraTgCrops);
-    fields.optional("previewAaCrops", result.previewAaCrops);
-    fields.optional("extraAaCrops", result.extraAaCrops);
-    fields.finish();
-}
-
-void read(Value const& value, ZoomOverride3ANeed& result) {
-    Fields fields(value);
-    readHeader(fields, result);
-    fields.finish();
-}
-
-void read(Value const& value, SensorCropOutput& result) {
-    Fields fields(value);
-    fields.optional("isValid", result.isValid);
-    fields.optional("zoomRatio", result.zoomRatio);
-    fields.optional("sensorCrops", result.sensorCrops);
-    fields.finish();
 }
 
 void read(Value const& value, IMetadata& result) {

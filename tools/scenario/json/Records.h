@@ -3,14 +3,14 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 
-#include "CustomZoomRatioOverride.h"
 #include "HwTransHelper.h"
 #include "IMetadata.h"
-#include "ISensorCropMapperFactory.h"
 #include "ZoomOverrideTypes.h"
 #include "host/SensorTable.h"
 #include "scenario/json/Value.h"
+#include "scenario/text/RecordFields.h"
 
 namespace scenario {
 
@@ -26,23 +26,28 @@ void read(Value const& value, std::shared_ptr<NSCam::Feature::ZoomOverrideSensor
 /// null gives an empty pointer.
 void read(Value const& value, std::shared_ptr<NSCam::Feature::ZoomOverrideSetting>& result);
 
-// Fields that are left out keep what result holds.
-void read(Value const& value, NSCam::Feature::ZoomOverrideP1Need& result);
-void read(Value const& value, NSCam::Feature::ZoomOverrideP2Need& result);
-void read(Value const& value, NSCam::Feature::ZoomOverride3ANeed& result);
-void read(Value const& value, NSCam::Feature::SensorCropOutput& result);
-
 void read(Value const& value, NSCam::IMetadata& result);
 void read(Value const& value, NSCamHW::simplifiedMatrix& result);
 void read(Value const& value, NSCam::Host::SensorModeInfo& result);
 
-/// The fields of a sensor configuration: the manager's and the mapper's are alike.
-template <typename Config>
-Config readSensorConfig(Fields& fields) {
-    Config config;
-    fields.optional("sensorIds", config.sensorIds);
-    fields.optional("sensorInfos", config.sensorInfos);
-    return config;
+/// Reads the fields of a record out of an object that has others, too. Fields that are left out
+/// keep what record holds.
+template <typename Record>
+void readFields(Fields& fields, Record& record) {
+    visitFields<Record>([&](auto const& field) {
+        if (field.isRequired) {
+            fields.required(field.name, record.*field.member);
+        } else {
+            fields.optional(field.name, record.*field.member);
+        }
+    });
+}
+
+template <typename Record>
+std::enable_if_t<kIsRecord<Record>> read(Value const& value, Record& result) {
+    Fields fields(value);
+    readFields(fields, result);
+    fields.finish();
 }
 
 }  // namespace scenario

@@ -181,6 +181,13 @@ void appendJson(std::string& out, std::vector<int32_t> const& numbers) {
     appendArray(out, numbers);
 }
 
+void appendJson(std::string& out, NSCam::Feature::ZoomOverrideMode mode) {
+    appendChars(out, static_cast<int32_t>(mode));
+}
+void appendJson(std::string& out, NSCam::Feature::OverrideNotice notice) {
+    appendChars(out, static_cast<int32_t>(notice));
+}
+
 void appendNumber(std::string& out, uint64_t value) {
     appendChars(out, value);
 }

@@ -5,18 +5,20 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "ZoomOverrideTypes.h"
+#include "scenario/text/RecordFields.h"
 
 namespace scenario {
 
 // appendJson appends a value. Floats are rounded to the fewest digits that read back as the same
 // float, or are "nan", "inf" and "-inf". A 16-bit integer is a port key and a 64-bit one a stream
-// id: strings with their hexadecimal bits.
+// id: strings with their hexadecimal bits. Enumerations are numbers.
 void appendJson(std::string& out, bool value);
 void appendJson(std::string& out, uint32_t value);
 void appendJson(std::string& out, int32_t value);
@@ -29,8 +31,19 @@ void appendJson(std::string& out, NSCam::MSize const& size);
 void appendJson(std::string& out, NSCam::MRect const& rect);
 void appendJson(std::string& out, NSCam::MRectF const& rect);
 void appendJson(std::string& out, std::vector<int32_t> const& numbers);
+void appendJson(std::string& out, NSCam::Feature::ZoomOverrideMode mode);
+void appendJson(std::string& out, NSCam::Feature::OverrideNotice notice);
 
-// Tables, in ascending order of their keys.
+/// An object with all fields of a record.
+template <typename Record>
+std::enable_if_t<kIsRecord<Record>> appendJson(std::string& out, Record const& record);
+
+/// null for an empty pointer.
+template <typename Record>
+void appendJson(std::string& out, std::shared_ptr<Record> const& record);
+
+// Tables, in ascending order of their keys. Entries that point nowhere are left out: to the library
+// they are as good as missing.
 template <typename Key, typename Item>
 void appendJson(std::string& out, std::unordered_map<Key, Item> const& table);
 template <typename Key, typename Item>
@@ -59,11 +72,23 @@ std::vector<typename Table::value_type const*> inKeyOrder(Table const& table) {
     return entries;
 }
 
+template <typename Item>
+bool pointsNowhere(Item const& /*item*/) {
+    return false;
+}
+template <typename Item>
+bool pointsNowhere(std::shared_ptr<Item> const& item) {
+    return item == nullptr;
+}
+
 template <typename Table>
 void appendTable(std::string& out, Table const& table) {
     char const* separator = "\"";
     out += '{';
     for (auto const* entry : inKeyOrder(table)) {
+        if (pointsNowhere(entry->second)) {
+            continue;
+        }
         out += separator;
         appendKey(out, entry->first);
         out += "\": ";
@@ -81,6 +106,27 @@ void appendJson(std::string& out, std::unordered_map<Key, Item> const& table) {
 template <typename Key, typename Item>
 void appendJson(std::string& out, std::map<Key, Item> const& table) {
     appendTable(out, table);
+}
+
+template <typename Record>
+std::enable_if_t<kIsRecord<Record>> appendJson(std::string& out, Record const& record) {
+    char const* separator = "\"";
+    out += '{';
+    visitFields<Record>([&](auto const& field) {
+        out.append(separator).append(field.name).append("\": ");
+        appendJson(out, record.*field.member);
+        separator = ", \"";
+    });
+    out += '}';
+}
+
+template <typename Record>
+void appendJson(std::string& out, std::shared_ptr<Record> const& record) {
+    if (record == nullptr) {
+        out += "null";
+    } else {
+        appendJson(out, *record);
+    }
 }
 
 /// Appends ", "name": value", for a field that is not an object's first.

@@ -1,6 +1,7 @@
-// Builds one line of a scenario.
+// Builds the lines of scenarios and results, and the objects in them, field by field.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,42 +9,76 @@
 
 namespace scenario {
 
-/// Appends the line to a text, field by field. The text is the caller's, who may reuse its memory.
-class Line {
+/// Appends an object to a text, which is the caller's, who may reuse its memory.
+class Object {
  public:
-    Line(std::string& out, std::string_view op) : mOut(out) {
-        mOut.append(R"({"op": ")").append(op).append(1, '"');
-    }
+    explicit Object(std::string& out) : Object(out, "}") {}
 
     template <typename T>
-    Line& field(std::string_view name, T const& value) {
-        appendField(mOut, name, value);
+    Object& field(std::string_view name, T const& value) {
+        appendJson(begin(name), value);
+        return *this;
+    }
+
+    /// A number without quotes, such as a line number.
+    Object& number(std::string_view name, uint64_t value) {
+        appendNumber(begin(name), value);
+        return *this;
+    }
+
+    /// A word that needs no escapes.
+    Object& word(std::string_view name, std::string_view value) {
+        begin(name).append(1, '"').append(value).append(1, '"');
+        return *this;
+    }
+
+    /// A value that is JSON already.
+    Object& json(std::string_view name, std::string_view text) {
+        begin(name).append(text);
         return *this;
     }
 
     /// Empty tables and lists are left out, as are values that their readers take for granted.
     template <typename Table>
-    Line& table(std::string_view name, Table const& table) {
+    Object& table(std::string_view name, Table const& table) {
         return table.empty() ? *this : field(name, table);
     }
 
-    /// A number that is not negative.
-    Line& nanoseconds(std::string_view name, int64_t value) {
-        mOut.append(", \"").append(name).append("\": ");
-        appendNumber(mOut, static_cast<uint64_t>(value));
+    /// All fields of a record, but no empty tables.
+    template <typename Record>
+    Object& fields(Record const& record) {
+        visitFields<Record>([&](auto const& known) {
+            auto const& value = record.*known.member;
+            if constexpr (requires { value.empty(); }) {
+                table(known.name, value);
+            } else {
+                field(known.name, value);
+            }
+        });
         return *this;
     }
 
-    /// A value that is JSON already.
-    Line& json(std::string_view name, std::string_view text) {
-        mOut.append(", \"").append(name).append("\": ").append(text);
-        return *this;
-    }
+    void end() { mOut += mEnd; }
 
-    void end() { mOut += "}\n"; }
+ protected:
+    Object(std::string& out, char const* end) : mOut(out), mEnd(end) { mOut += '{'; }
 
  private:
+    std::string& begin(std::string_view name) {
+        mOut.append(mSeparator).append(name).append("\": ");
+        mSeparator = ", \"";
+        return mOut;
+    }
+
     std::string& mOut;
+    char const* mEnd;
+    char const* mSeparator = "\"";
+};
+
+/// A line of a scenario, with its line end.
+class Line : public Object {
+ public:
+    Line(std::string& out, std::string_view op) : Object(out, "}\n") { word("op", op); }
 };
 
 }  // namespace scenario

@@ -54,7 +54,7 @@ class RigReader {
         if (op == "sensor") {
             takeSensor(fields);
         } else if (op == "configSensorInfo") {
-            mConfig = readSensorConfig<ZoomOverrideSensorInfoConfig>(fields);
+            readFields(fields, mConfig.emplace());
             fields.finish();
         } else if (op == "setRunTimeCropNeedData") {
             takeStreams(fields);

@@ -38,7 +38,7 @@ std::optional<Answer> getZoomOverrideMode(Fields& fields, Library& library) {
 
 std::optional<Answer> configFspInfo(Fields& fields, Library& library) {
     ZoomOverrideFspInfoConfig config;
-    fields.optional("fspPorts", config.fspPorts);
+    readFields(fields, config);
     fields.finish();
 
     return library.callManager(
@@ -46,7 +46,8 @@ std::optional<Answer> configFspInfo(Fields& fields, Library& library) {
 }
 
 std::optional<Answer> configSensorInfo(Fields& fields, Library& library) {
-    auto const config = readSensorConfig<ZoomOverrideSensorInfoConfig>(fields);
+    ZoomOverrideSensorInfoConfig config;
+    readFields(fields, config);
     fields.finish();
 
     library.announce(SensorInfoInput{config});
@@ -56,7 +57,7 @@ std::optional<Answer> configSensorInfo(Fields& fields, Library& library) {
 
 std::optional<Answer> configSensorBehaviorInfo(Fields& fields, Library& library) {
     ZoomOverrideSensorBehaviorInfoConfig config;
-    fields.optional("portSizes", config.portSizes);
+    readFields(fields, config);
     fields.finish();
 
     return library.callManager([&](IZoomOverrideMgr& manager) {
@@ -70,10 +71,7 @@ std::optional<Answer> setRunTimeCropNeedData(Fields& fields, Library& library) {
     RunTimeCropNeedData data;
     fields.required("requestNo", requestNo);
     fields.optional("notice", notice);
-    fields.optional("sensorModes", data.sensorModes);
-    fields.optional("streamSizes", data.streamSizes);
-    fields.optional("constraintStreams", data.constraintStreams);
-    fields.optional("extraTable", data.extraTable);
+    readFields(fields, data);
     fields.finish();
 
     library.announce(DepositInput{requestNo, notice, data});
@@ -124,9 +122,7 @@ std::optional<Answer> storeOverrideSetting(Fields& fields, Library& library) {
 template <typename Need>
 QueryAnswer<Need> readQuery(Fields& fields) {
     QueryAnswer<Need> query{};
-    fields.required("requestNo", query.request.requestNo);
-    fields.required("zoomRatio", query.request.zoomRatio);
-    fields.optional("sensorId", query.request.sensorId);
+    readFields(fields, query.request);
     fields.optional("need", query.need);
     return query;
 }

@@ -13,7 +13,8 @@ using namespace scenario;
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
 std::optional<Answer> config(Fields& fields, Library& library) {
-    auto const sensors = readSensorConfig<SensorCropMapperConfig>(fields);
+    SensorCropMapperConfig sensors;
+    readFields(fields, sensors);
     fields.finish();
 
     return library.callMapper(
@@ -22,8 +23,7 @@ std::optional<Answer> config(Fields& fields, Library& library) {
 
 std::optional<Answer> getSensorCrop(Fields& fields, Library& library) {
     MapperAnswer answer{};
-    fields.optional("enable", answer.input.enable);
-    fields.required("zoomRatio", answer.input.zoomRatio);
+    readFields(fields, answer.input);
     fields.optional("output", answer.output);
     fields.finish();
 

@@ -74,8 +74,7 @@ std::optional<Answer> publish(Fields& fields, Library& library) {
     using Container = IGenericContainer<std::shared_ptr<v3::CustomZoomRatioOverride>>;
     constexpr size_t kCapacity = 3;
     auto entry = std::make_shared<v3::CustomZoomRatioOverride>();
-    fields.optional("zoomRatio", entry->zoomRatio);
-    fields.optional("enable", entry->enable);
+    readFields(fields, *entry);
     fields.finish();
 
     library.announce(PublishInput{*entry});

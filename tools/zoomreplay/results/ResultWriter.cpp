@@ -1,7 +1,6 @@
 #include "ResultWriter.h"
 
 #include "scenario/text/JsonText.h"
-#include "scenario/text/NeedText.h"
 
 namespace zoomreplay {
 namespace {
@@ -14,22 +13,17 @@ void appendAnswer(std::string& out, BoolAnswer const& answer) {
 }
 
 void appendAnswer(std::string& out, ModeAnswer const& answer) {
-    appendField(out, "result", static_cast<int32_t>(answer.mode));
+    appendField(out, "result", answer.mode);
 }
 
 template <typename Need>
 void appendAnswer(std::string& out, QueryAnswer<Need> const& answer) {
     appendField(out, "result", answer.result);
-    appendNeed(out, answer.need);
+    appendField(out, "need", answer.need);
 }
 
 void appendAnswer(std::string& out, HistoryAnswer const& answer) {
-    out += ", \"record\": {\"sensorModes\": ";
-    appendJson(out, answer.record->sensorModes);
-    appendField(out, "streamSizes", answer.record->streamSizes);
-    appendField(out, "constraintStreams", answer.record->constraintStreams);
-    appendField(out, "extraTable", answer.record->extraTable);
-    out += '}';
+    appendField(out, "record", *answer.record);
 }
 
 void appendAnswer(std::string& out, CorrectionAnswer const& answer) {
@@ -39,11 +33,7 @@ void appendAnswer(std::string& out, CorrectionAnswer const& answer) {
 
 void appendAnswer(std::string& out, MapperAnswer const& answer) {
     appendField(out, "result", answer.result);
-    out += ", \"output\": {\"isValid\": ";
-    appendJson(out, answer.output.isValid);
-    appendField(out, "zoomRatio", answer.output.zoomRatio);
-    appendField(out, "sensorCrops", answer.output.sensorCrops);
-    out += '}';
+    appendField(out, "output", answer.output);
 }
 
 void appendAnswer(std::string& out, ExceptionAnswer const& answer) {
