@@ -25,8 +25,13 @@ bool isTime(std::string_view field) {
     return field == "t" || field == "dur";
 }
 
-// What stands behind these in a message differs between builds or runs: source lines, addresses.
+// What stands behind these in a message differs between builds or runs: source lines, which may
+// also be written as N, and addresses.
 constexpr std::array<std::string_view, 4> kVolatile{"{#", ".cpp:", "Ptr:0x", "Mapper(0x"};
+
+bool isVolatile(char c) {
+    return c == 'N' || std::isxdigit(static_cast<unsigned char>(c)) != 0;
+}
 
 std::string withoutVolatile(std::string text) {
     for (std::string_view const marker : kVolatile) {
@@ -34,7 +39,7 @@ std::string withoutVolatile(std::string text) {
         while (place != std::string::npos) {
             place += marker.size();
             size_t end = place;
-            while (end < text.size() && std::isxdigit(static_cast<unsigned char>(text[end])) != 0) {
+            while (end < text.size() && isVolatile(text[end])) {
                 ++end;
             }
             text.erase(place, end - place);
