@@ -1,3 +1,4 @@
+// Writes each call as the line of a scenario that makes it again.
 #include "CallRecorder.h"
 
 #include "BootClock.h"

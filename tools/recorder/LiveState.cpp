@@ -1,3 +1,4 @@
+// Sorts the lines of a record into those that later calls need and those that they do not.
 #include "LiveState.h"
 
 #include "scenario/text/Line.h"

@@ -1,3 +1,4 @@
+// Opens, writes and moves aside the files of a record, and gives up when one of it fails.
 #include "PartFiles.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// Begins each part with what it needs to be replayed by itself, and adds the time now and then.
 #include "PartWriter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Asks the platform what the module is about to ask it, and writes down what is new.
 #include "PlatformWatch.h"
 
 #include <cstring>

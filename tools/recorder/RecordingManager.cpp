@@ -1,3 +1,4 @@
+// Records each call before it is handed on.
 #include "RecordingManager.h"
 
 #include <pthread.h>

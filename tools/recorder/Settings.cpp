@@ -1,3 +1,4 @@
+// Reads the settings out of the environment.
 #include "Settings.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The table of commands, and which of them a command line means.
 #include "Commands.h"
 
 #include <algorithm>

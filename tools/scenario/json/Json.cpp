@@ -1,3 +1,5 @@
+// Builds the value of a line from the events of the JSON library, and refuses what that would let
+// pass.
 #include "scenario/json/Json.h"
 
 #include <utility>

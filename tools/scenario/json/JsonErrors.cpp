@@ -1,3 +1,4 @@
+// Takes the JSON library's messages apart.
 #include "scenario/json/JsonErrors.h"
 
 namespace scenario {

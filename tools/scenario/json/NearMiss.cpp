@@ -1,3 +1,4 @@
+// Counts the letters by which two names differ.
 #include "scenario/json/NearMiss.h"
 
 #include <algorithm>

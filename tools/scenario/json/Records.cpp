@@ -1,3 +1,4 @@
+// Reads what is not just an object of described fields: geometry, enumerations, the platform.
 #include "scenario/json/Records.h"
 
 #include <array>

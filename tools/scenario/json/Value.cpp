@@ -1,3 +1,4 @@
+// Converts JSON values, and says with their path what is wrong with them.
 #include "scenario/json/Value.h"
 
 #include <algorithm>

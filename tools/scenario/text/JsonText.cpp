@@ -1,3 +1,4 @@
+// Writes single values as JSON.
 #include "scenario/text/JsonText.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Reads command lines with CLI11, and words what is wrong with them.
 #include "Arguments.h"
 
 #include <string>

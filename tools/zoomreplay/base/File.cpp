@@ -1,3 +1,4 @@
+// Files by system calls, with errors that name them.
 #include "File.h"
 
 #include <fcntl.h>

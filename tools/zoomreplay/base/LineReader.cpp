@@ -1,3 +1,4 @@
+// Reads ahead in chunks and cuts lines out of them.
 #include "LineReader.h"
 
 #include <cstring>

@@ -1,3 +1,4 @@
+// Words system errors, and writes messages for a terminal.
 #include "Messages.h"
 
 #include <cstdio>

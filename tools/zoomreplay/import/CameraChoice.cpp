@@ -1,3 +1,4 @@
+// Chooses the cameras that a rig can be made of, and its master.
 #include "CameraChoice.h"
 
 #include <algorithm>

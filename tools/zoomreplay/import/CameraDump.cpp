@@ -1,3 +1,4 @@
+// Finds the static characteristics among all that a camera service prints.
 #include "CameraDump.h"
 
 #include <algorithm>

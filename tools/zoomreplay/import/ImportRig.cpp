@@ -1,3 +1,4 @@
+// The command line of import-rig.
 #include "ImportRig.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The command line of import-watch.
 #include "ImportWatch.h"
 
 #include <map>

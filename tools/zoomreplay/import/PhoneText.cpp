@@ -1,3 +1,4 @@
+// Takes byte order marks and indentation off lines, and numbers out of them.
 #include "PhoneText.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Reads a rig as the lines of a scenario that it is, and checks that each mode can use it.
 #include "RigFile.h"
 
 #include <map>

@@ -1,3 +1,4 @@
+// Writes cameras as the sensors and the configuration of a scenario.
 #include "RigText.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// Works out what part of each sensor shows an application's zoom.
 #include "SensorCrops.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Writes logged frames as the requests of a scenario, a way for each mode.
 #include "Session.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Finds zoom ratios and crop regions in a log, and which frame each belongs to.
 #include "WatchLog.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The command line of new.
 #include "NewScenario.h"
 
 #include <map>

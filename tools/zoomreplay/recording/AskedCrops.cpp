@@ -1,3 +1,4 @@
+// Keeps what was handed over, and asks a mapper what it means for each sensor.
 #include "AskedCrops.h"
 
 #include <limits>

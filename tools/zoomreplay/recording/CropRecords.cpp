@@ -1,3 +1,4 @@
+// Puts each crop of an answer beside what was asked for, and beside the crop of the master.
 #include "CropRecords.h"
 
 #include <algorithm>

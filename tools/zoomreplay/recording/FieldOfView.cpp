@@ -1,3 +1,4 @@
+// Works out what a crop leaves of a sensor's view.
 #include "FieldOfView.h"
 
 #include <algorithm>

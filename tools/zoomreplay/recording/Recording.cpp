@@ -1,3 +1,4 @@
+// Sorts inputs and outcomes by the requests that they belong to.
 #include "Recording.h"
 
 #include <algorithm>

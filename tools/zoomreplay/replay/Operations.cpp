@@ -1,3 +1,4 @@
+// Finds operations by their names.
 #include "Operations.h"
 
 #include <unordered_map>

@@ -1,3 +1,4 @@
+// Draws the progress line, and draws it rarely.
 #include "Progress.h"
 
 #include <unistd.h>

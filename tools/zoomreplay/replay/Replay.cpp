@@ -1,3 +1,4 @@
+// The loop over the lines, and the end that the library can make of it.
 #include "Replay.h"
 
 #include <android/log.h>

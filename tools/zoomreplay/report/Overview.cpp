@@ -1,3 +1,4 @@
+// Packs what each request has for the timeline and the findings.
 #include "Overview.h"
 
 #include <algorithm>

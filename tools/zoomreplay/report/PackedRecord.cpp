@@ -1,3 +1,4 @@
+// Keeps the numbers of a record, and each word once.
 #include "PackedRecord.h"
 
 #include <charconv>

@@ -1,3 +1,4 @@
+// Compresses records with zlib, many in a block.
 #include "PackedTable.h"
 
 #include <zlib.h>

@@ -1,3 +1,4 @@
+// Replaces what would end a script, and what a page takes for markup.
 #include "PageText.h"
 
 namespace zoomreplay {

@@ -1,3 +1,4 @@
+// Writes the rows of the plain table.
 #include "PlainReport.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Puts the parts of the page together.
 #include "Report.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Tells a request, its queries and its crops in the words of the page.
 #include "RequestData.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Tells sensors, their modes and their views in the words of the page.
 #include "RigData.h"
 
 #include <cmath>

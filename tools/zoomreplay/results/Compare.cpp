@@ -1,3 +1,4 @@
+// Compares results field by field, and words the differences.
 #include "Compare.h"
 
 #include <algorithm>

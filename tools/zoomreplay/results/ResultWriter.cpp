@@ -1,3 +1,4 @@
+// Writes each kind of answer as JSON.
 #include "ResultWriter.h"
 
 #include "scenario/text/JsonText.h"

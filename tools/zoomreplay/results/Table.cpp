@@ -1,3 +1,4 @@
+// Lays answers out in columns.
 #include "Table.h"
 
 #include <algorithm>

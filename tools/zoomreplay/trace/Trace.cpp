@@ -1,3 +1,4 @@
+// Makes the events of the requests, in the order of time.
 #include "Trace.h"
 
 #include <type_traits>
