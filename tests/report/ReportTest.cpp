@@ -157,6 +157,26 @@ TEST_F(ReportTest, TellsAnswersFromTheCache) {
     EXPECT_FALSE(data["requests"][1]["queries"][0].contains("cached"));
 }
 
+// The manager reads the property when it is created, and an unknown mode leaves it without a
+// strategy.
+TEST_F(ReportTest, LearnsFromTheLibraryWhetherAnswersAreKept) {
+    std::string const asked = deposit(1) + ask("P1", 1, "4") + ask("P1", 1, "4");
+    std::string const create = R"({"op":"getZoomOverrideMode"})"
+                               "\n";
+    std::string const close =
+        R"({"op":"property","name":"vendor.debug.camera.zoomOverride.closeP1Override","value":1})"
+        "\n";
+    auto const isCached = [this](std::string const& scenario) {
+        return report(scenario)["requests"][0]["queries"][1].contains("cached");
+    };
+
+    EXPECT_TRUE(isCached(create + close + std::string(kExternal) + publish("2") + asked));
+    EXPECT_FALSE(isCached(close + std::string(kExternal) + publish("2") + asked));
+    EXPECT_FALSE(isCached(R"({"op":"initialize","mode":9})"
+                          "\n" +
+                          asked));
+}
+
 TEST_F(ReportTest, KeepsToTheRequestsOfARange) {
     std::string scenario = std::string(kExternal) + publish("2");
     for (int i = 1; i <= 9; ++i) {

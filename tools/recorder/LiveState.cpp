@@ -23,7 +23,17 @@ void LiveState::add(LineSubject subject, std::string_view text) {
         case LineKind::Done:
             close(subject.number);
             break;
-        default:
+        case LineKind::Property:
+        case LineKind::Sensor:
+        case LineKind::Publish:
+        case LineKind::Initialize:
+        case LineKind::ConfigFspInfo:
+        case LineKind::ConfigSensorInfo:
+        case LineKind::ConfigSensorBehaviorInfo:
+        case LineKind::Setting:
+        case LineKind::MovedSetting:
+        case LineKind::Metadata:
+        case LineKind::Other:
             break;
     }
     mRecent.push_back({subject, std::string(text)});

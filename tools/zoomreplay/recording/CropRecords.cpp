@@ -170,7 +170,7 @@ std::vector<CropRecord> cropRecords(CropContext const& context, ZoomOverrideP1Ne
 
 std::vector<CropRecord> cropRecords(CropContext const& context, ZoomOverrideP2Need const& need) {
     std::vector<CropRecord> records;
-    if (context.mode == ZoomOverrideMode::ExternalAPI) {
+    if (domainOfP2(context.mode) == Domain::ActiveArray) {
         addExternal(context, records, need.streamCrops);
     } else {
         addByRequest(context, records, Kind::Stream, need.streamCrops, need.previewAaCrops);

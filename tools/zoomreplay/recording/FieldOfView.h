@@ -40,6 +40,20 @@ NSCam::Host::SensorModeInfo const* findMode(Rig const& rig, uint32_t sensorId, u
 
 enum class Domain { ActiveArray, Tg };
 
+/// The domain of the P2 crops of a mode; extra crops are TG crops in every mode.
+constexpr Domain domainOfP2(NSCam::Feature::ZoomOverrideMode mode) {
+    using NSCam::Feature::ZoomOverrideMode;
+    switch (mode) {
+        case ZoomOverrideMode::ExternalAPI:
+            return Domain::ActiveArray;
+        case ZoomOverrideMode::None:
+        case ZoomOverrideMode::ByRequest:
+        case ZoomOverrideMode::InstantRequest:
+            return Domain::Tg;
+    }
+    return Domain::Tg;
+}
+
 /// What a crop sees along one axis, in degrees off the optical axis; right and down are positive.
 struct Span {
     double from;    ///< the left or upper edge

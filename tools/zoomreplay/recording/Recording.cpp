@@ -6,6 +6,7 @@
 
 #include "CropRecords.h"
 #include "Properties.h"
+#include "ZoomOverrideContract.h"
 
 namespace zoomreplay {
 namespace {
@@ -32,7 +33,10 @@ int64_t Recording::now() const {
 }
 
 void Recording::prepare(uint64_t line, Input const& input) {
-    mPending = {};
+    // The manager is created between the input of the first line that calls it and that call.
+    if (!std::holds_alternative<ManagerInput>(input)) {
+        mPending = {};
+    }
     ++mStep;
     std::visit([&](auto const& kind) { take(line, kind); }, input);
 }
@@ -46,16 +50,17 @@ void Recording::take(uint64_t /*line*/, PublishInput const& input) {
     mAsked.take(input.entry);
 }
 
+void Recording::take(uint64_t /*line*/, ManagerInput const& /*input*/) {
+    // The library reads its properties once.
+    mIsP1Closed = Utils::Properties::property_get_int32(kCloseP1Property, 0) != 0;
+}
+
 void Recording::take(uint64_t /*line*/, InitializeInput const& input) {
     handOnAll();
-    mMode = input.mode;
+    mMode = input.modeInPlace();
     mAsked.reset();
     mLatest = std::nullopt;
     mLastData = nullptr;
-    if (!mIsP1Closed.has_value()) {  // the library reads its properties once
-        mIsP1Closed = Utils::Properties::property_get_int32(
-                          "vendor.debug.camera.zoomOverride.closeP1Override", 0) != 0;
-    }
 }
 
 void Recording::take(uint64_t /*line*/, SensorInfoInput const& input) {
@@ -182,7 +187,7 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
                               query.state = state(p1.result);
                               query.need = p1.need;
                               bool const isCaching =
-                                  mMode != ZoomOverrideMode::None && !mIsP1Closed.value_or(false);
+                                  mMode != ZoomOverrideMode::None && !mIsP1Closed;
                               query.isCached = request.hasP1Answer && isCaching;
                               request.hasP1Answer = isCaching;
                               if (p1.result && isKept) {

@@ -44,6 +44,7 @@ class Recording : public OutcomeConsumer {
 
     void take(uint64_t line, SensorInput const& input);
     void take(uint64_t line, PublishInput const& input);
+    void take(uint64_t line, ManagerInput const& input);
     void take(uint64_t line, InitializeInput const& input);
     void take(uint64_t line, SensorInfoInput const& input);
     void take(uint64_t line, DepositInput const& input);
@@ -75,7 +76,7 @@ class Recording : public OutcomeConsumer {
     size_t mInRange = 0;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mLastData;
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
-    std::optional<bool> mIsP1Closed;
+    bool mIsP1Closed = false;
 
     Rig mRig;
     bool mIsRigChanged = true;

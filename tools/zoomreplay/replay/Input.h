@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -30,8 +31,13 @@ struct PublishInput {
     NSCam::v3::CustomZoomRatioOverride const& entry;
 };
 
+/// The manager has been created, and has read the properties that it never reads again.
+struct ManagerInput {};
+
+/// Comes after the call. Only who wants to know the mode asks the manager for it: a recorder in
+/// front of the library would write the question down.
 struct InitializeInput {
-    NSCam::Feature::ZoomOverrideMode mode;
+    std::function<NSCam::Feature::ZoomOverrideMode()> modeInPlace;
 };
 
 struct SensorInfoInput {
@@ -78,7 +84,7 @@ struct ObservedInput {
 
 /// Refers to what the line in hand holds: whoever wants to keep it takes a copy.
 using Input =
-    std::variant<SensorInput, PublishInput, InitializeInput, SensorInfoInput, DepositInput,
-                 MetadataInput, SettingInput, QueryInput, DoneInput, ObservedInput>;
+    std::variant<SensorInput, PublishInput, ManagerInput, InitializeInput, SensorInfoInput,
+                 DepositInput, MetadataInput, SettingInput, QueryInput, DoneInput, ObservedInput>;
 
 }  // namespace zoomreplay

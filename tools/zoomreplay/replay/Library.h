@@ -17,7 +17,7 @@ class Library {
  public:
     using Announce = std::function<void(Input const&)>;
 
-    /// @param announce gets what the operations are about to hand over.
+    /// @param announce gets what the operations hand over, and what they bring about.
     explicit Library(Announce announce) : mAnnounce(std::move(announce)) {}
 
     void announce(Input const& input) const { mAnnounce(input); }
@@ -28,6 +28,7 @@ class Library {
         return guard([&] {
             if (mManager == nullptr) {
                 mManager = NSCam::Feature::IZoomOverrideMgr::getInstance();
+                announce(ManagerInput{});
             }
             return Answer(call(*mManager));
         });

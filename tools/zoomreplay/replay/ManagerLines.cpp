@@ -24,9 +24,15 @@ std::optional<Answer> initialize(Fields& fields, Library& library) {
     fields.required("mode", mode);
     fields.finish();
 
-    library.announce(InitializeInput{mode});
-    return library.callManager(
+    auto answer = library.callManager(
         [&](IZoomOverrideMgr& manager) { return BoolAnswer{manager.initialize(mode)}; });
+    library.announce(InitializeInput{[&library] {
+        auto const told = library.callManager(
+            [](IZoomOverrideMgr& manager) { return ModeAnswer{manager.getZoomOverrideMode()}; });
+        auto const* const inPlace = std::get_if<ModeAnswer>(&told);
+        return inPlace == nullptr ? ZoomOverrideMode::None : inPlace->mode;
+    }});
+    return answer;
 }
 
 std::optional<Answer> getZoomOverrideMode(Fields& fields, Library& library) {

@@ -19,9 +19,10 @@ char const* nameOf(QueryState state) {
             return "refused";
         case QueryState::Exception:
             return "exception";
-        default:
+        case QueryState::Fatal:
             return "fatal";
     }
+    return "";
 }
 
 void addRect(PackedRecord& out, ActiveRect const& rect) {

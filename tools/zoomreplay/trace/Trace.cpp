@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "Properties.h"
+#include "ZoomOverrideContract.h"
 
 namespace zoomreplay {
 
@@ -56,16 +57,17 @@ void Trace::take(PublishInput const& input) {
     }
 }
 
+// The library reads its properties once.
+void Trace::take(ManagerInput const& /*input*/) {
+    mIsP1Closed = Utils::Properties::property_get_int32(kCloseP1Property, 0) != 0;
+}
+
 void Trace::take(InitializeInput const& input) {
     endAllRequests();
-    mMode = input.mode;
+    mMode = input.modeInPlace();
     mAsked.reset();
     mNewestData = nullptr;
     mSetting.reset();
-    if (!mIsP1Closed.has_value()) {  // the library reads its properties once
-        mIsP1Closed = Utils::Properties::property_get_int32(
-                          "vendor.debug.camera.zoomOverride.closeP1Override", 0) != 0;
-    }
 }
 
 void Trace::take(SensorInfoInput const& input) {
@@ -287,7 +289,7 @@ CropContext Trace::context(bool isCached) {
 // Whether the answer was an earlier one.
 bool Trace::noteP1Answer() {
     auto* const request = findRequest();
-    bool const isCaching = mMode != ZoomOverrideMode::None && !mIsP1Closed.value_or(false);
+    bool const isCaching = mMode != ZoomOverrideMode::None && !mIsP1Closed;
     return request != nullptr && isCaching && std::exchange(request->hasP1Answer, true);
 }
 

@@ -55,6 +55,7 @@ class Trace : public OutcomeConsumer {
 
     void take(SensorInput const& input);
     void take(PublishInput const& input);
+    void take(ManagerInput const& input);
     void take(InitializeInput const& input);
     void take(SensorInfoInput const& input);
     void take(DepositInput const& input);
@@ -88,7 +89,7 @@ class Trace : public OutcomeConsumer {
     Line mLine;
 
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
-    std::optional<bool> mIsP1Closed;
+    bool mIsP1Closed = false;
     Rig mRig;
     AskedCrops mAsked;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mNewestData;
