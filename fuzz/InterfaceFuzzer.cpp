@@ -16,6 +16,7 @@
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
 #include "scenario/text/JsonText.h"
+#include "scenario/text/ModeNames.h"
 
 namespace {
 
@@ -231,7 +232,9 @@ extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     auto& mgr = manager();
     Bytes bytes(data, size);
     Host::clearSensors();
-    auto const mode = ZoomOverrideMode{static_cast<int32_t>(bytes.pick(5))};
+    // All modes, and a value that is none.
+    static auto const kModes = static_cast<uint32_t>(scenario::allModes().size() + 1);
+    auto const mode = ZoomOverrideMode{static_cast<int32_t>(bytes.pick(kModes))};
     mgr.initialize(mode);
     IGenericContainer<Entry>::createWriter(kCustomZoomContainer, kCustomZoomCapacity,
                                            kCustomZoomFlags)
