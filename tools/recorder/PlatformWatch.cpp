@@ -6,6 +6,7 @@
 
 #include "ICamsysSensorInfoHelper.h"
 #include "Properties.h"
+#include "ZoomOverrideContract.h"
 #include "scenario/text/Line.h"
 
 namespace zoomrecorder {
@@ -15,10 +16,10 @@ using scenario::appendJson;
 using scenario::appendKey;
 using scenario::Line;
 
-constexpr std::array kProperties{
-    "vendor.debug.camera.zoomOverride.log",
-    "vendor.debug.camera.zoomOverride.closeP1Override",
-    "vendor.debug.camera.zoomOverride.closeP2Override",
+constexpr std::array<char const*, 3> kProperties{
+    NSCam::Feature::kLogLevelProperty,
+    NSCam::Feature::kCloseP1Property,
+    NSCam::Feature::kCloseP2Property,
 };
 
 /// What C++20's libraries have and those of devices lack.
@@ -64,7 +65,9 @@ void PlatformWatch::noteSensor(int32_t sensorId, uint32_t mode) {
 
 void PlatformWatch::noteNewestEntry() {
     if (!mReader) {
-        mReader = Container::createReader("qvxcam-ZoomOverrideMgr", 3, 0);
+        mReader = Container::createReader(NSCam::Feature::kCustomZoomContainer,
+                                          NSCam::Feature::kCustomZoomCapacity,
+                                          NSCam::Feature::kCustomZoomFlags);
     }
     auto const newest = mReader ? mReader->readNewest().value_or(nullptr) : nullptr;
     if (!newest) {

@@ -10,6 +10,7 @@
 #include "Library.h"
 #include "Operations.h"
 #include "ULogger.h"
+#include "ZoomOverrideContract.h"
 #include "host/LogSwitches.h"
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
@@ -69,16 +70,15 @@ std::optional<Answer> sensor(Fields& fields, Library& library) {
     return std::nullopt;
 }
 
-// Name and capacity are agreed between the customers and the module.
 std::optional<Answer> publish(Fields& fields, Library& library) {
     using Container = IGenericContainer<std::shared_ptr<v3::CustomZoomRatioOverride>>;
-    constexpr size_t kCapacity = 3;
     auto entry = std::make_shared<v3::CustomZoomRatioOverride>();
     readFields(fields, *entry);
     fields.finish();
 
     library.announce(PublishInput{*entry});
-    static auto const kWriter = Container::createWriter("qvxcam-ZoomOverrideMgr", kCapacity, 0);
+    static auto const kWriter = Container::createWriter(
+        Feature::kCustomZoomContainer, Feature::kCustomZoomCapacity, Feature::kCustomZoomFlags);
     kWriter->publish(std::move(entry));
     return std::nullopt;
 }
