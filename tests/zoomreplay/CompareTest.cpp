@@ -1,4 +1,6 @@
 // --compare: what counts as a difference and how differences are told.
+#include <numeric>
+
 #include "ToolTest.h"
 
 namespace zoomreplay::test {
@@ -66,31 +68,43 @@ Expectation const kExpectations[] = {
      {kMode, kFitOther, kNeed},
      1,
      "s.jsonl:3: correctTgCropRegion: crop: expected [0, 0, 100, 76], got [0, 0, 100, 75]\n"
-     "s.jsonl:3: correctTgCropRegion: result: expected \"true\", got true\n"},
+     "s.jsonl:3: correctTgCropRegion: result: expected \"true\", got true\n"
+     "1 result differs, in 0 requests\n"},
     {"fields",
      {kMode, kFitFields, kNeed},
      1,
      "s.jsonl:3: correctTgCropRegion: x: expected {}, got nothing\n"
-     "s.jsonl:3: correctTgCropRegion: crop: expected nothing, got [0, 0, 100, 75]\n"},
+     "s.jsonl:3: correctTgCropRegion: crop: expected nothing, got [0, 0, 100, 75]\n"
+     "1 result differs, in 0 requests\n"},
     {"sign of zero",
      {kMode, kFit, kNeedPositive},
      1,
-     "s.jsonl:4: get3ACropSetting: need.zoomRatio: expected 0, got -0.0\n"},
+     "s.jsonl:4: request 1: get3ACropSetting: need.zoomRatio: expected 0, got -0.0\n"
+     "1 result differs, in 1 request\n"},
     {"too few at the front",
      {kFit, kNeed},
      1,
-     "s.jsonl:2: getZoomOverrideMode: expected no result, got one\n"},
+     "s.jsonl:2: getZoomOverrideMode: expected no result, got one\n"
+     "1 result differs, in 0 requests\n"},
     {"too few at the end",
      {kMode},
      1,
      "s.jsonl:3: correctTgCropRegion: expected no result, got one\n"
-     "s.jsonl:4: get3ACropSetting: expected no result, got one\n"},
+     "s.jsonl:4: request 1: get3ACropSetting: expected no result, got one\n"
+     "2 results differ, in 1 request\n"},
     {"too many",
      {R"({"line": 1, "op": "initialize"})", kMode, kFit, kNeed,
       R"({"line": 9, "op": "onRequestDone"})"},
      1,
-     "s.jsonl:1: initialize: expected a result, got none\n"
-     "s.jsonl:9: onRequestDone: expected a result, got none\n"},
+     "e.jsonl:1: initialize: expected a result, got none\n"
+     "e.jsonl:5: onRequestDone: expected a result, got none\n"
+     "2 results differ, in 0 requests\n"},
+    {"lines that moved",
+     {R"({"line": 12, "op": "getZoomOverrideMode", "result": 0})",
+      R"({"line": 13, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75]})",
+      kNeed},
+     0,
+     ""},
     {"bad syntax",
      {kMode, "{"},
      2,
@@ -115,9 +129,74 @@ TEST_F(CompareTest, PrintsTheFirstTenAndCountsTheRest) {
     auto const result = replay(scenario, {"--compare", "e.jsonl"});
 
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 11);
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 12);
     EXPECT_THAT(result.err, testing::HasSubstr("s.jsonl:10: "));
-    EXPECT_THAT(result.err, testing::EndsWith("\nand 3 more differences\n"));
+    EXPECT_THAT(result.err,
+                testing::EndsWith("\nand 3 more differences\n13 results differ, in 0 requests\n"));
+}
+
+/// A ramp of requests, each with another crop.
+std::string ramp(std::vector<int> const& requests) {
+    std::string scenario =
+        std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"})" + '\n';
+    for (int const request : requests) {
+        std::string const no = std::to_string(request);
+        scenario +=
+            R"({"op":"setRunTimeCropNeedData","sensorModes":{"0":1},"requestNo":)" + no + "}\n" +
+            R"({"op":"storeOverrideSetting","requestNo":999,"setting":{"overrideValid":true,)" +
+            R"("requestNo":999,"zoomRatio":2,"previewAaCrops":{"0":[0,0,)" + no + ",10]}}}\n" +
+            R"({"op":"getP2CropSetting","zoomRatio":1,"requestNo":)" + no + "}\n" +
+            R"({"op":"onRequestDone","requestNo":)" + no + "}\n";
+    }
+    return scenario;
+}
+
+std::vector<int> fromTo(int first, int last) {
+    std::vector<int> numbers(static_cast<size_t>(last - first + 1));
+    std::iota(numbers.begin(), numbers.end(), first);
+    return numbers;
+}
+
+// What was added to or removed from a scenario is the only difference.
+TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
+    write("e.jsonl", replay(ramp(fromTo(100, 299)), {}).out);
+    auto const differ = [&](std::string const& scenario) {
+        return replay(scenario, {"--compare", "e.jsonl"});
+    };
+    EXPECT_EQ(differ("// a comment on top\n\n" + ramp(fromTo(100, 299))).status, 0);
+
+    auto added = fromTo(100, 299);
+    added.insert(added.begin() + 100, 700);
+    EXPECT_THAT(
+        differ(ramp(added)).err,
+        testing::AllOf(testing::HasSubstr("request 700: getP2CropSetting: expected no result"),
+                       testing::HasSubstr("\n4 results differ, in 1 request\n")));
+
+    auto removed = fromTo(100, 299);
+    removed.erase(removed.begin() + 50);
+    EXPECT_THAT(differ(ramp(removed)).err,
+                testing::AllOf(testing::HasSubstr("getP2CropSetting: expected a result, got none"),
+                               testing::HasSubstr("\n4 results differ, in 0 requests\n")));
+
+    auto changed = fromTo(100, 299);
+    changed[20] = 801;
+    changed[120] = 803;
+    EXPECT_THAT(differ(ramp(changed)).err,
+                testing::AllOf(testing::HasSubstr("s.jsonl:85: request 801: getP2CropSetting: "),
+                               testing::EndsWith("\n2 results differ, in 2 requests\n")));
+}
+
+TEST_F(CompareTest, WritesAllDifferences) {
+    write("e.jsonl", kMode + '\n' + kFitOther + '\n');
+    auto const result = replay(kScenario, {"--compare", "e.jsonl", "--differences", "d.jsonl"});
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(
+        read("d.jsonl"),
+        R"({"op": "correctTgCropRegion", "fields": ["crop", "result"], "expected": )" + kFitOther +
+            R"(, "actual": )" + kFit + "}\n" +
+            R"({"request": 1, "op": "get3ACropSetting", "fields": [], "expected": null, "actual": )" +
+            kNeed + "}\n");
 }
 
 TEST_F(CompareTest, MessagesDifferByMoreThanTheSourceLine) {

@@ -14,6 +14,7 @@
 #include "replay/Replay.h"
 #include "report/Report.h"
 #include "results/Compare.h"
+#include "results/DifferenceWriter.h"
 #include "results/ResultWriter.h"
 #include "results/Table.h"
 #include "trace/Trace.h"
@@ -25,6 +26,7 @@ struct Options {
     std::string scenario;
     std::optional<std::string> results;
     std::optional<std::string> expected;
+    std::optional<std::string> differences;
     std::optional<std::string> report;
     std::optional<std::string> trace;
     std::optional<std::string> requests;
@@ -108,7 +110,13 @@ ExitStatus replay(Options const& options) {
         inputs.push_back(&expected->file());
     }
     File output = File::openOutput(options.results.value_or("-"), inputs);
-    Pictures pictures(options, inputs, {&output});
+    Files outputs{&output};
+    std::optional<File> differences;
+    if (options.differences.has_value()) {
+        differences.emplace(openSeparateOutput(*options.differences, inputs, outputs));
+        outputs.push_back(&*differences);
+    }
+    Pictures pictures(options, inputs, outputs);
     Progress progress(scenario, output);
 
     std::unique_ptr<OutcomeConsumer> printer;
@@ -120,7 +128,11 @@ ExitStatus replay(Options const& options) {
     std::vector<OutcomeConsumer*> consumers{printer.get()};
     std::optional<Compare> compare;
     if (expected.has_value()) {
-        compare.emplace(*expected, scenario.file().name());
+        compare.emplace(*expected, scenario.file().name(), [&](Difference const& difference) {
+            if (differences.has_value()) {
+                writeDifference(*differences, difference);
+            }
+        });
         consumers.push_back(&*compare);
     }
     consumers.insert(consumers.end(), pictures.consumers().begin(), pictures.consumers().end());
@@ -154,8 +166,13 @@ ExitStatus replayCommand(int argc, char const* const* argv) {
                    "Write results as JSON Lines, - for standard output")
         ->type_name("RESULTS");
     app.add_flag("--log", options.isLogged, "Show what the library logs");
-    app.add_option("--compare", options.expected, "Compare the results with earlier ones")
-        ->type_name("EXPECTED");
+    auto* const compare =
+        app.add_option("--compare", options.expected, "Compare the results with earlier ones")
+            ->type_name("EXPECTED");
+    app.add_option("--differences", options.differences,
+                   "Write all that --compare finds as JSON Lines")
+        ->needs(compare)
+        ->type_name("FILE");
     app.add_option("--report", options.report, "Write a page that shows the crops, for a browser")
         ->type_name("FILE.html");
     app.add_option("--trace", options.trace, "Write a trace, for a trace viewer")

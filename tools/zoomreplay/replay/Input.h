@@ -87,4 +87,16 @@ using Input =
     std::variant<SensorInput, PublishInput, ManagerInput, InitializeInput, SensorInfoInput,
                  DepositInput, MetadataInput, SettingInput, QueryInput, DoneInput, ObservedInput>;
 
+/// The request that an input names; empty where it names none. A setting is for others to come.
+inline std::optional<uint32_t> requestOf(Input const& input) {
+    if (auto const* query = std::get_if<QueryInput>(&input)) {
+        return query->request.requestNo;
+    }
+    if (auto const* deposit = std::get_if<DepositInput>(&input)) {
+        return deposit->requestNo;
+    }
+    auto const* const done = std::get_if<DoneInput>(&input);
+    return done != nullptr ? std::optional(done->requestNo) : std::nullopt;
+}
+
 }  // namespace zoomreplay

@@ -1,16 +1,11 @@
-// Compares results field by field, and words the differences.
 #include "Compare.h"
 
 #include <algorithm>
-#include <array>
-#include <cctype>
-#include <cmath>
 #include <utility>
 
 #include "ResultWriter.h"
 #include "base/Messages.h"
 #include "scenario/json/LineError.h"
-#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
 
@@ -19,204 +14,208 @@ using namespace scenario;
 namespace {
 
 constexpr size_t kMostPrinted = 10;
-constexpr std::string_view kLogField = "log";
+constexpr size_t kLookAhead = 64;  // results: a dozen requests
 
-// When a call was made is nothing that the library answered.
-bool isTime(std::string_view field) {
-    return field == "t" || field == "dur";
-}
-
-// What stands behind these in a message differs between builds or runs: source lines, which may
-// also be written as N, and addresses.
-constexpr std::array<std::string_view, 4> kVolatile{"{#", ".cpp:", "Ptr:0x", "Mapper(0x"};
-
-bool isVolatile(char c) {
-    return c == 'N' || std::isxdigit(static_cast<unsigned char>(c)) != 0;
-}
-
-std::string withoutVolatile(std::string text) {
-    for (std::string_view const marker : kVolatile) {
-        size_t place = text.find(marker);
-        while (place != std::string::npos) {
-            place += marker.size();
-            size_t end = place;
-            while (end < text.size() && isVolatile(text[end])) {
-                ++end;
-            }
-            text.erase(place, end - place);
-            place = text.find(marker, place);
-        }
-    }
-    return text;
-}
-
-bool isSameNumber(Json const& a, Json const& b) {
-    float const x = floatOf(a);
-    float const y = floatOf(b);
-    if (std::signbit(x) != std::signbit(y)) {
-        return false;
-    }
-    return a.is_number_float() || b.is_number_float() ? x == y : a == b;
-}
-
-// For everything but objects.
-bool isSame(Json const& a, Json const& b) {
-    if (a.is_number() && b.is_number()) {
-        return isSameNumber(a, b);
-    }
-    if (a.is_string() && b.is_string()) {
-        return a == b ||
-               withoutVolatile(a.get<std::string>()) == withoutVolatile(b.get<std::string>());
-    }
-    if (a.is_array() && b.is_array()) {
-        return std::equal(a.begin(), a.end(), b.begin(), b.end(), isSame);
-    }
-    return a == b;
-}
-
-std::string show(Json const& value) {
-    constexpr size_t kLongest = 160;
-    if (value.is_number_float() || (value.is_number() && value == 0)) {
-        std::string text;
-        appendJson(text, floatOf(value));  // unlike dump, tells the zeros apart
+// What follows the line number in our own spelling; the whole text in another one.
+std::string_view withoutLine(std::string_view text) {
+    constexpr std::string_view kStart = "{\"line\": ";
+    if (text.substr(0, kStart.size()) != kStart) {
         return text;
     }
-    if (value.is_array()) {
-        std::string text = "[";
-        for (Json const& item : value) {
-            text.append(text.size() > 1 ? ", " : "").append(show(item));
-        }
-        return text + ']';
+    return text.substr(std::min(text.find(','), text.size()));
+}
+
+/// @return the operation of an expected result. @throws LineError
+std::string checkedOp(Json const& json) {
+    auto const line = json.find("line");
+    if (line == json.end()) {
+        throw LineError("line: missing; results have it, a scenario does not");
     }
-    std::string const text = value.dump();
-    return text.size() > kLongest ? text.substr(0, kLongest) + "..." : text;
+    if (!line->is_number_unsigned()) {
+        throw LineError("line: must be the number of a scenario line");
+    }
+    auto const op = json.find("op");
+    if (op == json.end() || !op->is_string()) {
+        throw LineError("op: must be a string");
+    }
+    return op->get<std::string>();
 }
 
 }  // namespace
 
-Compare::Compare(LineReader& expected, std::string scenario)
-    : mReader(expected), mScenario(std::move(scenario)) {}
+Compare::Compare(LineReader& expected, std::string scenario, Tell tell)
+    : mReader(expected), mScenario(std::move(scenario)), mTell(std::move(tell)) {}
+
+void Compare::prepare(uint64_t /*line*/, Input const& input) {
+    mRequest = requestOf(input);
+}
 
 void Compare::consume(Outcome const& outcome) {
-    mActual.clear();
-    appendResultLine(mActual, outcome);
-    mLine = outcome.line;
-    mOp = outcome.op;
-
-    while (true) {
-        if (!mPending.has_value()) {
-            mPending = mReader.next();
-        }
-        if (mPending == mActual) {
-            mPending.reset();
-            return;
-        }
-
-        auto const expected = mPending.has_value() ? std::optional(parseExpected()) : std::nullopt;
-        if (!expected.has_value() || expected->line > mLine) {
-            report(mLine, mOp, "expected no result, got one");
-            return;
-        }
-        mPending.reset();
-        if (expected->line == mLine) {
-            compareFields("", expected->result, parseObject(mActual));
-            return;
-        }
-        report(expected->line, expected->op, "expected a result, got none");
-    }
+    Result result{
+        std::exchange(mRequest, std::nullopt), outcome.line, std::string(outcome.op), {}, {}, {}};
+    appendResultLine(result.text, outcome);
+    mActual.push_back(std::move(result));
+    pairAll();
 }
 
 void Compare::finish() {
-    for (; mPending.has_value() || (mPending = mReader.next()).has_value(); mPending.reset()) {
-        auto const expected = parseExpected();
-        report(expected.line, expected.op, "expected a result, got none");
+    mIsActualOver = true;
+    pairAll();
+    for (fill(); !mExpected.empty(); fill()) {
+        take(true, false);
     }
 
     for (std::string const& message : mFirst) {
         complain(message);
     }
-    if (mDifferences > mFirst.size()) {
-        complain("and " + std::to_string(mDifferences - mFirst.size()) + " more differences");
+    if (mMessages > mFirst.size()) {
+        complain("and " + std::to_string(mMessages - mFirst.size()) + " more differences");
+    }
+    if (mDifferences > 0) {
+        complain(std::to_string(mDifferences) +
+                 (mDifferences == 1 ? " result differs" : " results differ") + ", in " +
+                 std::to_string(mRequests.size()) +
+                 (mRequests.size() == 1 ? " request" : " requests"));
     }
 }
 
-Compare::Expected Compare::parseExpected() const {
-    try {
-        Json result = parseObject(*mPending);
-        auto const line = result.find("line");
-        if (line == result.end()) {
-            throw LineError("line: missing; results have it, a scenario does not");
+void Compare::fill() {
+    while (!mIsExpectedOver && mExpected.size() < kLookAhead) {
+        auto const line = mReader.next();
+        mIsExpectedOver = !line.has_value();
+        if (line.has_value()) {
+            mExpected.push_back({{}, mReader.lineNumber(), {}, std::string(*line), {}, {}});
         }
-        if (!line->is_number_unsigned()) {
-            throw LineError("line: must be the number of a scenario line");
-        }
-        auto const op = result.find("op");
-        if (op == result.end() || !op->is_string()) {
-            throw LineError("op: must be a string");
-        }
-        return {line->get<uint64_t>(), op->get<std::string>(), std::move(result)};
-    } catch (LineError const& e) {
-        throw UserError(mReader.place() + ": " + e.what());
     }
 }
 
-void Compare::compareFields(std::string const& path, Json const& expected, Json const& actual) {
-    auto const pathOf = [&](std::string const& name) {
-        return path.empty() ? name : path + '.' + name;
-    };
-    auto const isOptional = [&](std::string const& name) {
-        return path.empty() && name == kLogField;
-    };
-
-    auto const isIgnored = [&](std::string const& name) { return path.empty() && isTime(name); };
-
-    for (auto const& [name, value] : expected.items()) {
-        if (isIgnored(name)) {
+void Compare::pairAll() {
+    while (!mActual.empty()) {
+        fill();
+        if (areHeadsEqual()) {
+            mExpected.pop_front();
+            mActual.pop_front();
             continue;
         }
-        auto const counterpart = actual.find(name);
-        if (counterpart != actual.end()) {
-            compareValues(pathOf(name), value, *counterpart);
-        } else if (!isOptional(name)) {
-            reportValues(pathOf(name), show(value), "nothing");
+        if (!mIsActualOver && mActual.size() < kLookAhead) {
+            return;  // what comes next tells whether something was added or left out
         }
-    }
-    for (auto const& [name, value] : actual.items()) {
-        if (!expected.contains(name) && !isOptional(name) && !isIgnored(name)) {
-            reportValues(pathOf(name), "nothing", show(value));
-        }
+        pairStretch();
     }
 }
 
-void Compare::compareValues(std::string const& path, Json const& expected, Json const& actual) {
-    if (expected.is_object() && actual.is_object()) {
-        compareFields(path, expected, actual);
+bool Compare::areHeadsEqual() {
+    if (mExpected.empty()) {
+        return false;
+    }
+    Result& expected = mExpected.front();
+    Result& actual = mActual.front();
+    if (withoutLine(expected.text) == withoutLine(actual.text)) {
+        return true;
+    }
+    parse(expected);
+    parse(actual);
+    return expected.op == actual.op && differencesOf(*expected.json, *actual.json).empty();
+}
+
+// The stretch's second half is left for the next one, which knows more of what follows it.
+void Compare::pairStretch() {
+    auto const pairings = align({mExpected.size(), mActual.size(), mIsExpectedOver, mIsActualOver},
+                                [this](size_t expected, size_t actual) {
+                                    return likeness(mExpected[expected], mActual[actual]);
+                                });
+    bool const isLast = mIsExpectedOver && mIsActualOver;
+    size_t const count = isLast ? pairings.size() : std::min(pairings.size(), kLookAhead / 2);
+    for (size_t i = 0; i < count; ++i) {
+        take(pairings[i] != Pairing::OnlyActual, pairings[i] != Pairing::OnlyExpected);
+    }
+}
+
+Likeness Compare::likeness(Result& expected, Result& actual) const {
+    parse(expected);
+    parse(actual);
+    if (expected.op != actual.op) {
+        return Likeness::Foreign;
+    }
+    return expected.essence == actual.essence ? Likeness::Same : Likeness::Changed;
+}
+
+void Compare::parse(Result& result) const {
+    if (result.json.has_value()) {
         return;
     }
-    bool const areRecords = expected.is_array() && actual.is_array() &&
-                            expected.size() == actual.size() && !expected.empty() &&
-                            expected.front().is_object();
-    if (areRecords) {
-        for (size_t i = 0; i < expected.size(); ++i) {
-            compareValues(path + '[' + std::to_string(i) + ']', expected[i], actual[i]);
+    bool const isExpected = result.op.empty();
+    try {
+        result.json = parseObject(result.text);
+        if (isExpected) {
+            result.op = checkedOp(*result.json);
         }
-        return;
+    } catch (LineError const& e) {
+        throw UserError(placeOf(result, isExpected) + ": " + e.what());
     }
-    if (!isSame(expected, actual)) {
-        reportValues(path, show(expected), show(actual));
-    }
+    result.essence = essenceOf(*result.json);
 }
 
-void Compare::reportValues(std::string const& path, std::string const& expected,
-                           std::string const& actual) {
-    report(mLine, mOp, path + ": expected " + expected + ", got " + actual);
+std::string Compare::placeOf(Result const& result, bool isExpected) const {
+    return (isExpected ? mReader.file().name() : mScenario) + ':' + std::to_string(result.line);
 }
 
-void Compare::report(uint64_t line, std::string_view op, std::string const& what) {
+void Compare::take(bool hasExpected, bool hasActual) {
+    Difference difference;
+    Result expected{};
+    Result actual{};
+    if (hasExpected) {
+        expected = std::move(mExpected.front());
+        mExpected.pop_front();
+        parse(expected);
+    }
+    if (hasActual) {
+        actual = std::move(mActual.front());
+        mActual.pop_front();
+    }
+    if (hasExpected && hasActual) {
+        parse(actual);
+        difference.fields = differencesOf(*expected.json, *actual.json);
+        if (difference.fields.empty()) {
+            return;
+        }
+    }
+    difference.request = actual.request;
+    difference.op = hasActual ? actual.op : expected.op;
+    difference.line = actual.line;
+    difference.expected = expected.text;
+    difference.actual = actual.text;
+    tell(difference, hasActual ? placeOf(actual, false) : placeOf(expected, true));
+}
+
+void Compare::tell(Difference const& difference, std::string const& place) {
     ++mDifferences;
+    if (difference.request.has_value()) {
+        mRequests.insert(*difference.request);
+    }
+    if (mTell) {
+        mTell(difference);
+    }
+
+    std::string start = place + ": ";
+    if (difference.request.has_value()) {
+        start += "request " + std::to_string(*difference.request) + ": ";
+    }
+    start.append(difference.op).append(": ");
+    if (difference.actual.empty()) {
+        print(start + "expected a result, got none");
+    } else if (difference.expected.empty()) {
+        print(start + "expected no result, got one");
+    }
+    for (auto const& [path, expected, actual] : difference.fields) {
+        print(start + path + ": expected " + expected + ", got " + actual);
+    }
+}
+
+void Compare::print(std::string message) {
+    ++mMessages;
     if (mFirst.size() < kMostPrinted) {
-        mFirst.push_back(mScenario + ':' + std::to_string(line) + ": " + std::string(op) + ": " +
-                         what);
+        mFirst.push_back(std::move(message));
     }
 }
 
