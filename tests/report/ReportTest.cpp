@@ -328,7 +328,7 @@ TEST_P(ReportUsageTest, IsRefusedAndNoInputIsLost) {
 }
 
 BadUsage const kBadUsages[] = {
-    {{"s.jsonl", "--requests", "1-2"}, "--requests: needs --report or --trace"},
+    {{"s.jsonl", "-o", "r", "--requests", "1-2"}, "--requests: results are never limited"},
     {{"s.jsonl", "--report", "r", "--requests", "2-1"}, "2-1: ends before it begins"},
     {{"s.jsonl", "--report", "r", "--requests", "1-"}, "1-: must be A-B or A"},
     {{"s.jsonl", "--report", "s.jsonl"}, "s.jsonl: is also read from"},

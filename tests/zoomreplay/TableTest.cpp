@@ -40,7 +40,7 @@ TEST_F(TableTest, HasARowForEachQuery) {
     EXPECT_EQ(result.out,
               R"(   line    request  query    asked  override  answer    sensor, port and crop
       5         12  P1        4.00      2.00  override  0 0x7001  (60, 35)/166x105
-                                                        0 0x7003  (0, 0)/2304x1296
+                12                                      0 0x7003  (0, 0)/2304x1296
       7         13  P2       10.00     1e+30  no       11 crop    (1, -2)/3x4
       8 4294967295  3A         nan      1.00  no
 )");
@@ -56,9 +56,39 @@ TEST_F(TableTest, HasARowForWhatThePhoneObserved) {
     EXPECT_EQ(result.out,
               R"(   line    request  query    asked  override  answer    sensor, port and crop
       1          3  phone        -      2.50  seen      camera  5
-                                                        region  (1, 2)/4080x3060
+                 3                                      region  (1, 2)/4080x3060
       2          4  phone        -         -  seen      camera  ?[31m0123456789012345678901234
 )");
+}
+
+std::string const kKeptAndCorrected = std::string(kSensor) + R"({"op":"initialize","mode":3}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48]}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,-8,0,400,300]},"streamIdMap":{"1":"0x70010000000000"}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"getP1CropSetting","requestNo":2,"zoomRatio":1}
+{"op":"getP1CropSetting","requestNo":2,"zoomRatio":9}
+{"op":"SensorCropMapper.getSensorCrop","zoomRatio":1}
+)";
+
+TEST_F(TableTest, MarksKeptAnswersAndCorrectedCrops) {
+    EXPECT_THAT(show(kKeptAndCorrected).out, testing::HasSubstr(
+                                                 R"(
+      5          1  P1        4.00      2.00  override  0 0x7001  (0, 0)/200x150  corrected
+      6          1  P1        4.00      2.00  kept      0 0x7001  (0, 0)/200x150
+      7          2  P1        1.00      2.00  no
+      8          2  P1        9.00      2.00  kept no
+      9          -  map )"));
+}
+
+TEST_F(TableTest, IsLimitedToRequests) {
+    auto const result = show(kKeptAndCorrected, {"--requests", "2"});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3) << result.out;
+    EXPECT_THAT(result.out, testing::Not(testing::HasSubstr("0x7001")));
+
+    auto const none = show(kKeptAndCorrected, {"--requests", "3-9"});
+    EXPECT_EQ(none.status, 2);
+    EXPECT_EQ(none.err, "--requests: the scenario has no such request\n");
 }
 
 TEST_F(TableTest, NeverExceedsItsWidth) {

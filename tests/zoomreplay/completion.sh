@@ -15,7 +15,15 @@ offers() {
     fi
 }
 
-offers "import-rig import-watch" zoomreplay imp
+cd "$(mktemp -d)"
+touch pinch.jsonl important.txt
+
+offers "import-rig import-watch important.txt" zoomreplay imp
 offers "--report --requests" zoomreplay pinch.jsonl -o new.jsonl --re
 offers "--mode" zoomreplay new --m
-offers "" zoomreplay pinch
+offers "ByRequest" zoomreplay new --mode By
+offers "pinch.jsonl" zoomreplay pinch
+offers "pinch.jsonl" zoomreplay pinch.jsonl -o pin
+offers "pinch.jsonl" zoomreplay pinch.jsonl --report pin
+offers "pinch.jsonl" zoomreplay why pin
+offers "" zoomreplay pinch.jsonl --requests p

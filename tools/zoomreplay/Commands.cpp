@@ -3,20 +3,39 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <system_error>
+#include <vector>
 
 #include "ReplayCommand.h"
 #include "import/ImportRig.h"
 #include "import/ImportWatch.h"
 #include "new/NewScenario.h"
+#include "scenario/json/NearMiss.h"
+#include "why/Why.h"
 
 namespace zoomreplay {
 namespace {
 
 constexpr std::array kCommands{
+    Command{"why", "Tell the steps that made each crop of a request", why},
     Command{"new", "Write a first scenario to replay and change", newScenario},
     Command{"import-rig", "Make a phone's sensors into scenario lines", importRig},
     Command{"import-watch", "Make what an application asked into a scenario", importWatch},
 };
+
+// A command's slip would be taken for a scenario that cannot be opened.
+void refuseMisspelt(std::string_view name) {
+    std::vector<std::string_view> names;
+    for (Command const& command : kCommands) {
+        names.push_back(command.name);
+    }
+    std::string const hint = scenario::didYouMean(name, names);
+    std::error_code error;
+    if (!hint.empty() && !std::filesystem::exists(name, error)) {
+        throw UserError(std::string(name) + ": no such command or scenario" + hint);
+    }
+}
 
 }  // namespace
 
@@ -25,8 +44,11 @@ ExitStatus runCommand(int argc, char const* const* argv) {
     auto const* const command =
         std::find_if(kCommands.begin(), kCommands.end(),
                      [&](Command const& known) { return known.name == name; });
-    return command == kCommands.end() ? replayCommand(argc, argv)
-                                      : command->run(argc - 1, argv + 1);
+    if (command != kCommands.end()) {
+        return command->run(argc - 1, argv + 1);
+    }
+    refuseMisspelt(name);
+    return replayCommand(argc, argv);
 }
 
 std::string listCommands() {

@@ -10,6 +10,7 @@
 
 #include "Commands.h"
 #include "base/Arguments.h"
+#include "jumps/JumpList.h"
 #include "recording/Recording.h"
 #include "replay/Replay.h"
 #include "report/Report.h"
@@ -17,6 +18,7 @@
 #include "results/DifferenceWriter.h"
 #include "results/ResultWriter.h"
 #include "results/Table.h"
+#include "steps/Explainer.h"
 #include "trace/Trace.h"
 
 namespace zoomreplay {
@@ -30,8 +32,12 @@ struct Options {
     std::optional<std::string> report;
     std::optional<std::string> trace;
     std::optional<std::string> requests;
+    std::optional<size_t> limit;
     bool isLogged = false;
+    bool hasJumps = false;
 };
+
+constexpr size_t kJumpsShown = 10;
 
 constexpr char const* kBeforeCommands =
     "Commands, in place of SCENARIO, each with a --help of its own:\n";
@@ -43,6 +49,8 @@ Examples:
   zoomreplay zoom.jsonl -o old.jsonl         its results, a JSON object a line
   zoomreplay zoom.jsonl --compare old.jsonl  what has changed since
   zoomreplay zoom.jsonl --report zoom.html   a page to look at
+  zoomreplay zoom.jsonl --jumps              where the picture jumps
+  zoomreplay why zoom.jsonl 2                what made the crops of request 2
 
 Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or
 line, 3 the library stopped the process.)";
@@ -61,15 +69,12 @@ File openSeparateOutput(std::string const& path, Files const& inputs, Files& out
     return file;
 }
 
-/// The report and the trace of a replay, where they are asked for.
+/// The report, the trace and the jumps of a replay, where they are asked for.
 class Pictures {
  public:
-    Pictures(Options const& options, Files const& inputs, Files outputs)
+    Pictures(Options const& options, RequestRange range, Explainer const& explainer,
+             Files const& inputs, Files outputs, File& terminal)
         : mScenario(inputs.front()->name()) {
-        if (options.requests.has_value() && !options.report && !options.trace) {
-            throw UserError("--requests: needs --report or --trace");
-        }
-        RequestRange const range = parseRequestRange(options.requests);
         std::vector<RequestConsumer*> consumers;
         if (options.report.has_value()) {
             mReportFile.emplace(openSeparateOutput(*options.report, inputs, outputs));
@@ -78,10 +83,13 @@ class Pictures {
         }
         if (options.trace.has_value()) {
             mTraceFile.emplace(openSeparateOutput(*options.trace, inputs, outputs));
-            mConsumers.push_back(&mTrace.emplace(*mTraceFile, mScenario, range));
+            mConsumers.push_back(&mTrace.emplace(*mTraceFile, mScenario, range, explainer));
+        }
+        if (options.hasJumps) {
+            consumers.push_back(&mJumps.emplace(terminal, options.limit.value_or(kJumpsShown)));
         }
         if (!consumers.empty()) {
-            mConsumers.push_back(&mRecording.emplace(range, std::move(consumers)));
+            mConsumers.push_back(&mRecording.emplace(range, explainer, std::move(consumers)));
         }
     }
 
@@ -94,14 +102,27 @@ class Pictures {
     std::optional<Report> mReport;
     std::optional<File> mTraceFile;
     std::optional<Trace> mTrace;
+    std::optional<JumpList> mJumps;
     std::optional<Recording> mRecording;
     std::vector<OutcomeConsumer*> mConsumers;
 };
 
-ExitStatus replay(Options const& options) {
+void checkTogether(Options const& options) {
     if (options.scenario == "-" && options.expected == "-") {
         throw UserError("<stdin>: cannot be both SCENARIO and EXPECTED");
     }
+    if (options.hasJumps && options.results == "-") {
+        throw UserError("--jumps: standard output is for the results");
+    }
+    bool const isPictured = options.report || options.trace || options.hasJumps;
+    if (options.requests.has_value() && options.results.has_value() && !isPictured) {
+        throw UserError(
+            "--requests: results are never limited; needs --report, --trace or --jumps");
+    }
+}
+
+ExitStatus replay(Options const& options) {
+    checkTogether(options);
     LineReader scenario(File::openInput(options.scenario));
     std::optional<LineReader> expected;
     Files inputs{&scenario.file()};
@@ -109,23 +130,39 @@ ExitStatus replay(Options const& options) {
         expected.emplace(File::openInput(*options.expected));
         inputs.push_back(&expected->file());
     }
+    RequestRange const range = options.requests.has_value()
+                                   ? parseRequestRange("--requests", *options.requests)
+                                   : RequestRange{};
     File output = File::openOutput(options.results.value_or("-"), inputs);
+    File terminal = File::openOutput("-", inputs);
     Files outputs{&output};
     std::optional<File> differences;
     if (options.differences.has_value()) {
         differences.emplace(openSeparateOutput(*options.differences, inputs, outputs));
         outputs.push_back(&*differences);
     }
-    Pictures pictures(options, inputs, outputs);
+    Explainer explainer;
+    Pictures pictures(options, range, explainer, inputs, outputs, terminal);
     Progress progress(scenario, output);
+    bool const isPictured = !pictures.consumers().empty();
+    if (isPictured || expected.has_value()) {
+        output.outliveReader();
+    }
 
+    RangeCheck rangeCheck(range);
+    std::vector<OutcomeConsumer*> consumers{&rangeCheck};
     std::unique_ptr<OutcomeConsumer> printer;
     if (options.results.has_value()) {
         printer = std::make_unique<ResultWriter>(output);
-    } else {
-        printer = std::make_unique<Table>(output);
+    } else if (!options.hasJumps) {
+        printer = std::make_unique<Table>(output, range, explainer);
     }
-    std::vector<OutcomeConsumer*> consumers{printer.get()};
+    if (isPictured || !options.results.has_value()) {
+        consumers.push_back(&explainer);
+    }
+    if (printer != nullptr) {
+        consumers.push_back(printer.get());
+    }
     std::optional<Compare> compare;
     if (expected.has_value()) {
         compare.emplace(*expected, scenario.file().name(), [&](Difference const& difference) {
@@ -177,7 +214,13 @@ ExitStatus replayCommand(int argc, char const* const* argv) {
         ->type_name("FILE.html");
     app.add_option("--trace", options.trace, "Write a trace, for a trace viewer")
         ->type_name("FILE.json");
-    app.add_option("--requests", options.requests, "Limit report and trace to these requests")
+    auto* const jumps =
+        app.add_flag("--jumps", options.hasJumps, "List where the picture jumps, the worst first");
+    app.add_option("--limit", options.limit, "How many jumps to list; 10 unless told otherwise")
+        ->needs(jumps)
+        ->type_name("COUNT");
+    app.add_option("--requests", options.requests,
+                   "Limit table, report, trace and jumps to these requests")
         ->type_name("A-B");
     auto const status = parseArguments(app, argc, argv);
     return status.has_value() ? *status : replay(options);

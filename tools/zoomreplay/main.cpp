@@ -4,13 +4,16 @@
 #include <exception>
 
 #include "Commands.h"
+#include "base/File.h"
 
 int main(int argc, char** argv) {
-    // A reader that goes away is an unwritable output like any other.
+    // A reader that goes away has seen enough, which is no error.
     std::signal(SIGPIPE, SIG_IGN);
     auto status = zoomreplay::ExitStatus::BadInput;
     try {
         status = zoomreplay::runCommand(argc, argv);
+    } catch (zoomreplay::ClosedPipe const&) {
+        status = zoomreplay::ExitStatus::Success;
     } catch (std::exception const& e) {
         zoomreplay::complain(e.what());
     }

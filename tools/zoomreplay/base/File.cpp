@@ -2,6 +2,7 @@
 #include "File.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -68,7 +69,9 @@ File File::createOutput(std::string const& path) {
 File::File(int descriptor, std::string name) : mDescriptor(descriptor), mName(std::move(name)) {}
 
 File::File(File&& other) noexcept
-    : mDescriptor(std::exchange(other.mDescriptor, -1)), mName(std::move(other.mName)) {}
+    : mDescriptor(std::exchange(other.mDescriptor, -1)),
+      mName(std::move(other.mName)),
+      mOutlivesReader(other.mOutlivesReader) {}
 
 File::~File() {
     if (mDescriptor > STDERR_FILENO) {
@@ -78,6 +81,12 @@ File::~File() {
 
 bool File::isTerminal() const {
     return isatty(mDescriptor) != 0;
+}
+
+std::optional<size_t> File::columns() const {
+    winsize size{};
+    bool const isTold = ioctl(mDescriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isTold ? std::optional<size_t>(size.ws_col) : std::nullopt;
 }
 
 std::optional<uint64_t> File::size() const {
@@ -105,6 +114,11 @@ void File::write(std::string_view text) {
         ssize_t const count = ::write(mDescriptor, text.data(), text.size());
         if (count >= 0) {
             text.remove_prefix(static_cast<size_t>(count));
+        } else if (errno == EPIPE) {
+            if (mOutlivesReader) {
+                return;
+            }
+            throw ClosedPipe(mName + ": nobody reads it any more");
         } else if (errno != EINTR) {
             throw systemError(mName + ": cannot write", errno);
         }

@@ -26,46 +26,17 @@ uint32_t sensorModeOf(CropContext const& context, uint32_t sensorId) {
 CropRecord recordOf(CropContext const& context, Kind kind, Domain domain, uint32_t sensorId,
                     MRect const& crop) {
     auto const mode = sensorModeOf(context, sensorId);
-    CropRecord record{kind, sensorId, mode, {}, domain, crop, {}, {}, {}, {}};
+    CropRecord record{kind, sensorId, mode, {}, domain, crop, {}, {}, {}, {}, {}, {}};
     record.view = viewOf(context.rig, sensorId, mode, crop, domain);
     return record;
 }
 
-// Where the mode has no matrix nothing is known of what was asked for.
-template <typename Rect>
-void setAsked(CropContext const& context, CropRecord& record, Rect const& active) {
-    auto const* const mode = findMode(context.rig, record.sensorId, record.sensorMode);
-    if (mode == nullptr || !mode->fromActive.has_value()) {
-        return;
-    }
-    MRect const asked = toTg(*mode->fromActive, active);
-    if (asked != record.crop) {
-        record.asked = asked;
-    }
-}
-
-// InstantRequest: the custom crop of the port's stream, or of the one that it must follow, and the
-// size of the stream that the crop was made for.
-void setStream(CropContext const& context, CropRecord& record, uint16_t port) {
-    if (context.data == nullptr || context.asked == nullptr) {
-        return;
-    }
-    for (auto const& [streamId, size] : context.data->streamSizes) {
-        if (sensorIdOfStream(streamId) != record.sensorId || portKeyOfStream(streamId) != port) {
-            continue;
-        }
-        auto const constraint = context.data->constraintStreams.find(streamId);
-        bool const isFollower = constraint != context.data->constraintStreams.end();
-        int64_t const followed = isFollower ? constraint->second : streamId;
-        if (auto const followedSize = context.data->streamSizes.find(followed);
-            followedSize != context.data->streamSizes.end()) {
-            record.minSize = followedSize->second;
-        }
-        auto const own = context.asked->custom(streamId);
-        if (auto const asked = own.has_value() ? own : context.asked->custom(followed)) {
-            setAsked(context, record, *asked);
-        }
-        return;
+void setPath(CropRecord& record, CropPath const& path) {
+    record.steps = path.steps;
+    record.isExplained = path.crop == record.crop;
+    record.minSize = path.minSize;
+    if (path.asked != record.crop) {
+        record.asked = path.asked;
     }
 }
 
@@ -118,29 +89,13 @@ void compareWithMaster(std::vector<CropRecord>& records, std::optional<uint32_t>
     }
 }
 
-void addByRequest(CropContext const& context, std::vector<CropRecord>& records, Kind kind,
-                  SensorCrops const& crops, std::unordered_map<uint32_t, MRectF> const& asked) {
+void addSensorCrops(CropContext const& context, std::vector<CropRecord>& records, Kind kind,
+                    Domain domain, SensorCrops const& crops,
+                    std::map<uint32_t, CropPath> const& paths) {
     for (auto const* entry : inKeyOrder(crops)) {
-        auto record = recordOf(context, kind, Domain::Tg, entry->first, entry->second);
-        // A sensor without a second crop gets an empty one, which nobody asked for.
-        auto const active = asked.find(entry->first);
-        if (context.asked != nullptr && active != asked.end() && active->second != MRectF{}) {
-            setAsked(context, record, active->second);
-        }
-        records.push_back(std::move(record));
-    }
-}
-
-// P2 crops of this mode stay in the active array.
-void addExternal(CropContext const& context, std::vector<CropRecord>& records,
-                 SensorCrops const& crops) {
-    auto const asked = context.asked != nullptr ? context.asked->published() : SensorCrops{};
-    for (auto const* entry : inKeyOrder(crops)) {
-        auto record =
-            recordOf(context, Kind::Stream, Domain::ActiveArray, entry->first, entry->second);
-        auto const active = asked.find(entry->first);
-        if (active != asked.end() && active->second != record.crop) {
-            record.asked = active->second;
+        auto record = recordOf(context, kind, domain, entry->first, entry->second);
+        if (auto const path = paths.find(entry->first); path != paths.end()) {
+            setPath(record, path->second);
         }
         records.push_back(std::move(record));
     }
@@ -149,17 +104,15 @@ void addExternal(CropContext const& context, std::vector<CropRecord>& records,
 }  // namespace
 
 std::vector<CropRecord> cropRecords(CropContext const& context, ZoomOverrideP1Need const& need) {
-    bool const isExternal = context.mode == ZoomOverrideMode::ExternalAPI;
-    auto const published =
-        isExternal && context.asked != nullptr ? context.asked->published() : SensorCrops{};
     std::vector<CropRecord> records;
     for (auto const* sensor : inKeyOrder(need.tgCrops)) {
+        auto const paths = context.explained.ports.find(sensor->first);
         for (auto const& [port, crop] : sensor->second) {
             auto record = recordOf(context, Kind::Port, Domain::Tg, sensor->first, crop);
-            if (!isExternal) {
-                setStream(context, record, port);
-            } else if (auto const asked = published.find(sensor->first); asked != published.end()) {
-                setAsked(context, record, asked->second);
+            if (paths != context.explained.ports.end()) {
+                if (auto const path = paths->second.find(port); path != paths->second.end()) {
+                    setPath(record, path->second);
+                }
             }
             addPort(records, std::move(record), port);
         }
@@ -169,13 +122,12 @@ std::vector<CropRecord> cropRecords(CropContext const& context, ZoomOverrideP1Ne
 }
 
 std::vector<CropRecord> cropRecords(CropContext const& context, ZoomOverrideP2Need const& need) {
+    auto const domain = domainOfP2(context.mode);
     std::vector<CropRecord> records;
-    if (domainOfP2(context.mode) == Domain::ActiveArray) {
-        addExternal(context, records, need.streamCrops);
-    } else {
-        addByRequest(context, records, Kind::Stream, need.streamCrops, need.previewAaCrops);
-        addByRequest(context, records, Kind::Extra, need.extraTgCrops, need.extraAaCrops);
-    }
+    addSensorCrops(context, records, Kind::Stream, domain, need.streamCrops,
+                   context.explained.streams);
+    addSensorCrops(context, records, Kind::Extra, Domain::Tg, need.extraTgCrops,
+                   context.explained.extras);
     compareWithMaster(records, context.rig.master);
     return records;
 }

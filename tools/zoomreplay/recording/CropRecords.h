@@ -4,8 +4,8 @@
 #include <optional>
 #include <vector>
 
-#include "AskedCrops.h"
 #include "RequestRecord.h"
+#include "steps/Explained.h"
 
 namespace zoomreplay {
 
@@ -14,7 +14,7 @@ struct CropContext {
     Rig const& rig;
     NSCam::Feature::RunTimeCropNeedData const* data;  ///< null without a deposit
     NSCam::Feature::ZoomOverrideMode mode;
-    AskedCrops* asked;  ///< null where what the override asked for is not to be told
+    Explained const& explained;
 };
 
 std::vector<CropRecord> cropRecords(CropContext const& context,

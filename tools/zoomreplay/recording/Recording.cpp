@@ -4,10 +4,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "CropRecords.h"
-#include "Properties.h"
-#include "ZoomOverrideContract.h"
-
 namespace zoomreplay {
 namespace {
 
@@ -24,8 +20,9 @@ constexpr size_t kDoneRequestsKept = 64;
 
 }  // namespace
 
-Recording::Recording(RequestRange range, std::vector<RequestConsumer*> consumers)
-    : mRange(range), mConsumers(std::move(consumers)) {}
+Recording::Recording(RequestRange range, Explainer const& explainer,
+                     std::vector<RequestConsumer*> consumers)
+    : mRange(range), mExplainer(explainer), mConsumers(std::move(consumers)) {}
 
 int64_t Recording::now() const {
     int64_t const frame = std::max<int64_t>(mFrame, 0);
@@ -46,25 +43,14 @@ void Recording::take(uint64_t /*line*/, SensorInput const& input) {
     mIsRigChanged = true;
 }
 
-void Recording::take(uint64_t /*line*/, PublishInput const& input) {
-    mAsked.take(input.entry);
-}
-
-void Recording::take(uint64_t /*line*/, ManagerInput const& /*input*/) {
-    // The library reads its properties once.
-    mIsP1Closed = Utils::Properties::property_get_int32(kCloseP1Property, 0) != 0;
-}
-
 void Recording::take(uint64_t /*line*/, InitializeInput const& input) {
     handOnAll();
     mMode = input.modeInPlace();
-    mAsked.reset();
     mLatest = std::nullopt;
     mLastData = nullptr;
 }
 
 void Recording::take(uint64_t /*line*/, SensorInfoInput const& input) {
-    mAsked.take(input.config);
     configure(mRig, input.config);
     mIsRigChanged = true;
 }
@@ -87,8 +73,7 @@ void Recording::take(uint64_t line, DepositInput const& input) {
     mPending.request = place;
 }
 
-void Recording::take(uint64_t /*line*/, MetadataInput const& input) {
-    mAsked.take(input);
+void Recording::take(uint64_t /*line*/, MetadataInput const& /*input*/) {
     mPending.request = mLatest;
 }
 
@@ -100,10 +85,19 @@ void Recording::take(uint64_t line, QueryInput const& input) {
     auto const known = mByNumber.find(input.request.requestNo);
     mPending.request =
         known != mByNumber.end() ? known->second : addRequest(line, input.request.requestNo);
-    mPending.isNeedFresh = input.isNeedFresh;
-    mPending.query = QueryRecord{
-        input.stage, line, now(), input.request, input.isManual, QueryState::Refused, false,
-        {},          {},   {}};
+    mPending.query = QueryRecord{input.stage,
+                                 line,
+                                 now(),
+                                 input.request,
+                                 input.isManual,
+                                 QueryState::Refused,
+                                 false,
+                                 {},
+                                 0,
+                                 {},
+                                 {},
+                                 {},
+                                 {}};
 }
 
 void Recording::take(uint64_t line, DoneInput const& input) {
@@ -113,7 +107,6 @@ void Recording::take(uint64_t line, DoneInput const& input) {
     }
     mPending.request = known->second;
     RequestRecord& request = mOpen.at(known->second).record;
-    request.hasP1Answer = false;
     if (!request.doneLine.has_value()) {
         request.doneLine = line;
         request.end = now();
@@ -183,22 +176,24 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
     };
     bool const isKept = open.isInRange;
     request.rig = currentRig();
+    if (auto const& explained = mExplainer.current()) {
+        query.keptSince = explained->keptSince;
+        query.isCached = explained->keptSince.has_value();
+        query.broughtBy = explained->broughtBy;
+        query.reason = explained->reason;
+    }
     std::visit(Overloaded{[&](P1Answer const& p1) {
                               query.state = state(p1.result);
                               query.need = p1.need;
-                              bool const isCaching =
-                                  mMode != ZoomOverrideMode::None && !mIsP1Closed;
-                              query.isCached = request.hasP1Answer && isCaching;
-                              request.hasP1Answer = isCaching;
                               if (p1.result && isKept) {
-                                  addCrops(request, pending.isNeedFresh, query, p1.need);
+                                  query.crops = p1Crops(request, query, p1.need);
                               }
                           },
                           [&](P2Answer const& p2) {
                               query.state = state(p2.result);
                               query.need = p2.need;
                               if (p2.result && isKept) {
-                                  addCrops(request, pending.isNeedFresh, query, p2.need);
+                                  query.crops = cropRecords(contextOf(request), p2.need);
                               }
                           },
                           [&](ThreeAAnswer const& threeA) {
@@ -220,29 +215,22 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
     }
 }
 
-// A cached answer is the first one's, whatever has been asked for since.
-void Recording::addCrops(RequestRecord const& request, bool isNeedFresh, QueryRecord& query,
-                         ZoomOverrideP1Need const& need) {
-    if (query.isCached) {
-        auto const first =
-            std::find_if(request.queries.begin(), request.queries.end(), [](auto const& earlier) {
-                return earlier.stage == Stage::P1 && earlier.state == QueryState::Overridden;
-            });
-        if (first != request.queries.end()) {
-            query.crops = first->crops;
-        }
-        return;
-    }
-    query.crops = cropRecords(
-        {mReplay.rigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr},
-        need);
+CropContext Recording::contextOf(RequestRecord const& request) const {
+    return {mReplay.rigs[request.rig], request.data.get(), mMode, *mExplainer.current()};
 }
 
-void Recording::addCrops(RequestRecord const& request, bool isNeedFresh, QueryRecord& query,
-                         ZoomOverrideP2Need const& need) {
-    query.crops = cropRecords(
-        {mReplay.rigs[request.rig], request.data.get(), mMode, isNeedFresh ? &mAsked : nullptr},
-        need);
+// A cached answer is the first one's, whatever has been asked for since.
+std::vector<CropRecord> Recording::p1Crops(RequestRecord const& request, QueryRecord const& query,
+                                           ZoomOverrideP1Need const& need) const {
+    if (query.isCached) {
+        auto const first = std::find_if(
+            request.queries.begin(), request.queries.end(),
+            [&](QueryRecord const& earlier) { return earlier.line == query.keptSince; });
+        if (first != request.queries.end()) {
+            return first->crops;
+        }
+    }
+    return cropRecords(contextOf(request), need);
 }
 
 void Recording::handOnDone() {

@@ -8,9 +8,10 @@
 #include <unordered_map>
 #include <vector>
 
-#include "AskedCrops.h"
+#include "CropRecords.h"
 #include "RequestRange.h"
 #include "RequestRecord.h"
+#include "steps/Explainer.h"
 
 namespace zoomreplay {
 
@@ -21,8 +22,9 @@ namespace zoomreplay {
 /// each deposit begins a new frame, and what follows it falls into that frame.
 class Recording : public OutcomeConsumer {
  public:
-    /// @param consumers live longer than the recording
-    Recording(RequestRange range, std::vector<RequestConsumer*> consumers);
+    /// @param explainer gets each outcome before the recording; like the consumers, it lives longer
+    Recording(RequestRange range, Explainer const& explainer,
+              std::vector<RequestConsumer*> consumers);
 
     void prepare(uint64_t line, Input const& input) override;
     void consume(Outcome const& outcome) override;
@@ -39,12 +41,9 @@ class Recording : public OutcomeConsumer {
     struct Pending {
         std::optional<Place> request;
         std::optional<QueryRecord> query;
-        bool isNeedFresh = false;
     };
 
     void take(uint64_t line, SensorInput const& input);
-    void take(uint64_t line, PublishInput const& input);
-    void take(uint64_t line, ManagerInput const& input);
     void take(uint64_t line, InitializeInput const& input);
     void take(uint64_t line, SensorInfoInput const& input);
     void take(uint64_t line, DepositInput const& input);
@@ -53,20 +52,21 @@ class Recording : public OutcomeConsumer {
     void take(uint64_t line, QueryInput const& input);
     void take(uint64_t line, DoneInput const& input);
     void take(uint64_t line, ObservedInput const& input);
+    void take(uint64_t /*line*/, auto const& /*irrelevant*/) const {}
 
     int64_t now() const;  // microseconds
     Place addRequest(uint64_t line, uint32_t requestNo);
     size_t currentRig();
     void answer(Open& open, Pending& pending, Answer const& answer);
-    void addCrops(RequestRecord const& request, bool isNeedFresh, QueryRecord& query,
-                  NSCam::Feature::ZoomOverrideP1Need const& need);
-    void addCrops(RequestRecord const& request, bool isNeedFresh, QueryRecord& query,
-                  NSCam::Feature::ZoomOverrideP2Need const& need);
+    CropContext contextOf(RequestRecord const& request) const;
+    std::vector<CropRecord> p1Crops(RequestRecord const& request, QueryRecord const& query,
+                                    NSCam::Feature::ZoomOverrideP1Need const& need) const;
     void handOnDone();
     void handOn(Place place);
     void handOnAll();
 
     RequestRange mRange;
+    Explainer const& mExplainer;
     std::vector<RequestConsumer*> mConsumers;
 
     std::map<Place, Open> mOpen;
@@ -76,11 +76,9 @@ class Recording : public OutcomeConsumer {
     size_t mInRange = 0;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mLastData;
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
-    bool mIsP1Closed = false;
 
     Rig mRig;
     bool mIsRigChanged = true;
-    AskedCrops mAsked;
 
     int64_t mFrame = -1;
     int64_t mStep = 0;

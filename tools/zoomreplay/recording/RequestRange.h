@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "base/Messages.h"
+#include "replay/Outcome.h"
 #include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
@@ -21,17 +22,15 @@ struct RequestRange {
     bool contains(uint32_t requestNo) const { return first <= requestNo && requestNo <= last; }
 };
 
-/// Reads "A-B", or "A" for one request; all of them where there is nothing to read.
+/// Reads "A-B", or "A" for one request.
+/// @param option that the text was given for
 /// @throws UserError
-inline RequestRange parseRequestRange(std::optional<std::string> const& option) {
-    if (!option.has_value()) {
-        return {};
-    }
-    std::string_view const text = *option;
-    auto const number = [text](std::string_view part) {
+inline RequestRange parseRequestRange(std::string_view option, std::string_view text) {
+    std::string const name = std::string(option) + ' ' + std::string(text);
+    auto const number = [&name](std::string_view part) {
         auto const value = scenario::parseNumber<uint32_t>(part);
         if (!value.has_value()) {
-            throw UserError("--requests " + std::string(text) + ": must be A-B or A");
+            throw UserError(name + ": must be A-B or A");
         }
         return *value;
     };
@@ -40,9 +39,33 @@ inline RequestRange parseRequestRange(std::optional<std::string> const& option) 
     range.first = number(text.substr(0, dash));
     range.last = dash == std::string_view::npos ? range.first : number(text.substr(dash + 1));
     if (range.last < range.first) {
-        throw UserError("--requests " + std::string(text) + ": ends before it begins");
+        throw UserError(name + ": ends before it begins");
     }
     return range;
 }
+
+/// Sees to it that a range names a request that there is.
+class RangeCheck : public OutcomeConsumer {
+ public:
+    explicit RangeCheck(RequestRange range) : mRange(range), mIsMet(range.isAll()) {}
+
+    void prepare(uint64_t /*line*/, Input const& input) override {
+        auto const request = requestOf(input);
+        mIsMet = mIsMet || (request.has_value() && mRange.contains(*request));
+    }
+
+    void consume(Outcome const& /*outcome*/) override {}
+
+    /// @throws UserError no line named such a request
+    void finish() override {
+        if (!mIsMet) {
+            throw UserError("--requests: the scenario has no such request");
+        }
+    }
+
+ private:
+    RequestRange mRange;
+    bool mIsMet;
+};
 
 }  // namespace zoomreplay

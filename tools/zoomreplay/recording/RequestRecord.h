@@ -8,8 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "FieldOfView.h"
+#include "optics/FieldOfView.h"
 #include "replay/Outcome.h"
+#include "steps/CropStep.h"
 
 namespace zoomreplay {
 
@@ -33,6 +34,8 @@ struct CropRecord {
     std::optional<NSCam::MSize> minSize;  ///< of the stream that the crop has to feed
     std::optional<View> view;
     std::optional<AngleDifference> difference;  ///< wider than the master sensor's crop
+    std::vector<CropStep> steps;                ///< that made it; of the first of its ports
+    bool isExplained;                           ///< the last step is the crop
 };
 
 enum class QueryState { Overridden, Refused, Exception, Fatal };
@@ -44,7 +47,10 @@ struct QueryRecord {
     NSCam::Feature::ZoomOverrideRequest request;
     bool isManual;
     QueryState state;
-    bool isCached;  ///< an earlier answer, given again
+    bool isCached;                      ///< an earlier answer, given again
+    std::optional<uint64_t> keptSince;  ///< the line of that answer
+    uint64_t broughtBy;                 ///< the line that brought the override; 0 for none
+    Saying reason;                      ///< for the override, or against it
     std::optional<NSCam::Feature::ZoomOverrideNeedHeader> need;
     std::vector<CropRecord> crops;
     std::string trouble;  ///< the text of an exception or a fatal condition
@@ -69,7 +75,6 @@ struct RequestRecord {
     NSCam::Feature::ZoomOverrideMode mode = NSCam::Feature::ZoomOverrideMode::None;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;  ///< null without a deposit
     size_t rig = 0;
-    bool hasP1Answer = false;
     std::optional<Observation> observed;  ///< the latest
     std::vector<QueryRecord> queries;
     std::vector<LineRecord> lines;

@@ -44,6 +44,14 @@ struct SensorInfoInput {
     NSCam::Feature::ZoomOverrideSensorInfoConfig const& config;
 };
 
+struct FspInput {
+    NSCam::Feature::ZoomOverrideFspInfoConfig const& config;
+};
+
+struct PortsInput {
+    NSCam::Feature::ZoomOverrideSensorBehaviorInfoConfig const& config;
+};
+
 struct DepositInput {
     uint32_t requestNo;
     NSCam::Feature::OverrideNotice notice;
@@ -57,6 +65,8 @@ struct MetadataInput {
 
 struct SettingInput {
     uint32_t requestNo;  ///< of a request to come, as a rule
+    NSCam::Feature::OverrideNotice notice;
+    NSCam::Feature::ZoomOverrideSetting const* setting;  ///< may be null
 };
 
 struct QueryInput {
@@ -64,6 +74,18 @@ struct QueryInput {
     NSCam::Feature::ZoomOverrideRequest const& request;
     bool isManual;
     bool isNeedFresh;  ///< the caller's record holds nothing before the call
+
+    /// The caller's record before the call; the kind that belongs to stage.
+    std::variant<NSCam::Feature::ZoomOverrideP1Need const*,
+                 NSCam::Feature::ZoomOverrideP2Need const*,
+                 NSCam::Feature::ZoomOverride3ANeed const*>
+        need;
+};
+
+/// A crop that is corrected for its own sake, outside of any query.
+struct CorrectionInput {
+    int32_t sensorId;
+    int32_t sensorMode;
 };
 
 struct DoneInput {
@@ -83,9 +105,9 @@ struct ObservedInput {
 };
 
 /// Refers to what the line in hand holds: whoever wants to keep it takes a copy.
-using Input =
-    std::variant<SensorInput, PublishInput, ManagerInput, InitializeInput, SensorInfoInput,
-                 DepositInput, MetadataInput, SettingInput, QueryInput, DoneInput, ObservedInput>;
+using Input = std::variant<SensorInput, PublishInput, ManagerInput, InitializeInput,
+                           SensorInfoInput, FspInput, PortsInput, DepositInput, MetadataInput,
+                           SettingInput, QueryInput, CorrectionInput, DoneInput, ObservedInput>;
 
 /// The request that an input names; empty where it names none. A setting is for others to come.
 inline std::optional<uint32_t> requestOf(Input const& input) {
@@ -94,6 +116,9 @@ inline std::optional<uint32_t> requestOf(Input const& input) {
     }
     if (auto const* deposit = std::get_if<DepositInput>(&input)) {
         return deposit->requestNo;
+    }
+    if (auto const* observed = std::get_if<ObservedInput>(&input)) {
+        return observed->observation.requestNo;
     }
     auto const* const done = std::get_if<DoneInput>(&input);
     return done != nullptr ? std::optional(done->requestNo) : std::nullopt;

@@ -47,6 +47,7 @@ std::optional<Answer> configFspInfo(Fields& fields, Library& library) {
     readFields(fields, config);
     fields.finish();
 
+    library.announce(FspInput{config});
     return library.callManager(
         [&](IZoomOverrideMgr& manager) { return BoolAnswer{manager.configFspInfo(config)}; });
 }
@@ -66,6 +67,7 @@ std::optional<Answer> configSensorBehaviorInfo(Fields& fields, Library& library)
     readFields(fields, config);
     fields.finish();
 
+    library.announce(PortsInput{config});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         return BoolAnswer{manager.configSensorBehaviorInfo(config)};
     });
@@ -108,7 +110,7 @@ std::optional<Answer> storeSetting(Fields& fields, Library& library) {
     fields.optional("notice", notice);
     fields.finish();
 
-    library.announce(SettingInput{requestNo});
+    library.announce(SettingInput{requestNo, notice, setting.get()});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         return BoolAnswer{manager.storeOverrideSetting(requestNo, notice, std::move(setting))};
     });
@@ -137,7 +139,7 @@ std::optional<Answer> getP1CropSetting(Fields& fields, Library& library) {
     auto query = readQuery<ZoomOverrideP1Need>(fields);
     fields.finish();
 
-    library.announce(QueryInput{Stage::P1, query.request, false, !fields.has("need")});
+    library.announce(QueryInput{Stage::P1, query.request, false, !fields.has("need"), &query.need});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         query.result = manager.getP1CropSetting(query.request, query.need);
         return std::move(query);
@@ -150,7 +152,8 @@ std::optional<Answer> getP2CropSetting(Fields& fields, Library& library) {
     fields.optional("manual", manual);
     fields.finish();
 
-    library.announce(QueryInput{Stage::P2, query.request, manual, !fields.has("need")});
+    library.announce(
+        QueryInput{Stage::P2, query.request, manual, !fields.has("need"), &query.need});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         query.result = manager.getP2CropSetting(query.request, query.need, manual);
         return std::move(query);
@@ -161,7 +164,8 @@ std::optional<Answer> get3ACropSetting(Fields& fields, Library& library) {
     auto query = readQuery<ZoomOverride3ANeed>(fields);
     fields.finish();
 
-    library.announce(QueryInput{Stage::ThreeA, query.request, false, !fields.has("need")});
+    library.announce(
+        QueryInput{Stage::ThreeA, query.request, false, !fields.has("need"), &query.need});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         query.result = manager.get3ACropSetting(query.request, query.need);
         return query;
@@ -218,6 +222,7 @@ std::optional<Answer> correctTgCropRegion(Fields& fields, Library& library) {
     fields.required("crop", correction.crop);
     fields.finish();
 
+    library.announce(CorrectionInput{correction.sensorId, sensorMode});
     return library.callManager([&](IZoomOverrideMgr& manager) {
         correction.result = manager.correctTgCropRegion(correction.sensorId, sensorMode,
                                                         checkMinSize, minSize, correction.crop);

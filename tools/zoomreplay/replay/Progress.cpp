@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+#include "base/Terminal.h"
+
 namespace zoomreplay {
 namespace {
 
@@ -17,7 +19,7 @@ constexpr auto kInterval = 200ms;
 
 Progress::Progress(LineReader const& scenario, File const& output)
     : mScenario(scenario),
-      mIsOn(isatty(STDERR_FILENO) != 0 && !output.isTerminal()),
+      mIsOn(isatty(STDERR_FILENO) != 0 && !isDumbTerminal() && !output.isTerminal()),
       mNext(mStart + kPatience) {}
 
 void Progress::clear() {

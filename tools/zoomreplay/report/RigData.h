@@ -1,7 +1,7 @@
 // The sensors of a replay, as the page's data has them.
 #pragma once
 
-#include "recording/FieldOfView.h"
+#include "optics/FieldOfView.h"
 #include "scenario/json/Json.h"
 
 namespace zoomreplay {

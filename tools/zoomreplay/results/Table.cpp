@@ -2,11 +2,12 @@
 #include "Table.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <cstdio>
 #include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
+#include "CellText.h"
 #include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
@@ -16,7 +17,7 @@ using namespace scenario;
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
 using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
 
-constexpr size_t kColumns = 100;
+constexpr size_t kCellWidth = 46;  // of crops beside each other
 constexpr size_t kNoteIndent = 9;  // exceptions and log lines, below or beside the line number
 
 constexpr std::string_view kBright = "\x1b[32m";
@@ -30,6 +31,7 @@ struct Row {
     std::string asked = "-";
     std::string applied = "-";
     std::string answer;
+    bool isOverridden = false;
     std::vector<std::string> crops;
 };
 
@@ -39,68 +41,62 @@ struct Note {
     bool isAlarm;
 };
 
-std::string padLeft(std::string const& text, size_t width) {
-    return std::string(width - std::min(width, text.size()), ' ') + text;
-}
-
-std::string padRight(std::string const& text, size_t width) {
-    return text + std::string(width - std::min(width, text.size()), ' ');
-}
-
-// Up to ten characters: two decimals for every ratio that a camera knows.
-std::string ratioText(float ratio) {
-    float const size = std::abs(ratio);
-    bool const isOrdinary = ratio == 0.0F || (size >= 0.01F && size < 100000.0F);
-    std::array<char, 24> text{};
-    std::snprintf(text.data(), text.size(), isOrdinary ? "%.2f" : "%.3g",
-                  static_cast<double>(ratio));
-    return text.data();
-}
-
-std::string rectText(MRect const& rect) {
-    return '(' + std::to_string(rect.x) + ", " + std::to_string(rect.y) + ")/" +
-           std::to_string(rect.w) + 'x' + std::to_string(rect.h);
-}
-
 // A crop cell: whose it is, such as "0 0x7001", and the rectangle.
 std::string cropText(uint32_t sensorId, std::string const& which, MRect const& rect) {
     return padLeft(std::to_string(sensorId), 2) + ' ' + padRight(which, 7) + ' ' + rectText(rect);
 }
 
 using SensorCrops = std::unordered_map<uint32_t, MRect>;
+using SensorPaths = std::map<uint32_t, CropPath>;
 
-void addCrops(Row& row, char const* which, SensorCrops const& crops) {
+std::string markOf(CropPath const& path, MRect const& crop) {
+    return path.asked.has_value() && *path.asked != crop ? "  corrected" : "";
+}
+
+void addCrops(Row& row, char const* which, SensorCrops const& crops,
+              SensorPaths const& paths = {}) {
     for (auto const* entry : inKeyOrder(crops)) {
-        row.crops.push_back(cropText(entry->first, which, entry->second));
+        auto const path = paths.find(entry->first);
+        std::string const mark = path != paths.end() ? markOf(path->second, entry->second) : "";
+        row.crops.push_back(cropText(entry->first, which, entry->second) + mark);
     }
 }
 
-void addCrops(Row& row, ZoomOverrideP1Need const& need) {
+void addCrops(Row& row, ZoomOverrideP1Need const& need, Explained const* explained) {
     for (auto const* sensor : inKeyOrder(need.tgCrops)) {
         for (auto const& [port, rect] : sensor->second) {
             std::string which;
             appendKey(which, port);
-            row.crops.push_back(cropText(sensor->first, which, rect));
+            std::string text = cropText(sensor->first, which, rect);
+            if (explained != nullptr && explained->ports.count(sensor->first) > 0 &&
+                explained->ports.at(sensor->first).count(port) > 0) {
+                text += markOf(explained->ports.at(sensor->first).at(port), rect);
+            }
+            row.crops.push_back(std::move(text));
         }
     }
 }
 
-void addCrops(Row& row, ZoomOverrideP2Need const& need) {
-    addCrops(row, "crop", need.streamCrops);
-    addCrops(row, "extra", need.extraTgCrops);
+void addCrops(Row& row, ZoomOverrideP2Need const& need, Explained const* explained) {
+    addCrops(row, "crop", need.streamCrops,
+             explained != nullptr ? explained->streams : SensorPaths{});
+    addCrops(row, "extra", need.extraTgCrops,
+             explained != nullptr ? explained->extras : SensorPaths{});
 }
 
-void addCrops(Row& /*row*/, ZoomOverride3ANeed const& /*need*/) {}
+void addCrops(Row& /*row*/, ZoomOverride3ANeed const& /*need*/, Explained const* /*none*/) {}
 
 template <typename Need>
-Row queryRow(char const* query, QueryAnswer<Need> const& answer) {
+Row queryRow(char const* query, QueryAnswer<Need> const& answer, Explained const* explained) {
+    bool const isKept = explained != nullptr && explained->keptSince.has_value();
     Row row;
     row.request = std::to_string(answer.request.requestNo);
     row.query = query;
     row.asked = ratioText(answer.request.zoomRatio);
     row.applied = ratioText(answer.need.zoomRatio);
-    row.answer = answer.result ? "override" : "no";
-    addCrops(row, answer.need);
+    row.answer = answer.result ? (isKept ? "kept" : "override") : (isKept ? "kept no" : "no");
+    row.isOverridden = answer.result;
+    addCrops(row, answer.need, explained);
     return row;
 }
 
@@ -109,7 +105,8 @@ Row mapperRow(MapperAnswer const& answer) {
     row.query = "map";
     row.asked = ratioText(answer.input.zoomRatio);
     row.applied = ratioText(answer.output.zoomRatio);
-    row.answer = answer.result && answer.output.isValid ? "override" : "no";
+    row.isOverridden = answer.result && answer.output.isValid;
+    row.answer = row.isOverridden ? "override" : "no";
     addCrops(row, "crop", answer.output.sensorCrops);
     return row;
 }
@@ -117,6 +114,7 @@ Row mapperRow(MapperAnswer const& answer) {
 Row correctionRow(CorrectionAnswer const& answer) {
     Row row;
     row.query = "fit";
+    row.isOverridden = answer.result;
     row.answer = answer.result ? "fitted" : "no";
     row.crops.push_back(cropText(static_cast<uint32_t>(answer.sensorId), "crop", answer.crop));
     return row;
@@ -146,14 +144,16 @@ Row observedRow(Observation const& observation) {
     return row;
 }
 
-std::optional<Row> rowOf(Answer const& answer) {
+std::optional<Row> rowOf(Answer const& answer, Explained const* explained) {
+    using MaybeRow = std::optional<Row>;
     return std::visit(
-        Overloaded{[](P1Answer const& query) { return std::optional(queryRow("P1", query)); },
-                   [](P2Answer const& query) { return std::optional(queryRow("P2", query)); },
-                   [](ThreeAAnswer const& query) { return std::optional(queryRow("3A", query)); },
-                   [](MapperAnswer const& mapper) { return std::optional(mapperRow(mapper)); },
-                   [](CorrectionAnswer const& fit) { return std::optional(correctionRow(fit)); },
-                   [](auto const& /*other*/) { return std::optional<Row>(); }},
+        Overloaded{
+            [&](P1Answer const& query) -> MaybeRow { return queryRow("P1", query, explained); },
+            [&](P2Answer const& query) -> MaybeRow { return queryRow("P2", query, explained); },
+            [](ThreeAAnswer const& query) -> MaybeRow { return queryRow("3A", query, nullptr); },
+            [](MapperAnswer const& mapper) -> MaybeRow { return mapperRow(mapper); },
+            [](CorrectionAnswer const& fit) -> MaybeRow { return correctionRow(fit); },
+            [](auto const& /*other*/) -> MaybeRow { return std::nullopt; }},
         answer);
 }
 
@@ -169,94 +169,109 @@ std::optional<Note> noteOf(Outcome const& outcome) {
     return outcome.isLogged ? std::optional(Note{op, false}) : std::nullopt;
 }
 
+// What a row begins with; the lines below it repeat the request only.
+std::string rowStart(std::string const& line, Row const& row) {
+    return padLeft(line, 7) + padLeft(row.request, 11) + "  ";
+}
+
 // A crop that does not fit beside the row goes below it, and a huge one further to the left.
-void appendCrops(std::string& out, size_t width, std::vector<std::string> const& crops) {
+void appendCrops(std::string& out, size_t width, Row const& row, size_t columns) {
     size_t const column = width;
-    for (std::string const& crop : crops) {
-        if (width + crop.size() > kColumns || width > column) {
-            width = std::min(column, kColumns - std::min(kColumns, crop.size()));
-            out.append(1, '\n').append(width, ' ');
+    for (std::string const& crop : row.crops) {
+        if (width + crop.size() > columns) {
+            std::string const start = rowStart("", row);
+            width = column + crop.size() <= columns
+                        ? column
+                        : columns - std::min(columns, std::max(crop.size(), kCellWidth));
+            out += '\n';
+            out += width > start.size() ? padRight(start, width) : std::string(width, ' ');
         }
-        out += crop;
-        width += crop.size();
+        std::string const cell = padRight(crop, kCellWidth);
+        out += cell;
+        width += cell.size();
     }
 }
 
-void appendRow(std::string& out, std::string const& line, Row const& row, bool isColoured) {
-    std::string const start = padLeft(line, 7) + padLeft(row.request, 11) + "  " +
-                              padRight(row.query, 5) + padLeft(row.asked, 9) +
+void appendRow(std::string& out, std::string const& line, Row const& row,
+               Terminal const& terminal) {
+    std::string const start = rowStart(line, row) + padRight(row.query, 5) + padLeft(row.asked, 9) +
                               padLeft(row.applied, 10) + "  ";
     std::string const answer = padRight(row.answer, 9);
     out += start;
-    if (isColoured) {
-        out.append(row.answer == "no" ? kDim : kBright).append(answer).append(kPlain);
+    if (terminal.isColoured) {
+        out.append(row.isOverridden ? kBright : kDim).append(answer).append(kPlain);
     } else {
         out += answer;
     }
-    appendCrops(out, start.size() + answer.size(), row.crops);
+    appendCrops(out, start.size() + answer.size(), row, terminal.columns);
 }
 
-// Folds a text of any length into indented lines, between words where there are any. Control
-// characters, line ends among them, would break the table.
-void appendFolded(std::string& out, std::string text) {
-    constexpr size_t kWidth = kColumns - kNoteIndent;
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20; }, ' ');
-    while (text.size() > kWidth) {
-        size_t const blank = text.rfind(' ', kWidth);
-        bool const isBetweenWords = blank != std::string::npos && blank > 0;
-        size_t const length = isBetweenWords ? blank : kWidth;
-        out.append(text, 0, length).append(1, '\n').append(kNoteIndent, ' ');
-        text.erase(0, isBetweenWords ? length + 1 : length);
-    }
-    out += text;
-}
-
-void appendNote(std::string& out, std::string const& line, Note const& note, bool isColoured) {
+void appendNote(std::string& out, std::string const& line, Note const& note,
+                Terminal const& terminal) {
     out += padRight(padLeft(line, 7), kNoteIndent);
-    bool const isAlarm = note.isAlarm && isColoured;
+    bool const isAlarm = note.isAlarm && terminal.isColoured;
     out += isAlarm ? kAlarm : "";
-    appendFolded(out, note.text);
+    appendFolded(out, note.text, kNoteIndent, kNoteIndent, terminal.columns);
     out += isAlarm ? kPlain : "";
 }
 
-void appendLogLine(std::string& out, Host::LogLine const& line) {
+void appendLogLine(std::string& out, Host::LogLine const& line, size_t columns) {
     out.append(kNoteIndent, ' ');
     std::string const sink = line.sink == Host::LogSink::Print ? "print " : "unified ";
-    appendFolded(out, sink + std::to_string(line.level) + "  " + line.text);
+    appendFolded(out, sink + std::to_string(line.level) + "  " + line.text, kNoteIndent,
+                 kNoteIndent, columns);
 }
 
-std::string rstripped(std::string text) {
-    text.erase(text.find_last_not_of(' ') + 1);
-    return text;
+std::string withoutTrailingBlanks(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        auto const end = std::min(text.find('\n'), text.size());
+        auto const line = text.substr(0, end);
+        result.append(line.substr(0, line.find_last_not_of(' ') + 1)).append(1, '\n');
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return result;
 }
 
 }  // namespace
 
+void Table::prepare(uint64_t line, Input const& input) {
+    mRequest = requestOf(input);
+    auto const* const observed = std::get_if<ObservedInput>(&input);
+    if (observed != nullptr && isShown(false)) {
+        std::string text;
+        appendRow(text, std::to_string(line), observedRow(observed->observation), mTerminal);
+        write(withoutTrailingBlanks(text));
+    }
+}
+
+bool Table::isShown(bool isFatal) const {
+    return mRange.isAll() || isFatal || (mRequest.has_value() && mRange.contains(*mRequest));
+}
+
 void Table::consume(Outcome const& outcome) {
+    bool const isFatal = std::holds_alternative<FatalAnswer>(outcome.answer);
+    bool const isWanted = isShown(isFatal);
+    mRequest.reset();
+    if (!isWanted) {
+        return;
+    }
+    auto const& explained = mExplainer.current();
     std::string const line = std::to_string(outcome.line);
     std::string text;
-    if (auto const row = rowOf(outcome.answer)) {
-        appendRow(text, line, *row, mIsColoured);
+    if (auto const row = rowOf(outcome.answer, explained.has_value() ? &*explained : nullptr)) {
+        appendRow(text, line, *row, mTerminal);
     } else if (auto const note = noteOf(outcome)) {
-        appendNote(text, line, *note, mIsColoured);
+        appendNote(text, line, *note, mTerminal);
     } else {
         return;
     }
-    text = rstripped(std::move(text)) + '\n';
+    text = withoutTrailingBlanks(text);
     for (auto const& logLine : outcome.log) {
-        appendLogLine(text, logLine);
+        appendLogLine(text, logLine, mTerminal.columns);
         text += '\n';
     }
     write(std::move(text));
-}
-
-void Table::prepare(uint64_t line, Input const& input) {
-    if (auto const* observed = std::get_if<ObservedInput>(&input)) {
-        std::string text;
-        appendRow(text, std::to_string(line), observedRow(observed->observation), mIsColoured);
-        write(rstripped(std::move(text)) + '\n');
-    }
 }
 
 void Table::write(std::string text) {

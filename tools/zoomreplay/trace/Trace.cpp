@@ -4,9 +4,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "Properties.h"
-#include "ZoomOverrideContract.h"
-
 namespace zoomreplay {
 
 using namespace NSCam;           // NOLINT(google-build-using-namespace)
@@ -23,13 +20,17 @@ constexpr Track trackOf(Stage stage) {
 
 }  // namespace
 
-Trace::Trace(File& file, std::string scenario, RequestRange range)
-    : mEvents(file), mCrops(mEvents), mScenario(std::move(scenario)), mRange(range) {
+Trace::Trace(File& file, std::string scenario, RequestRange range, Explainer const& explainer)
+    : mEvents(file),
+      mCrops(mEvents),
+      mScenario(std::move(scenario)),
+      mRange(range),
+      mExplainer(explainer) {
     mEvents.name(kCalls, "calls");
 }
 
 void Trace::begin(uint64_t line, LineTime const& time) {
-    mLine = {line, mClock.next(time), {}, {}, false};
+    mLine = {line, mClock.next(time), {}, {}};
 }
 
 void Trace::prepare(uint64_t /*line*/, Input const& input) {
@@ -47,7 +48,6 @@ void Trace::take(SensorInput const& input) {
 }
 
 void Trace::take(PublishInput const& input) {
-    mAsked.take(input.entry);
     if (isShown()) {
         mPublished = mLine.time.start;
         mEvents.slice(kCalls, "publish", mLine.time.start, mLine.time.duration,
@@ -57,21 +57,14 @@ void Trace::take(PublishInput const& input) {
     }
 }
 
-// The library reads its properties once.
-void Trace::take(ManagerInput const& /*input*/) {
-    mIsP1Closed = Utils::Properties::property_get_int32(kCloseP1Property, 0) != 0;
-}
-
 void Trace::take(InitializeInput const& input) {
     endAllRequests();
     mMode = input.modeInPlace();
-    mAsked.reset();
     mNewestData = nullptr;
     mSetting.reset();
 }
 
 void Trace::take(SensorInfoInput const& input) {
-    mAsked.take(input.config);
     configure(mRig, input.config);
 }
 
@@ -84,7 +77,7 @@ void Trace::take(DepositInput const& input) {
         return;
     }
     auto const [request, isNew] =
-        mRequests.try_emplace(input.requestNo, Request{mRequestCount, 0, nullptr, false});
+        mRequests.try_emplace(input.requestNo, Request{mRequestCount, 0, nullptr});
     request->second.deposit = mLine.time.start;
     request->second.data = mNewestData;
     if (isNew) {
@@ -96,8 +89,7 @@ void Trace::take(DepositInput const& input) {
     }
 }
 
-void Trace::take(MetadataInput const& input) {
-    mAsked.take(input);
+void Trace::take(MetadataInput const& /*input*/) {
     mSetting = isShown() ? std::optional(mLine.time.start) : std::nullopt;
 }
 
@@ -108,7 +100,6 @@ void Trace::take(SettingInput const& /*input*/) {
 void Trace::take(QueryInput const& input) {
     mLine.requestNo = input.request.requestNo;
     mLine.stage = input.stage;
-    mLine.isNeedFresh = input.isNeedFresh;
 }
 
 void Trace::take(DoneInput const& input) {
@@ -230,11 +221,12 @@ template <typename Need>
 void Trace::showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer) {
     Stretch const& time = mLine.time;
     std::string const stage = nameOf(*mLine.stage);
-    bool const isCached = *mLine.stage == Stage::P1 && noteP1Answer();
+    auto const& explained = mExplainer.current();
+    bool const isCached = explained.has_value() && explained->keptSince.has_value();
     std::vector<CropRecord> crops;
     if constexpr (!std::is_same_v<Need, ZoomOverride3ANeed>) {
         if (answer.result) {
-            crops = cropRecords(context(isCached), answer.need);
+            crops = cropRecords(context(*explained), answer.need);
         }
     }
 
@@ -278,23 +270,13 @@ void Trace::showArrows(bool isOverridden) {
     }
 }
 
-CropContext Trace::context(bool isCached) {
-    // What was asked for since a cached answer was given has nothing to do with it.
-    bool const isAskedKnown = mLine.isNeedFresh && !isCached;
+CropContext Trace::context(Explained const& explained) {
     auto const* request = findRequest();
-    return {mRig, request == nullptr ? nullptr : request->data.get(), mMode,
-            isAskedKnown ? &mAsked : nullptr};
-}
-
-// Whether the answer was an earlier one.
-bool Trace::noteP1Answer() {
-    auto* const request = findRequest();
-    bool const isCaching = mMode != ZoomOverrideMode::None && !mIsP1Closed;
-    return request != nullptr && isCaching && std::exchange(request->hasP1Answer, true);
+    return {mRig, request == nullptr ? nullptr : request->data.get(), mMode, explained};
 }
 
 void Trace::finish() {
-    mLine = {mLine.number, {mClock.end(), 0}, {}, {}, false};
+    mLine = {mLine.number, {mClock.end(), 0}, {}, {}};
     endAllRequests();
     for (auto const& [sensorId, mode] : mSensorModes) {
         if (mode != kSensorNotStreaming) {

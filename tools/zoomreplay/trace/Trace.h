@@ -16,6 +16,7 @@
 #include "recording/CropRecords.h"
 #include "recording/RequestRange.h"
 #include "replay/Outcome.h"
+#include "steps/Explainer.h"
 
 namespace zoomreplay {
 
@@ -29,7 +30,8 @@ class Trace : public OutcomeConsumer {
     /// @param scenario its name, for the description of the trace.
     /// @param range the requests to show. Lines of no request are shown while one of them is in
     ///     flight.
-    Trace(File& file, std::string scenario, RequestRange range);
+    /// @param explainer gets each outcome before the trace; like file, it lives longer
+    Trace(File& file, std::string scenario, RequestRange range, Explainer const& explainer);
 
     void begin(uint64_t line, LineTime const& time) override;
     void prepare(uint64_t line, Input const& input) override;
@@ -41,7 +43,6 @@ class Trace : public OutcomeConsumer {
         uint64_t id;
         int64_t deposit;  ///< when its newest one was made
         std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;
-        bool hasP1Answer = false;
     };
 
     /// What the line in hand is about.
@@ -50,12 +51,10 @@ class Trace : public OutcomeConsumer {
         Stretch time;
         std::optional<uint32_t> requestNo;
         std::optional<Stage> stage;  ///< of a query
-        bool isNeedFresh = false;
     };
 
     void take(SensorInput const& input);
     void take(PublishInput const& input);
-    void take(ManagerInput const& input);
     void take(InitializeInput const& input);
     void take(SensorInfoInput const& input);
     void take(DepositInput const& input);
@@ -78,20 +77,18 @@ class Trace : public OutcomeConsumer {
     void showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer);
     Track useTrack(Stage stage);
     void showArrows(bool isOverridden);
-    CropContext context(bool isCached);
-    bool noteP1Answer();
+    CropContext context(Explained const& explained);
 
     TraceEvents mEvents;
     CropCounters mCrops;
     std::string mScenario;
     RequestRange mRange;
+    Explainer const& mExplainer;
     TraceClock mClock;
     Line mLine;
 
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
-    bool mIsP1Closed = false;
     Rig mRig;
-    AskedCrops mAsked;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mNewestData;
     std::optional<int64_t> mSetting;                  // when the newest was handed over
     std::optional<int64_t> mPublished;                // likewise

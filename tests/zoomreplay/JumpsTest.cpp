@@ -1,0 +1,123 @@
+// --jumps: where the picture jumps.
+#include <sstream>
+
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+constexpr int kRequests = 1000;
+constexpr int kPlanted = 617;
+
+/// What is wrong with one crop, and when.
+struct Fault {
+    double width = 1.0;
+    int right = 0;
+    int last = kPlanted;
+};
+
+/// A zoom ramp over two sensors with custom crops, 0.4 % a request. The crops of sensor 2 are
+/// faulty from request 617 to the last one.
+std::string ramp(Fault const& fault) {
+    std::ostringstream scenario;
+    scenario
+        << kSensor
+        << R"({"op":"sensor","id":2,"modes":{"1":{"size":[2028,1520],"window":[0,0,4056,3040]}}}
+{"op":"initialize","mode":3}
+{"op":"configSensorInfo","sensorIds":[0,2],"sensorInfos":{"0":{"degreeH":68.46,"degreeV":41.9,"activeArray":[0,0,4608,2592]},"2":{"degreeH":22.23,"degreeV":16.75,"activeArray":[0,0,4056,3040]}}}
+)";
+    double zoom = 1.0;
+    for (int request = 1; request <= kRequests; ++request, zoom *= 1.002) {
+        auto const crop = [&](int number, double w, double h, int right, double part) {
+            scenario << number << ',' << static_cast<int>((w - w * part / zoom) / 2) + right << ','
+                     << static_cast<int>((h - h / zoom) / 2) << ','
+                     << static_cast<int>(w * part / zoom) << ',' << static_cast<int>(h / zoom);
+        };
+        bool const isFaulty = request >= kPlanted && request <= fault.last;
+        scenario
+            << R"({"op":"setRunTimeCropNeedData","requestNo":)" << request
+            << R"(,"sensorModes":{"0":1,"2":1},"streamSizes":{"0x70010000000000":[64,48],"0x70010200000000":[64,48]}})"
+            << '\n'
+            << R"({"op":"storeOverrideSetting","metadata":{"zoomRatio":)" << zoom
+            << R"(,"customStreamCrops":[)";
+        crop(0, 4608, 2592, 0, 1.0);
+        scenario << ',';
+        crop(2, 4056, 3040, isFaulty ? fault.right : 0, isFaulty ? fault.width : 1.0);
+        scenario << R"(]},"streamIdMap":{"0":"0x70010000000000","2":"0x70010200000000"}})" << '\n'
+                 << R"({"op":"getP1CropSetting","requestNo":)" << request << R"(,"zoomRatio":)"
+                 << zoom * 1.01 << "}\n"
+                 << R"({"op":"onRequestDone","requestNo":)" << request << "}\n";
+    }
+    return scenario.str();
+}
+
+class JumpsTest : public ToolTest {
+ protected:
+    std::string jumps(std::string const& scenario,
+                      std::vector<std::string> const& more = {}) const {
+        write("s.jsonl", scenario);
+        std::vector<std::string> arguments{"s.jsonl", "--jumps"};
+        arguments.insert(arguments.end(), more.begin(), more.end());
+        auto const result = run(arguments);
+        EXPECT_EQ(result.status, 0) << result.err;
+        return result.out;
+    }
+};
+
+TEST_F(JumpsTest, ARampThatTheRatioExplainsHasNone) {
+    EXPECT_EQ(jumps(ramp({})), "No jumps: the picture moves with the asked ratio.\n");
+}
+
+// 70 pixels of 4056, behind a lens of 22.23 degrees: atan(2 tan(11.115) 70 / 4056) = 0.39 degrees,
+// but for half a pixel of the sensor's mode.
+TEST_F(JumpsTest, FindsTheOneCropThatIsTooNarrowAndAside) {
+    EXPECT_THAT(jumps(ramp({0.94, 70, kPlanted})),
+                testing::MatchesRegex("   line    request  jump\n"
+                                      "   2471        617  sensor 2 narrower by (5.9|6.0|6.1) %, "
+                                      "0.(38|39) degrees to the right, and back in the next "
+                                      "request\n"));
+}
+
+// There and back are two findings when the way back comes later.
+TEST_F(JumpsTest, ListsAsManyAsWanted) {
+    std::string const all = jumps(ramp({1.06, 0, 700}));
+    EXPECT_THAT(all, testing::HasSubstr("617  sensor 2 wider by 5."));
+    EXPECT_THAT(all, testing::HasSubstr("701  sensor 2 narrower by 5."));
+    EXPECT_THAT(jumps(ramp({1.06, 0, 700}), {"--limit", "1"}), testing::EndsWith("\nand 1 more\n"));
+}
+
+// P1 answers while the published ratio lags behind, P2 when it has caught up, and then nobody, at
+// the same ratio: the picture stays. It jumps when the override goes from 2x to 3x on its own, and
+// when the query goes over to a sensor that shows less.
+TEST_F(JumpsTest, TheHandOverIsNoneButAnUnaskedChangeIs) {
+    std::string scenario = std::string(kSensor) + R"({"op":"initialize","mode":1}
+{"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,2304,1296]}}}
+{"op":"configSensorBehaviorInfo","portSizes":{"0":{"1":[2304,1296]}}}
+)";
+    auto const request = [&](int number, char const* published, char const* asked) {
+        std::string const no = std::to_string(number);
+        scenario += R"({"op":"publish","enable":true,"zoomRatio":)" + std::string(published) +
+                    "}\n" + R"({"op":"setRunTimeCropNeedData","sensorModes":{"0":1},"requestNo":)" +
+                    no + "}\n";
+        for (char const* op : {"getP1CropSetting", "getP2CropSetting"}) {
+            scenario += "{\"op\":\"" + std::string(op) + R"(","requestNo":)" + no +
+                        R"(,"zoomRatio":)" + asked + "}\n";
+        }
+        scenario += R"({"op":"onRequestDone","requestNo":)" + no + "}\n";
+    };
+    request(1, "2", "4");
+    request(2, "2", "2");
+    scenario += R"({"op":"publish","enable":false,"zoomRatio":2})"
+                "\n";
+    request(3, "2", "2");
+    request(4, "3", "2");
+    request(5, "3", "3");
+    request(6, "3.3", "3");
+    auto const list = jumps(scenario);
+
+    EXPECT_THAT(list, testing::MatchesRegex(".*\n *[0-9]+ +4  sensor 0 narrower by 33.3 %\n"
+                                            " *[0-9]+ +6  sensor 0 narrower by 9.3 %\n"));
+}
+
+}  // namespace
+}  // namespace zoomreplay::test

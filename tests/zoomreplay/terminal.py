@@ -1,0 +1,46 @@
+"""How the table looks on a terminal, and what becomes of a reader that goes away.
+
+terminal.py ZOOMREPLAY SCENARIO: the scenario has crops for several ports.
+"""
+import fcntl
+import os
+import pty
+import struct
+import subprocess
+import sys
+import termios
+
+
+def show(command, columns, **environment):
+    """What the command writes to a terminal of that width."""
+    ours, theirs = pty.openpty()
+    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+    clean = {name: value for name, value in os.environ.items() if name not in ("NO_COLOR", "TERM")}
+    process = subprocess.Popen(command, stdout=theirs, env={**clean, "TERM": "xterm", **environment})
+    os.close(theirs)
+    text = b""
+    try:
+        while chunk := os.read(ours, 4096):
+            text += chunk
+    except OSError:
+        pass  # the other end is closed
+    os.close(ours)
+    assert process.wait() == 0
+    return text.decode()
+
+
+def main():
+    command = sys.argv[1:]
+    narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
+    assert max(map(len, narrow.splitlines())) <= 80, narrow
+    assert len(wide.splitlines()) < len(narrow.splitlines()), wide
+    assert "\x1b[" not in narrow + show(command, 100, TERM="dumb")
+    assert "\x1b[" in show(command, 100)
+
+    readable, writable = os.pipe()
+    os.close(readable)
+    closed = subprocess.run(command, stdout=writable, stderr=subprocess.PIPE)
+    assert (closed.returncode, closed.stderr) == (0, b""), closed
+
+
+main()
