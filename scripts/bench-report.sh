@@ -27,7 +27,7 @@ scenario() {
                 if ((goal - ratio) ^ 2 < 0.0004) { goal = 0.7 + 5 * rand(); rest = 20 + int(130 * rand()) }
             }
             asker = ratio < 2 ? 0 : 2
-            printf "{\"op\": \"setRunTimeCropNeedData\", \"requestNo\": %d, \"sensorModes\": {\"0\": 1, \"1\": %d, \"2\": %d}}\n", i, 1 + int(i / 900) % 2, ratio > 2 ? 1 : -1
+            printf "{\"op\": \"setRunTimeCropNeedData\", \"requestNo\": %d, \"sensorModes\": {\"0\": 1, \"1\": %d, \"2\": %d}}\n", i, 1 + int(i / 900) % 2, (ratio > 2 ? 1 : -1)
             printf "{\"op\": \"publish\", \"enable\": true, \"zoomRatio\": %.4f}\n", ratio * (int(i / 300) % 2 ? 0.97 : 1.05)
             printf "{\"op\": \"getP1CropSetting\", \"requestNo\": %d, \"zoomRatio\": %.4f, \"sensorId\": %d}\n", i, ratio, asker
             printf "{\"op\": \"getP2CropSetting\", \"requestNo\": %d, \"zoomRatio\": %.4f, \"sensorId\": %d}\n", i, ratio, asker

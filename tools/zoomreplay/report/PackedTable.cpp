@@ -54,9 +54,9 @@ void appendColumn(std::string& out, std::vector<Value> const& column) {
 std::string compressed(std::string const& bytes) {
     uLongf size = compressBound(bytes.size());
     std::string out(size, '\0');
-    auto const status =
-        compress2(reinterpret_cast<Bytef*>(out.data()), &size,
-                  reinterpret_cast<Bytef const*>(bytes.data()), bytes.size(), Z_BEST_COMPRESSION);
+    auto const status = compress2(reinterpret_cast<Bytef*>(out.data()), &size,
+                                  reinterpret_cast<Bytef const*>(bytes.data()), bytes.size(),
+                                  Z_DEFAULT_COMPRESSION);
     if (status != Z_OK) {
         throw UserError("the report's data cannot be compressed: too little memory");
     }

@@ -10,7 +10,11 @@ const QUANTITIES = {
   share: { words: 'Width of the crop', path: 'share', unit: '' },
 };
 
-const colour = (name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+const colours = new Map();  // of the desktop's scheme, light or dark
+const colour = (name) => {
+  if (!colours.has(name)) colours.set(name, getComputedStyle(document.documentElement).getPropertyValue(name).trim());
+  return colours.get(name);
+};
 const colourOfSensor = (id) => `--c${sensorIds.indexOf(id) % 6}`;
 const DASHES = [[], [8, 3], [2, 2], [10, 3, 2, 3], [5, 5], [1, 3]];
 
@@ -129,8 +133,8 @@ const makeCharts = () => {
   } });
   ratioChart.curves = [
     { path: 'asked', words: 'asked', colour: '--ink', dash: [] },
-    { path: 'override', words: 'override', colour: '--accent', dash: [6, 3], width: 2.2 },
-    { path: 'phone.zoom', words: 'phone', colour: '--jump', dash: [2, 2], width: 2 },
+    { path: 'override', words: 'override', colour: '--override', dash: [6, 3], width: 2.2 },
+    { path: 'phone.zoom', words: 'phone', colour: '--phone', dash: [2, 2], width: 2 },
   ].filter(({ path }) => columns.has(path));
   for (const { path } of ratioChart.curves) columnOf(path).forEach((v, i, all) => { if (!(v > 0)) all[i] = NO_VALUE; });
   angleChart = new Chart($('angle-chart'), { axes: {

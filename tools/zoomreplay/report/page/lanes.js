@@ -9,7 +9,7 @@ let lanes = [];
 // { words, colour, top, height }: a band of the lane.
 const STAGE_STATES = [
   { words: 'not overridden', colour: '--faint', top: 7, height: 2 },
-  { words: 'overridden', colour: '--accent', top: 3, height: 10 },
+  { words: 'overridden', colour: '--overridden', top: 3, height: 10 },
   { words: 'also from the cache', colour: '--cached', top: 11, height: 3 },
   { words: 'exception', colour: '--warn', top: 1, height: 14, least: 2 },
   { words: 'stopped the process', colour: '--alarm', top: 0, height: 16, least: 3 },
@@ -54,7 +54,7 @@ const makeLanes = () => {
   ];
   lanes = [
     ...stages,
-    laneOf('corrected', [{ words: 'crop corrected', colour: '--warn', top: 3, height: 10 }], (i) => hasMark(i, 'corrected') ? 1 : 0),
+    laneOf('corrected', [{ words: 'crop corrected', colour: '--corrected', top: 3, height: 10 }], (i) => hasMark(i, 'corrected') ? 1 : 0),
     changingLane('asked by', 'asker', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `sensor ${id}`),
     changingLane('phone', 'phone.lens', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `camera ${id}`),
     ...sensorIds.map((id) => changingLane(`sensor ${id}`, `sensors.${id}.mode`, () => colourOfSensor(id), (mode) => `streams, mode ${mode}`)),

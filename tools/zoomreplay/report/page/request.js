@@ -27,7 +27,7 @@ const showAngles = (request) => {
   const leads = leadCrops(request);
   const rows = sensorIds.filter((id) => leads.has(id));
   const hasAngles = hasColumn('angle');
-  const head = hasAngles ? ['Sensor', 'Crop', 'Across', 'Down', 'Pointing right, down', 'To master'] : ['Sensor', 'Crop', 'Width', ''];
+  const head = hasAngles ? ['Sensor', 'Crop', 'Across', 'Down', 'Right, down', 'To master'] : ['Sensor', 'Crop', 'Width', ''];
   $('angles').replaceChildren(html('thead', {}, html('tr', {}, head.map((name, i) =>
     html('th', { scope: 'col', class: i > 1 ? 'n' : '' }, name)))),
   html('tbody', {}, rows.map((id) => {

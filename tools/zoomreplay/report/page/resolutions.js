@@ -25,8 +25,9 @@ class CurveSteps {
     return next;
   }
 
+  /** The coarsest level whose steps are at most two pixels wide. */
   level(requestsPerPixel) {
-    return Math.max(0, this.levels.findLastIndex(({ size }) => size <= Math.max(requestsPerPixel, 1)));
+    return Math.max(0, this.levels.findLastIndex(({ size }) => size <= 2 * requestsPerPixel));
   }
 
   /** The range of all values; empty where there are none. */

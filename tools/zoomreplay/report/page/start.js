@@ -55,7 +55,10 @@ const listen = () => {
   watchPointer();
   document.addEventListener('keydown', onKey);
   addEventListener('popstate', openLink);
-  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', drawTimeline);
+  matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => {
+    colours.clear();
+    drawTimeline();
+  });
   new ResizeObserver(() => {
     drawTimeline();
     showDetails();

@@ -63,7 +63,7 @@ const drawStrip = () => {
   context.scale(sharp, sharp);
   const toX = (index) => (index + 0.5) / count * width;
 
-  const curve = ratioChart.curves.at(-1);
+  const curve = ratioChart.curves.find(({ path }) => path === 'override') ?? ratioChart.curves[0];
   const range = curve && steps(curve.path).range();
   if (range) {
     const { size, low, high } = steps(curve.path).levels[steps(curve.path).level(count / width)];
