@@ -1,14 +1,16 @@
 // Opens the report of a scenario of longScenario.mjs and holds what it shows to the result file of the same run:
-// node long.mjs REPORT.html RESULTS.jsonl OTHER_REQUEST PLANTED_REQUEST
+// node long.mjs REPORT.html RESULTS.jsonl EXPECTED.jsonl OTHER_REQUEST PLANTED_REQUEST
+// EXPECTED.jsonl are the results of the scenario without OTHER_REQUEST's fault; the report was compared with them.
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
 
-const [report, resultFile, other, planted] = process.argv.slice(2);
-const answers = readFileSync(resultFile, 'utf8').trim().split('\n').filter((line) => line.includes('getP1CropSetting'))
-  .map((line) => JSON.parse(line).need.tgCrops);
+const [report, resultFile, expectedFile, other, planted] = process.argv.slice(2);
+const answersOf = (file) => readFileSync(file, 'utf8').trim().split('\n')
+  .filter((line) => line.includes('getP1CropSetting')).map((line) => JSON.parse(line).need.tgCrops);
+const answers = answersOf(resultFile);
 const cropOf = (request, sensor) => answers[request - 1][sensor]['0x7001'];
 
 // The TG domain of the scenario is half of its active array.
@@ -40,7 +42,7 @@ try {
   };
 
   for (const request of [planted, other, 1, answers.length, 512, 513, 20000].map(Number)) {
-    const { numbers } = await shown(request);
+    const { numbers, steps } = await shown(request);
     assert.equal(numbers.length, 3, `request ${request} has a crop per sensor`);
     for (const row of numbers) {
       const sensor = Number(row[1]);
@@ -48,8 +50,24 @@ try {
       assert.deepEqual(row.slice(4, 8).map(Number), crop, `crop of request ${request}, sensor ${sensor}`);
       assert.ok(Math.abs(Number(row[10]) - angleOf(sensor, crop)) < 0.0051, `angle of request ${request}, sensor ${sensor}`);
       assert.ok(Math.abs(Number(row[12]) - pointOf(sensor, crop)) < 0.0051, `direction of request ${request}, sensor ${sensor}`);
+      const [x, y, w, h] = crop;
+      const own = steps.find(([of]) => Number(of) === sensor);
+      assert.equal(own[1], `(${x}, ${y})/${w}\u00d7${h} TG`, `the last step of request ${request}, sensor ${sensor}`);
+      assert.match(own[2], new RegExp(`custom crop of stream .+line ${4 * request + 3}`), 'the line that brought the crop');
     }
   }
+
+  const [worst] = await browser.evaluate(`[...document.querySelectorAll('#jump-list li')].map((item) => item.textContent)`);
+  assert.match(worst, new RegExp(`request ${planted}: sensor 2 narrower by 6.* to the right`));
+
+  const finding = await browser.evaluate(`document.querySelector('[data-finding=differs]').textContent`);
+  assert.match(finding, /: 1$/, 'one request differs');
+  await browser.evaluate(`document.querySelector('[data-finding=differs]').click()`);
+  const delta = answersOf(expectedFile)[other - 1][1]['0x7001'].map((value, i) => cropOf(other, 1)[i] - value);
+  const { numbers } = await shown(Number(other));
+  const told = delta.map((value, i) => value === 0 ? null : `${'xywh'[i]} ${value < 0 ? '\u2212' : '+'}${Math.abs(value)}`);
+  assert.equal(numbers[1].at(-1), told.filter(Boolean).join(', '), 'the difference of the other request');
+  assert.equal(numbers[0].at(-1), 'as expected');
 
   // What the timeline reads out under the mouse, of all requests in view.
   const box = await browser.evaluate(`(() => {

@@ -79,7 +79,9 @@ class Pictures {
         if (options.report.has_value()) {
             mReportFile.emplace(openSeparateOutput(*options.report, inputs, outputs));
             outputs.push_back(&*mReportFile);
-            consumers.push_back(&mReport.emplace(*mReportFile, mScenario, options.isLogged));
+            consumers.push_back(
+                &mReport.emplace(*mReportFile, mScenario,
+                                 Report::Shown{options.isLogged, options.expected.has_value()}));
         }
         if (options.trace.has_value()) {
             mTraceFile.emplace(openSeparateOutput(*options.trace, inputs, outputs));
@@ -90,6 +92,12 @@ class Pictures {
         }
         if (!consumers.empty()) {
             mConsumers.push_back(&mRecording.emplace(range, explainer, std::move(consumers)));
+        }
+    }
+
+    void take(Difference const& difference) {
+        if (mReport.has_value()) {
+            mReport->take(difference);
         }
     }
 
@@ -169,6 +177,7 @@ ExitStatus replay(Options const& options) {
             if (differences.has_value()) {
                 writeDifference(*differences, difference);
             }
+            pictures.take(difference);
         });
         consumers.push_back(&*compare);
     }

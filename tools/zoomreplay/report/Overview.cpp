@@ -210,6 +210,7 @@ PackedRecord overviewData(RequestRecord const& request, Overview const& overview
     PackedRecord out;
     out.open('{');
     out.key("no").number(int64_t{request.requestNo});
+    out.key("line").number(static_cast<int64_t>(request.firstLine));
     out.key("marks").number(int64_t{overview.marks});
     out.key("mode").number(static_cast<int64_t>(request.mode));
     if (overview.asked.has_value()) {

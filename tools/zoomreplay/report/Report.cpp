@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "DifferenceData.h"
 #include "Overview.h"
 #include "Page.h"
 #include "PageText.h"
@@ -22,26 +23,33 @@ constexpr size_t kRequestsPerBlock = 512;
 
 }  // namespace
 
-Report::Report(File& file, std::string scenario, bool isLogged)
+Report::Report(File& file, std::string scenario, Shown shown)
     : mFile(file),
       mScenario(std::move(scenario)),
-      mIsLogged(isLogged),
+      mShown(shown),
       mOverview(kOverviewsPerBlock),
-      mRequests(kRequestsPerBlock) {}
+      mRequests(kRequestsPerBlock),
+      mDifferences(kOverviewsPerBlock) {}
 
 void Report::take(RequestRecord const& request, Rig const& rig) {
     Overview const overview = overviewOf(request, rig);
     mOverview.add(request.index, overviewData(request, overview));
     mRequests.add(request.index, requestData(request));
+    mJumps.take(request, rig);
     mPlain.take(request, overview);
-    ++mShown;
+    ++mCount;
+}
+
+void Report::take(Difference const& difference) {
+    mDifferences.add(mDifferenceCount++, differenceData(difference));
 }
 
 std::string Report::data(ReplayRecord const& replay) {
     Json json{{"scenario", mScenario},
               {"total", replay.total},
-              {"shown", mShown},
-              {"logged", mIsLogged},
+              {"shown", mCount},
+              {"logged", mShown.isLogged},
+              {"compared", mShown.isCompared},
               {"requestsPerBlock", kRequestsPerBlock},
               {"rigs", Json::array()}};
     for (Rig const& rig : replay.rigs) {
@@ -53,17 +61,26 @@ std::string Report::data(ReplayRecord const& replay) {
             json["fatal"]["at"] = *fatal->request;
         }
     }
+    json["jumps"] = Json::array();
+    for (Jump const& jump : mJumps.worstFirst()) {
+        json["jumps"].push_back(
+            {{"index", jump.index}, {"sensor", jump.sensorId}, {"words", textOf(jump)}});
+    }
+    json["allJumps"] = mJumps.count();
     std::string out = inScript(json);
     out.pop_back();
     out += ",\n\"overview\":";
     mOverview.appendJson(out);
     out += ",\n\"requests\":";
     mRequests.appendJson(out);
+    out += ",\n\"differences\":";
+    mDifferences.appendJson(out);
     out += '}';
     return out;
 }
 
 void Report::finish(ReplayRecord const& replay) {
+    mJumps.finish(replay);
     std::string_view rest = kPageHtml;
     auto const writeUpTo = [&](std::string_view mark) {
         auto const place = rest.find(mark);

@@ -6,29 +6,43 @@
 #include "PackedTable.h"
 #include "PlainReport.h"
 #include "base/File.h"
+#include "jumps/Jumps.h"
 #include "recording/RequestRecord.h"
+#include "results/Compare.h"
 
 namespace zoomreplay {
 
 /// Keeps of each request what the page shows of it, packed, and writes the page at the end.
 class Report : public RequestConsumer {
  public:
+    /// What there is beside the requests.
+    struct Shown {
+        bool isLogged;
+        bool isCompared;
+    };
+
     /// @param file outlives the report
     /// @param scenario its name, as the page tells it
-    Report(File& file, std::string scenario, bool isLogged);
+    Report(File& file, std::string scenario, Shown shown);
 
     void take(RequestRecord const& request, Rig const& rig) override;
     void finish(ReplayRecord const& replay) override;
+
+    /// Something that differs from an earlier replay, before finish().
+    void take(Difference const& difference);
 
  private:
     std::string data(ReplayRecord const& replay);
 
     File& mFile;
     std::string mScenario;
-    bool mIsLogged;
-    size_t mShown = 0;
+    Shown mShown;
+    size_t mCount = 0;
     PackedTable mOverview;
     PackedTable mRequests;
+    PackedTable mDifferences;
+    size_t mDifferenceCount = 0;
+    JumpFinder mJumps;
     PlainReport mPlain;
 };
 

@@ -2,6 +2,7 @@
 #include "RequestData.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "PackedRecord.h"
 #include "scenario/text/JsonText.h"
@@ -61,6 +62,47 @@ void addView(PackedRecord& out, CropRecord const& crop) {
     }
 }
 
+// Whole numbers stay whole, others are those of the library's single precision.
+void addNumber(PackedRecord& out, double value) {
+    constexpr double kWhole = 1e15;
+    if (std::trunc(value) == value && std::abs(value) < kWhole) {
+        out.number(static_cast<int64_t>(value));
+    } else {
+        out.number(static_cast<float>(value));
+    }
+}
+
+void addSaying(PackedRecord& out, Saying const& saying) {
+    out.open('[');
+    out.word(saying.words);
+    for (double const value : saying.numbers) {
+        addNumber(out, value);
+    }
+    out.close(']');
+}
+
+void addStep(PackedRecord& out, CropStep const& step) {
+    out.open('{');
+    addSaying(out.key("say"), step);
+    if (step.domain == Domain::Tg) {
+        out.key("tg").yes();
+    }
+    out.key("rect").open('[');
+    for (double const value : step.rect) {
+        addNumber(out, value);
+    }
+    out.close(']');
+    out.close('}');
+}
+
+void addSteps(PackedRecord& out, CropRecord const& crop) {
+    out.open('[');
+    for (CropStep const& step : crop.steps) {
+        addStep(out, step);
+    }
+    out.close(']');
+}
+
 void addCrop(PackedRecord& out, CropRecord const& crop) {
     out.open('{');
     out.key("s").number(int64_t{crop.sensorId});
@@ -85,6 +127,12 @@ void addCrop(PackedRecord& out, CropRecord const& crop) {
     if (crop.difference.has_value()) {
         addAngles(out.key("diff"), crop.difference->across, crop.difference->down);
     }
+    if (!crop.steps.empty()) {
+        addSteps(out.key("steps"), crop);
+        if (!crop.isExplained) {
+            out.key("unexplained").yes();
+        }
+    }
     out.close('}');
 }
 
@@ -105,6 +153,15 @@ void addQuery(PackedRecord& out, QueryRecord const& query) {
         out.key("override").number(query.need->zoomRatio);
         out.key(query.need->overrideValid ? "valid" : "invalid").yes();
         out.key("from").number(int64_t{query.need->requestNo});
+    }
+    if (query.broughtBy > 0) {
+        out.key("brought").number(static_cast<int64_t>(query.broughtBy));
+    }
+    if (query.keptSince.has_value()) {
+        out.key("kept").number(static_cast<int64_t>(*query.keptSince));
+    }
+    if (!query.reason.words.empty()) {
+        addSaying(out.key("reason"), query.reason);
     }
     if (!query.trouble.empty()) {
         out.key("trouble").text(query.trouble);

@@ -10,6 +10,7 @@ const WORDS = {
   fatal: (i) => hasMark(i, 'fatal'),
   outside: (i) => hasMark(i, 'outside'),
   jump: (i) => hasMark(i, 'jump'),
+  differs: (i) => hasMark(i, 'differs'),
   kept: (i) => hasMark(i, 'stale'),
   undone: (i) => hasMark(i, 'undone'),
 };

@@ -59,6 +59,7 @@ const makeLanes = () => {
     changingLane('phone', 'phone.lens', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `camera ${id}`),
     ...sensorIds.map((id) => changingLane(`sensor ${id}`, `sensors.${id}.mode`, () => colourOfSensor(id), (mode) => `streams, mode ${mode}`)),
     laneOf('findings', faultStates, (i) => faults.reduce((bits, mark, k) => bits | (hasMark(i, mark) ? 1 << k : 0), 0)),
+    laneOf('differs', [{ words: 'differs from the expected result', colour: '--step', top: 3, height: 10, least: 2 }], (i) => hasMark(i, 'differs') ? 1 : 0),
   ].filter(({ uses }) => uses !== 0);
 };
 

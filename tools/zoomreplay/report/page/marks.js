@@ -17,7 +17,7 @@ const symbol = (state, cached) => svg('svg', { width: 12, height: 12, 'aria-hidd
 
 // As zoomreplay sets them; a jump is set here.
 const MARKS = {
-  overridden: 1, corrected: 2, cached: 4, exception: 8, fatal: 16, outside: 32, stale: 64, undone: 128, jump: 256,
+  overridden: 1, corrected: 2, cached: 4, exception: 8, fatal: 16, outside: 32, stale: 64, undone: 128, jump: 256, differs: 512,
 };
 // The worst first. What is no fault stands last.
 const FINDINGS = [
@@ -25,6 +25,7 @@ const FINDINGS = [
   { mark: 'exception', words: 'exception', alarm: true },
   { mark: 'outside', words: 'crop outside of its sensor', alarm: true },
   { mark: 'jump', words: 'jump', alarm: true },
+  { mark: 'differs', words: 'differs from expected', alarm: true },
   { mark: 'corrected', words: 'corrected' },
   { mark: 'stale', words: 'kept answer of another sensor mode' },
   { mark: 'undone', words: 'never done' },

@@ -62,11 +62,13 @@ const showDetails = async () => {
   $('ratios').replaceChildren('asked ', html('b', { id: 'asked' }, ratio(at('asked', index) ?? request.queries[0]?.asked ?? '\u2013')),
     ' override ', html('b', { id: 'override' }, ratio(at('override', index) ?? '\u2013')));
   showStages(request);
+  request.index = index;
   showAngles(request);
   showLines(request);
   showSensors(request);
   showNumbers(request);
   showWhy(request);
+  showDifferences(index);
   showLog(request);
   shownRequest = request;
 };
@@ -117,12 +119,13 @@ const MOVES = {
   ' ': play,
   '+': () => zoomAt(xOf(current), 0.5),
   '-': () => zoomAt(xOf(current), 2),
+  b: () => differencesOf.has(current) && blink(),
 };
 // Keys that scroll belong to the page unless the timeline has the focus.
 const onKey = (event) => {
   const isOnTimeline = event.target === $('timeline');
-  const isOnControl = event.target instanceof Element && event.target.closest('button, a, input, select');
-  const isFree = event.key === 'ArrowLeft' || event.key === 'ArrowRight';
+  const isOnControl = event.target instanceof Element && event.target.closest('a, input, select, textarea');
+  const isFree = ['ArrowLeft', 'ArrowRight', 'b'].includes(event.key);
   const move = MOVES[event.key];
   if (!move || event.ctrlKey || event.altKey || event.metaKey) return;
   if (!isOnTimeline && (isOnControl || !isFree)) return;

@@ -84,9 +84,10 @@ const DIFFERENCE_COLUMNS = [
   ['Across to master', (crop) => plainAngle(crop.diff?.[0]), true],
   ['Down to master', (crop) => plainAngle(crop.diff?.[1]), true],
 ];
+const DELTA_COLUMN = ['Against expected', (crop, query, index) => deltaText(crop.c, expectedCrop(index, query, crop))];
 const plainAngle = (value) => value === undefined || value === null ? '' : value.toFixed(2);
 const shownColumns = () => [...COLUMNS, ...(hasColumn('angle') ? ANGLE_COLUMNS : []),
-  ...(hasColumn('difference') ? DIFFERENCE_COLUMNS : [])];
+  ...(hasColumn('difference') ? DIFFERENCE_COLUMNS : []), ...(differencesOf.size > 0 ? [DELTA_COLUMN] : [])];
 
 const queryTitle = (query) => `${query.stage} asked by sensor ${query.sensor} on line ${query.line}: ` +
   `${query.asked}` + (query.override === undefined ? '' : ` \u2192 ${query.override}`) +
@@ -99,7 +100,7 @@ const showNumbers = (request) => {
     html('tr', { class: 'query', 'data-line': query.line, 'data-asked': query.asked, 'data-override': query.override },
       html('th', { colspan: shown.length, scope: 'rowgroup' }, queryTitle(query))),
     ...query.crops.map((crop) => html('tr', { 'data-line': query.line },
-      shown.map(([, value, isNumber]) => html('td', { class: isNumber ? 'n' : '' }, String(value(crop, query)))))),
+      shown.map(([, value, isNumber]) => html('td', { class: isNumber ? 'n' : '' }, String(value(crop, query, request.index)))))),
   ]);
   $('numbers').replaceChildren(
     html('thead', {}, html('tr', {}, shown.map(([name, , isNumber]) =>
@@ -108,7 +109,7 @@ const showNumbers = (request) => {
 };
 
 const tableText = (request) => [['Request', ...shownColumns().map(([name]) => name)], ...request.queries.flatMap((query) =>
-  query.crops.map((crop) => [request.no, ...shownColumns().map(([, value]) => value(crop, query))]))]
+  query.crops.map((crop) => [request.no, ...shownColumns().map(([, value]) => value(crop, query, request.index))]))]
   .map((row) => row.join('\t')).join('\n') + '\n';
 
 const showLog = (request) => {

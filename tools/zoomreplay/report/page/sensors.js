@@ -122,6 +122,9 @@ const activeFigure = (request, id, scales) => {
     const bound = outputOf(request, id);
     if (!crop.tg && bound) boxes.push({ box: [0, 0, ...bound], style: 'bound', label: 'bound' });
     if (!crop.tg && crop.asked) boxes.push({ box: crop.asked, style: 'ghost', label: 'before' });
+    const expected = expectedCrop(request.index, p2, crop);
+    if (!crop.tg && expected) boxes.push({ box: expected, style: 'expected', label: isExpectedShown ? 'expected' : null });
+    if (expected && isExpectedShown) continue;
     if (!crop.tg || crop.area) {
       boxes.push({ box: crop.tg ? crop.area : crop.c, style: 'crop ' + styleOf(crop), label: whatIs(crop) });
       told.push(`${whatIs(crop)} crop ${rectText(crop.tg ? crop.area : crop.c)}`);
@@ -141,6 +144,10 @@ const outputFigure = (request, id, scales) => {
     if (crop.asked) boxes.push({ box: crop.asked, style: 'ghost', label: `${whatIs(crop)} before` });
   }
   for (const crop of crops) {
+    const query = ['P1', 'P2'].map((stage) => lastOverride(request, stage)).find((found) => found?.crops.includes(crop));
+    const expected = expectedCrop(request.index, query, crop);
+    if (expected) boxes.push({ box: expected, style: 'expected', label: isExpectedShown ? `${whatIs(crop)} expected` : null });
+    if (expected && isExpectedShown) continue;
     boxes.push({ box: crop.c, style: 'crop ' + styleOf(crop), label: whatIs(crop) });
     if (crop.min) {
       const [x, y, w, h] = crop.c;

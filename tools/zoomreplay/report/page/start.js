@@ -14,6 +14,7 @@ const start = async () => {
   knowNames();
   knowSensors();
   knowJumps();
+  await unpackDifferences();
   stages.push(...askedStages());
   showHead();
   makeCharts();
@@ -52,6 +53,7 @@ const listen = () => {
     chosenPort = $('port').value === '' ? null : Number($('port').value);
     showSensors(shownRequest);
   });
+  $('blink').addEventListener('click', blink);
   watchPointer();
   document.addEventListener('keydown', onKey);
   addEventListener('popstate', openLink);
