@@ -49,6 +49,14 @@ void appendJson(std::string& out, std::unordered_map<Key, Item> const& table);
 template <typename Key, typename Item>
 void appendJson(std::string& out, std::map<Key, Item> const& table);
 
+/// A value by itself.
+template <typename T>
+std::string jsonText(T const& value) {
+    std::string text;
+    appendJson(text, value);
+    return text;
+}
+
 /// A number without quotes, such as a line number.
 void appendNumber(std::string& out, uint64_t value);
 

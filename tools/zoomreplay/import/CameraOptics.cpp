@@ -24,12 +24,6 @@ NSCam::MSize measuredArray(CameraStatics const& camera) {
                                  : NSCam::MSize{camera.activeArray->w, camera.activeArray->h};
 }
 
-std::string numberText(float number) {
-    std::string text;
-    scenario::appendJson(text, number);
-    return text;
-}
-
 }  // namespace
 
 Angles anglesBySize(CameraStatics const& camera) {
@@ -62,14 +56,15 @@ std::vector<std::string> doubtsAbout(CameraStatics const& camera) {
     double const pitchX = static_cast<double>(width) / measured.w;
     double const pitchY = static_cast<double>(height) / measured.h;
     if (std::max(pitchX, pitchY) > kPitchTolerance * std::min(pitchX, pitchY)) {
-        doubts.push_back(numberText(width) + " x " + numberText(height) + " mm for " +
-                         std::to_string(measured.w) + " x " + std::to_string(measured.h) +
+        doubts.push_back(scenario::jsonText(width) + " x " + scenario::jsonText(height) +
+                         " mm for " + std::to_string(measured.w) + " x " +
+                         std::to_string(measured.h) +
                          " pixels, which would not be square; one of its angles is wrong");
     }
     auto const angles = anglesBySize(camera);
     if (std::max(angles.horizontal, angles.vertical) > kWidest) {
         doubts.push_back("an angle of view of " +
-                         numberText(std::max(angles.horizontal, angles.vertical)) +
+                         scenario::jsonText(std::max(angles.horizontal, angles.vertical)) +
                          " degrees; its physical size or focal length is wrong");
     }
     auto const& array = *camera.activeArray;

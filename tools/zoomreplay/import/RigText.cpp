@@ -55,19 +55,13 @@ SensorIds numberSensors(CameraStock const& stock) {
     return ids;
 }
 
-std::string numberText(float number) {
-    std::string text;
-    appendJson(text, number);
-    return text;
-}
-
 std::string zoomText(CameraStatics const& camera) {
     std::string text;
     if (auto const& range = camera.zoomRatioRange; range.has_value()) {
-        text += ", zooms from " + numberText((*range)[0]) + " to " + numberText((*range)[1]);
+        text += ", zooms from " + jsonText((*range)[0]) + " to " + jsonText((*range)[1]);
     }
     if (camera.digitalZoom.has_value()) {
-        text += ", digital zoom up to " + numberText(*camera.digitalZoom);
+        text += ", digital zoom up to " + jsonText(*camera.digitalZoom);
     }
     return text;
 }
@@ -94,7 +88,7 @@ std::string positionText(CameraStatics const& camera) {
 }
 
 std::string anglesText(Angles const& angles) {
-    return numberText(angles.horizontal) + " x " + numberText(angles.vertical);
+    return jsonText(angles.horizontal) + " x " + jsonText(angles.vertical);
 }
 
 bool looksLike(CameraStatics const& one, CameraStatics const& other) {
@@ -108,8 +102,8 @@ void appendSensorComment(std::string& out, uint32_t id, CameraStatics const& cam
         out += "physical camera " + camera.id + " of ";
     }
     out += "camera " + (camera.logicalId.empty() ? camera.id : camera.logicalId) + ": " +
-           positionText(camera) + numberText(camera.focalLengths.front()) + " mm, " +
-           numberText((*camera.physicalSize)[0]) + " x " + numberText((*camera.physicalSize)[1]) +
+           positionText(camera) + jsonText(camera.focalLengths.front()) + " mm, " +
+           jsonText((*camera.physicalSize)[0]) + " x " + jsonText((*camera.physicalSize)[1]) +
            " mm" + zoomText(camera) + ".\n";
 }
 
