@@ -208,7 +208,7 @@ void addModes(PackedRecord& out, NSCam::Feature::RunTimeCropNeedData const& data
     out.close('}');
 }
 
-void addPhone(PackedRecord& out, Observation const& observed) {
+void addObservation(PackedRecord& out, Observation const& observed) {
     out.open('{');
     if (observed.zoomRatio.has_value()) {
         out.key("zoom").number(*observed.zoomRatio);
@@ -243,7 +243,7 @@ PackedRecord requestData(RequestRecord const& request) {
         addModes(out.key("modes"), *request.data);
     }
     if (request.observed.has_value()) {
-        addPhone(out.key("phone"), *request.observed);
+        addObservation(out.key("phone"), *request.observed);
     }
     out.key("queries").open('[');
     for (QueryRecord const& query : request.queries) {
