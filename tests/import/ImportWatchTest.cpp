@@ -426,7 +426,7 @@ TEST_F(ImportWatchTest, OneCameraIsChosen) {
 
 // Stream 2 is bound to sensor 1, the first can come from both. The crop is for the first stream.
 TEST_F(ImportWatchTest, OpenSessionTellsTheStreams) {
-    constexpr std::string_view kDump =
+    constexpr std::string_view kOpenCamera =
         "== Camera device 0 dynamic info: ==\n"
         "  Device 0 is open. Client instance dump:\n"
         "    Stream[0]: Output\n"
@@ -438,7 +438,7 @@ TEST_F(ImportWatchTest, OpenSessionTellsTheStreams) {
         "      Physical camera id: 1\n"
         "== Camera device 9 dynamic info: ==\n"
         "  Device 9 is closed, no client instance\n";
-    write("open.txt", kDump);
+    write("open.txt", kOpenCamera);
     write("zoom.log", kTwoFrames);
     auto const session = [&](std::string const& dump) {
         return run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", "InstantRequest",
