@@ -18,7 +18,7 @@ struct Fault {
 
 /// A zoom ramp over two sensors with custom crops, 0.4 % a request. The crops of sensor 2 are
 /// faulty from request 617 to the last one.
-std::string ramp(Fault const& fault) {
+std::string smoothRamp(Fault const& fault) {
     std::ostringstream scenario;
     scenario
         << kSensor
@@ -65,13 +65,13 @@ class JumpsTest : public ToolTest {
 };
 
 TEST_F(JumpsTest, ARampThatTheRatioExplainsHasNone) {
-    EXPECT_EQ(jumps(ramp({})), "No jumps: the picture moves with the asked ratio.\n");
+    EXPECT_EQ(jumps(smoothRamp({})), "No jumps: the picture moves with the asked ratio.\n");
 }
 
 // 70 pixels of 4056, behind a lens of 22.23 degrees: atan(2 tan(11.115) 70 / 4056) = 0.39 degrees,
 // but for half a pixel of the sensor's mode.
 TEST_F(JumpsTest, FindsTheOneCropThatIsTooNarrowAndAside) {
-    EXPECT_THAT(jumps(ramp({0.94, 70, kPlanted})),
+    EXPECT_THAT(jumps(smoothRamp({0.94, 70, kPlanted})),
                 testing::MatchesRegex("   line    request  jump\n"
                                       "   2471        617  sensor 2 narrower by (5.9|6.0|6.1) %, "
                                       "0.(38|39) degrees to the right, and back in the next "
@@ -80,10 +80,11 @@ TEST_F(JumpsTest, FindsTheOneCropThatIsTooNarrowAndAside) {
 
 // There and back are two findings when the way back comes later.
 TEST_F(JumpsTest, ListsAsManyAsWanted) {
-    std::string const all = jumps(ramp({1.06, 0, 700}));
+    std::string const all = jumps(smoothRamp({1.06, 0, 700}));
     EXPECT_THAT(all, testing::HasSubstr("617  sensor 2 wider by 5."));
     EXPECT_THAT(all, testing::HasSubstr("701  sensor 2 narrower by 5."));
-    EXPECT_THAT(jumps(ramp({1.06, 0, 700}), {"--limit", "1"}), testing::EndsWith("\nand 1 more\n"));
+    EXPECT_THAT(jumps(smoothRamp({1.06, 0, 700}), {"--limit", "1"}),
+                testing::EndsWith("\nand 1 more\n"));
 }
 
 // P1 answers while the published ratio lags behind, P2 when it has caught up, and then nobody, at
