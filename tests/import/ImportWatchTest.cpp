@@ -468,8 +468,8 @@ TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
         EXPECT_EQ(::pipe(ends.data()), 0);
         EXPECT_EQ(::write(ends[1], log.data(), log.size()), static_cast<ssize_t>(log.size()));
         close(ends[1]);
-        auto const result = run({"import-watch", "/proc/self/fd/" + std::to_string(ends[0]),
-                                 "--rig", "rig.jsonl", "--mode", "ExternalAPI"});
+        auto result = run({"import-watch", "/proc/self/fd/" + std::to_string(ends[0]), "--rig",
+                           "rig.jsonl", "--mode", "ExternalAPI"});
         close(ends[0]);
         return result;
     };

@@ -282,6 +282,7 @@ void raceForTheManager() {
     std::array<std::shared_ptr<IZoomOverrideMgr>, kThreads> managers;
     std::barrier start(kThreads);
     std::vector<std::jthread> threads;
+    threads.reserve(kThreads);
     for (auto& manager : managers) {
         threads.emplace_back([&] {
             start.arrive_and_wait();

@@ -1,5 +1,6 @@
 // --compare: what counts as a difference and how differences are told.
 #include <numeric>
+#include <sstream>
 
 #include "ToolTest.h"
 
@@ -137,18 +138,18 @@ TEST_F(CompareTest, PrintsTheFirstTenAndCountsTheRest) {
 
 /// A ramp of requests, each with another crop.
 std::string ramp(std::vector<int> const& requests) {
-    std::string scenario =
-        std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"})" + '\n';
+    std::ostringstream scenario;
+    scenario << kSensor << R"({"op":"initialize","mode":"ByRequest"})" << '\n';
     for (int const request : requests) {
-        std::string const no = std::to_string(request);
-        scenario +=
-            R"({"op":"setRunTimeCropNeedData","sensorModes":{"0":1},"requestNo":)" + no + "}\n" +
-            R"({"op":"storeOverrideSetting","requestNo":999,"setting":{"overrideValid":true,)" +
-            R"("requestNo":999,"zoomRatio":2,"previewAaCrops":{"0":[0,0,)" + no + ",10]}}}\n" +
-            R"({"op":"getP2CropSetting","zoomRatio":1,"requestNo":)" + no + "}\n" +
-            R"({"op":"onRequestDone","requestNo":)" + no + "}\n";
+        scenario << R"({"op":"setRunTimeCropNeedData","sensorModes":{"0":1},"requestNo":)"
+                 << request << "}\n"
+                 << R"({"op":"storeOverrideSetting","requestNo":999,"setting":{)"
+                 << R"("overrideValid":true,"requestNo":999,"zoomRatio":2,)"
+                 << R"("previewAaCrops":{"0":[0,0,)" << request << ",10]}}}\n"
+                 << R"({"op":"getP2CropSetting","zoomRatio":1,"requestNo":)" << request << "}\n"
+                 << R"({"op":"onRequestDone","requestNo":)" << request << "}\n";
     }
-    return scenario;
+    return scenario.str();
 }
 
 std::vector<int> fromTo(int first, int last) {

@@ -27,6 +27,7 @@ constexpr std::array kCommands{
 // A command's slip would be taken for a scenario that cannot be opened.
 void refuseMisspelt(std::string_view name) {
     std::vector<std::string_view> names;
+    names.reserve(kCommands.size());
     for (Command const& command : kCommands) {
         names.push_back(command.name);
     }

@@ -10,8 +10,6 @@
 namespace zoomreplay {
 namespace {
 
-constexpr std::string_view kDigits = "0123456789";
-
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
@@ -52,10 +50,6 @@ bool hasShape(std::string_view text, std::string_view shape) {
     return text.size() >= shape.size() &&
            std::equal(shape.begin(), shape.end(), text.begin(),
                       [](char wanted, char c) { return wanted == '0' ? isDigit(c) : wanted == c; });
-}
-
-void skipBlanks(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
 }
 
 bool skipNumber(std::string_view& text) {
@@ -203,6 +197,10 @@ bool skip(std::string_view& text, std::string_view prefix) {
     }
     text.remove_prefix(prefix.size());
     return true;
+}
+
+void skipBlanks(std::string_view& text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
 }
 
 }  // namespace zoomreplay

@@ -53,6 +53,12 @@ std::vector<std::string_view> splitWords(std::string_view text);
 /// Whether a text can be a camera's id: printable, without blanks, not empty.
 bool isPrintableId(std::string_view id);
 
+/// What numbers are made of.
+inline constexpr std::string_view kDigits = "0123456789";
+
+/// Removes the blanks that text begins with.
+void skipBlanks(std::string_view& text);
+
 /// Removes a prefix; false when text does not begin with it.
 bool skip(std::string_view& text, std::string_view prefix);
 

@@ -13,12 +13,6 @@ namespace {
 
 using scenario::LineError;
 
-constexpr std::string_view kDigits = "0123456789";
-
-void skipBlanks(std::string_view& text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-}
-
 /// The number that a text ends with, which is taken off.
 std::optional<uint64_t> takeLastNumber(std::string_view& text) {
     auto const last = text.find_last_not_of(kDigits);

@@ -231,9 +231,9 @@ void JumpFinder::finish(ReplayRecord const& /*replay*/) {
     std::sort(mSeen.begin(), mSeen.end(),
               [key](Seen const& a, Seen const& b) { return key(a) < key(b); });
 
-    auto const endOf = [this](Place begin) {
+    auto const endOf = [this](Place const& begin) {
         return std::find_if(begin, mSeen.cend(),
-                            [begin](Seen const& seen) { return seen.index != begin->index; });
+                            [&begin](Seen const& seen) { return seen.index != begin->index; });
     };
     size_t step = 0;
     for (Place from = mSeen.cbegin(); from != mSeen.cend(); ++step) {
@@ -252,7 +252,7 @@ void JumpFinder::finish(ReplayRecord const& /*replay*/) {
 }
 
 // The worst of each sensor's ports, and of the picture where it goes over to another sensor.
-void JumpFinder::compare(size_t step, Place from, Place to, Place end) {
+void JumpFinder::compare(size_t step, Place const& from, Place const& to, Place const& end) {
     std::map<uint32_t, Jump> worst;
     std::optional<Jump> handOver;
     for (Place before = from; before != to; ++before) {

@@ -75,7 +75,7 @@ class JumpFinder : public RequestConsumer {
         size_t step;
     };
 
-    void compare(size_t step, Place from, Place to, Place end);
+    void compare(size_t step, Place const& from, Place const& to, Place const& end);
     void found(size_t step, Jump jump);
     void keep(Jump jump);
 

@@ -78,6 +78,7 @@ std::vector<LeadCrop> leadsOf(RequestRecord const& request) {
         }
     }
     std::vector<LeadCrop> list;
+    list.reserve(leads.size());
     for (auto const& [sensorId, crop] : leads) {
         list.push_back({sensorId, crop});
     }

@@ -208,7 +208,8 @@ void Compare::tell(Difference const& difference, std::string const& place) {
         print(start + "expected no result, got one");
     }
     for (auto const& [path, expected, actual] : difference.fields) {
-        print(start + path + ": expected " + expected + ", got " + actual);
+        std::string message = start + path;
+        print(message.append(": expected ").append(expected).append(", got ").append(actual));
     }
 }
 
