@@ -18,6 +18,10 @@ constexpr Track trackOf(Stage stage) {
     return kCalls + 1 + static_cast<Track>(stage);
 }
 
+std::string modeName(uint32_t sensorMode) {
+    return "mode " + std::to_string(sensorMode);
+}
+
 }  // namespace
 
 Trace::Trace(File& file, std::string scenario, RequestRange range, Explainer const& explainer)
@@ -151,10 +155,10 @@ void Trace::showSensors(RunTimeCropNeedData const& data) {
             continue;
         }
         if (shown->second != kSensorNotStreaming) {
-            mEvents.endSlice(track, mLine.time.start);
+            mEvents.endSlice(track, modeName(shown->second), mLine.time.start);
         }
         if (mode != kSensorNotStreaming) {
-            mEvents.beginSlice(track, "mode " + std::to_string(mode), mLine.time.start);
+            mEvents.beginSlice(track, modeName(mode), mLine.time.start);
         }
         shown->second = mode;
     }
@@ -280,7 +284,7 @@ void Trace::finish() {
     endAllRequests();
     for (auto const& [sensorId, mode] : mSensorModes) {
         if (mode != kSensorNotStreaming) {
-            mEvents.endSlice(mSensorTracks.at(sensorId), mClock.end());
+            mEvents.endSlice(mSensorTracks.at(sensorId), modeName(mode), mClock.end());
         }
     }
     mEvents.finish(

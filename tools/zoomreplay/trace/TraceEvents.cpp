@@ -39,8 +39,9 @@ void TraceEvents::beginSlice(Track track, std::string_view name, int64_t time) {
     end();
 }
 
-void TraceEvents::endSlice(Track track, int64_t time) {
+void TraceEvents::endSlice(Track track, std::string_view name, int64_t time) {
     begin("E", track, time);
+    field("name", name);
     end();
 }
 

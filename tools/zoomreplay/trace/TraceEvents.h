@@ -61,9 +61,9 @@ class TraceEvents {
     void slice(Track track, std::string_view name, int64_t start, int64_t duration,
                TraceArguments const& arguments);
 
-    /// Something that lasts until endSlice.
+    /// Something that lasts until endSlice, which not every viewer matches without its name.
     void beginSlice(Track track, std::string_view name, int64_t time);
-    void endSlice(Track track, int64_t time);
+    void endSlice(Track track, std::string_view name, int64_t time);
 
     /// A request: they overlap, so the viewer gives each a lane below one name.
     void beginRequest(uint64_t id, int64_t time, TraceArguments const& arguments);
