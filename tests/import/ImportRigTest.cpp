@@ -474,7 +474,7 @@ TEST_F(ImportRigTest, BrokenByteNeverCrashesTheImport) {
     std::string const dump = replaced(std::string(kDump), kTitle, kPhysicalIds) +
                              "  Physical camera 5 characteristics:\n" +
                              std::string(kDump.substr(kDump.find("  android.lens")));
-    for (size_t i = 0; i < dump.size(); i += 3) {
+    for (size_t i = 0; i < dump.size(); i += 17) {
         std::string broken = dump;
         broken[i] = kBytes[i % kBytes.size()];
         auto const result = import(broken);

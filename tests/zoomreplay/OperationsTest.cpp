@@ -157,10 +157,10 @@ INSTANTIATE_TEST_SUITE_P(All, OperationTest,
                          testing::Values(kWithoutStrategy, kTimes, kInstantRequest, kByRequest,
                                          kPublish, kCorrection, kMapper, kException, kProperty));
 
-class LogTest : public ToolTest {};
+class CallLogTest : public ToolTest {};
 
 // Warnings only, by the unified logger only: the crop is moved to the left.
-TEST_F(LogTest, BelongsToTheCallThatWroteIt) {
+TEST_F(CallLogTest, BelongsToTheCallThatWroteIt) {
     auto const result = replay(std::string(kSensor) +
                                    R"({"op":"logger","mode":2,"detailsLevel":2}
 {"op":"getZoomOverrideMode"}
@@ -176,7 +176,7 @@ TEST_F(LogTest, BelongsToTheCallThatWroteIt) {
 )");
 }
 
-TEST_F(LogTest, OfTheManagersMakingBelongsToTheFirstManagerLine) {
+TEST_F(CallLogTest, OfTheManagersMakingBelongsToTheFirstManagerLine) {
     auto const result = replay(
         R"({"op":"logger","mode":2,"detailsLevel":5}
 {"op":"SensorCropMapper.config"}
@@ -193,7 +193,7 @@ TEST_F(LogTest, OfTheManagersMakingBelongsToTheFirstManagerLine) {
               std::string::npos);
 }
 
-TEST_F(LogTest, LevelsAreSwitchedOneByOne) {
+TEST_F(CallLogTest, LevelsAreSwitchedOneByOne) {
     std::string const call =
         R"({"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[3500,0,1000,750]})"
         "\n";
@@ -208,7 +208,7 @@ TEST_F(LogTest, LevelsAreSwitchedOneByOne) {
                                       "\"text\": \"[^\"]*fix to right\"\\}\\]\\}\n"));
 }
 
-TEST_F(LogTest, OfAFatalLineIsKept) {
+TEST_F(CallLogTest, OfAFatalLineIsKept) {
     auto const result = replay(kFatalLine, {"--log"});
 
     EXPECT_EQ(result.status, 3);

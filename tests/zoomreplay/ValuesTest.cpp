@@ -60,9 +60,9 @@ constexpr Spelling kFloats[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Spellings, FloatTest, testing::ValuesIn(kFloats));
 
-class RecordTest : public ToolTest, public testing::WithParamInterface<Spelling> {};
+class HistoryTest : public ToolTest, public testing::WithParamInterface<Spelling> {};
 
-TEST_P(RecordTest, KeepsItsNumbers) {
+TEST_P(HistoryTest, KeepsItsNumbers) {
     auto const result =
         replay(R"({"op":"setRunTimeCropNeedData","requestNo":-1,)" + std::string(GetParam().read) +
                "}\n" + R"({"op":"getHistoryCropNeedData","requestNo":"0xFFFFFFFF"})" + "\n");
@@ -83,9 +83,9 @@ constexpr Spelling kTables[] = {
     {R"("extraTable":{"4294967295":-2147483648,"0":2147483647})",
      R"("extraTable": {"0": 2147483647, "4294967295": -2147483648})"},
 };
-INSTANTIATE_TEST_SUITE_P(Spellings, RecordTest, testing::ValuesIn(kTables));
+INSTANTIATE_TEST_SUITE_P(Spellings, HistoryTest, testing::ValuesIn(kTables));
 
-TEST_F(RecordTest, HistoryTakesASignedNumber) {
+TEST_F(HistoryTest, HistoryTakesASignedNumber) {
     auto const result = replay(
         "{\"op\":\"setRunTimeCropNeedData\",\"requestNo\":4294967294}\n"
         "{\"op\":\"getHistoryCropNeedData\",\"requestNo\":-2}\n");
