@@ -1,8 +1,11 @@
-// Both log sinks: their switches, and the capture that tests and tools read.
+// Both log sinks: their switches, where their lines go, and the capture that tests and tools read.
+#include <android/log.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "DebugWrapper.h"
 #include "ULogger.h"
@@ -56,6 +59,31 @@ TEST_F(LogTest, CallbacksTakeTheLinesOfAnyLiblog) {
     void (*const takesOne)(Message const*) = kKeep;
     takesOne(&message);
     EXPECT_EQ(sText, "within");
+}
+
+// Debug lines are level 0 of one sink and level 5 of the other.
+TEST_F(LogTest, LevelsBecomePrioritiesOfLiblog) {
+    static std::vector<std::pair<int32_t, std::string>> lines;
+    lines.clear();
+    auto const before = __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
+    __android_log_set_logger([](__android_logger_data const* line, char const* text) {
+        lines.emplace_back(line->priority, std::string(line->tag) + ": " + text);
+    });
+    for (int32_t const level : {0, 1, 2, 3}) {
+        log_dbg_print("print", level, "%d", level);
+    }
+    for (int32_t const level : {1, 2, 3, 5}) {
+        ULogger::sULogger->print(0, "unified", level, "text", 4);
+    }
+    __android_log_set_logger(__android_log_stderr_logger);
+    __android_log_set_minimum_priority(before);
+
+    std::vector<std::pair<int32_t, std::string>> const expected{
+        {ANDROID_LOG_DEBUG, "print: 0"},      {ANDROID_LOG_ERROR, "print: 1"},
+        {ANDROID_LOG_WARN, "print: 2"},       {ANDROID_LOG_INFO, "print: 3"},
+        {ANDROID_LOG_ERROR, "unified: text"}, {ANDROID_LOG_WARN, "unified: text"},
+        {ANDROID_LOG_INFO, "unified: text"},  {ANDROID_LOG_DEBUG, "unified: text"}};
+    EXPECT_EQ(lines, expected);
 }
 
 TEST_F(LogTest, KeepsLinesOfAllThreads) {

@@ -7,11 +7,13 @@ namespace {
 
 using NSCam::IMetadata;
 
+// The second update of the floats replaces the first, which was longer.
 TEST(Metadata, ReadsOnlyWhatIsThere) {
     constexpr uint32_t kFloats = 1;
     constexpr uint32_t kIntegers = 2;
     constexpr uint32_t kAbsent = 3;
     IMetadata metadata;
+    metadata.update(kFloats, IMetadata::IEntry(std::vector<float>{0.5F, 1.5F, 4.5F}));
     metadata.update(kFloats, IMetadata::IEntry(std::vector<float>{2.5F, 3.5F}));
     metadata.update(kIntegers, IMetadata::IEntry(std::vector<int32_t>{7, 8, 9}));
     float number = -1.0F;

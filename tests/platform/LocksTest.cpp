@@ -1,0 +1,95 @@
+// The platform's tables under several threads: what one of them puts in is there, whatever the
+// other does.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <ostream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "IGenericContainer.h"
+#include "Properties.h"
+#include "host/ContainerRegistry.h"
+#include "host/PropertyStore.h"
+#include "host/SensorTable.h"
+
+namespace {
+
+struct Table {
+    char const* name;
+    void (*put)(int32_t number);
+    bool (*has)(int32_t number);
+    void (*clear)();
+};
+
+void PrintTo(Table const& table, std::ostream* out) {
+    *out << table.name;
+}
+
+std::string nameOf(int32_t number) {
+    return "vendor.debug." + std::to_string(number);
+}
+
+Table const kTables[] = {
+    {"properties", [](int32_t number) { NSCam::Host::setProperty(nameOf(number), number); },
+     [](int32_t number) {
+         return NSCam::Utils::Properties::property_get_int32(nameOf(number).c_str(), -1) == number;
+     },
+     NSCam::Host::clearProperties},
+    {"sensors",
+     [](int32_t number) {
+         NSCam::Host::setSensor(number, {{7, {NSCam::MSize{number, 1}, {}}}});
+     },
+     [](int32_t number) {
+         auto const mode = NSCam::Host::findSensorMode(number, 7);
+         return mode.has_value() && mode->size == NSCam::MSize{number, 1};
+     },
+     NSCam::Host::clearSensors},
+    {"containers",
+     [](int32_t number) {
+         NSCam::IGenericContainer<int32_t>::createWriter(nameOf(number).c_str(), 3, 0)
+             ->publish(number);
+     },
+     [](int32_t number) {
+         return NSCam::IGenericContainer<int32_t>::createReader(nameOf(number).c_str(), 3, 0)
+                    ->readNewest() == number;
+     },
+     NSCam::Host::dropContainers},
+};
+
+class LocksTest : public testing::TestWithParam<Table> {
+ protected:
+    ~LocksTest() override { GetParam().clear(); }
+};
+
+TEST_P(LocksTest, NothingIsLostWhileThreadsFillATable) {
+    constexpr int32_t kThreads = 4;
+    constexpr int32_t kEntries = 40000;
+    Table const& table = GetParam();
+    std::atomic<int> missing{0};
+    std::atomic<int> waiting{kThreads};
+    auto const fill = [&](int32_t first) {
+        for (--waiting; waiting > 0;) {  // all begin at once
+        }
+        for (int32_t i = first; i < kEntries; i += kThreads) {
+            table.put(i);
+            missing += table.has(i) ? 0 : 1;
+        }
+    };
+    std::vector<std::thread> threads;
+    for (int32_t first = 0; first < kThreads; ++first) {
+        threads.emplace_back(fill, first);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+
+    EXPECT_EQ(missing, 0);
+    for (int32_t i = 0; i < kEntries; ++i) {
+        ASSERT_TRUE(table.has(i)) << i;
+    }
+}
+INSTANTIATE_TEST_SUITE_P(All, LocksTest, testing::ValuesIn(kTables));
+
+}  // namespace
