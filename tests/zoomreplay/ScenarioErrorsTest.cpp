@@ -86,6 +86,10 @@ INSTANTIATE_TEST_SUITE_P(Fields, BadLineTest, testing::ValuesIn(kFields));
 
 constexpr BadLine kValues[] = {
     {R"({"op":"onRequestDone","requestNo":1.0})", "onRequestDone: requestNo: must be an integer"},
+    {R"({"op":"onRequestDone","requestNo":18446744073709551616})",
+     "onRequestDone: requestNo: out of range, must be 0 to 4294967295 or -1"},
+    {R"({"op":"isPortExist","sensorId":-18446744073709551616,"port":1})",
+     "isPortExist: sensorId: out of range, must be -2147483648 to 2147483647"},
     {R"({"op":"onRequestDone","requestNo":"0x"})", "onRequestDone: requestNo: must be an integer"},
     {R"({"op":"onRequestDone","requestNo":-2})",
      "onRequestDone: requestNo: out of range, must be 0 to 4294967295 or -1"},

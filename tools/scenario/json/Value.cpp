@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -45,7 +46,9 @@ std::optional<Integer> parseInteger(std::string_view text) {
     return integer;
 }
 
+// A number of more than 64 bits is read as a float, and is beyond any field's range.
 std::optional<Integer> integerOf(Json const& json) {
+    constexpr float kBeyondAll = 0x1p63F;
     if (json.is_number_unsigned()) {
         return Integer{.magnitude = json.get<uint64_t>()};
     }
@@ -55,6 +58,10 @@ std::optional<Integer> integerOf(Json const& json) {
     }
     if (json.is_string()) {
         return parseInteger(json.get_ref<std::string const&>());
+    }
+    if (json.is_number_float() && std::abs(json.get<float>()) >= kBeyondAll) {
+        return Integer{.isNegative = json.get<float>() < 0.0F,
+                       .magnitude = std::numeric_limits<uint64_t>::max()};
     }
     return std::nullopt;
 }
