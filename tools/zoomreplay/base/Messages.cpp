@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <system_error>
 
+#include "TerminalText.h"
+
 namespace zoomreplay {
 
 UserError systemError(std::string const& what, int errorNumber) {
@@ -12,13 +14,7 @@ UserError systemError(std::string const& what, int errorNumber) {
 
 void complain(std::string_view message) {
     constexpr size_t kLongest = 1000;
-    std::string line(message.substr(0, kLongest));
-    for (char& c : line) {
-        auto const byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F) {
-            c = '?';
-        }
-    }
+    std::string line = terminalText(message.substr(0, kLongest), '?');
     line += message.size() > kLongest ? "...\n" : "\n";
     std::fwrite(line.data(), 1, line.size(), stderr);
 }

@@ -20,7 +20,7 @@ class UserError : public std::runtime_error {
 UserError systemError(std::string const& what, int errorNumber);
 
 /// Writes one line to standard error. Parts of it may stem from a damaged file: it is shortened and
-/// its control characters, which a terminal might obey, are replaced.
+/// what a terminal might obey is replaced.
 void complain(std::string_view message);
 
 }  // namespace zoomreplay

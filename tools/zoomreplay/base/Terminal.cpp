@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "TerminalText.h"
+
 namespace zoomreplay {
 namespace {
 
@@ -27,10 +29,9 @@ Terminal Terminal::of(File const& file) {
     return {std::max(columns, kNarrowest), environment("NO_COLOR").empty() && !isDumbTerminal()};
 }
 
-void appendFolded(std::string& out, std::string text, size_t column, size_t indent,
+void appendFolded(std::string& out, std::string_view unsafeText, size_t column, size_t indent,
                   size_t columns) {
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20; }, ' ');
+    std::string text = terminalText(unsafeText, ' ');
     size_t width = columns - column;
     while (text.size() > width) {
         size_t const blank = text.rfind(' ', width);

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 #include "File.h"
 
@@ -23,9 +24,9 @@ struct Terminal {
 bool isDumbTerminal();
 
 /// Appends a text of any length in lines of at most columns, between words where there are any.
-/// Lines after the first are indented. Control characters, which would break the lines, become
-/// blanks.
+/// Lines after the first are indented. What is not safe on a terminal becomes a blank.
 /// @param column where the first line begins
-void appendFolded(std::string& out, std::string text, size_t column, size_t indent, size_t columns);
+void appendFolded(std::string& out, std::string_view unsafeText, size_t column, size_t indent,
+                  size_t columns);
 
 }  // namespace zoomreplay

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "CellText.h"
+#include "base/TerminalText.h"
 #include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
@@ -121,12 +122,9 @@ Row correctionRow(CorrectionAnswer const& answer) {
 }
 
 // Of any text, what fits into a cell.
-std::string plainText(std::string text) {
+std::string plainText(std::string_view text) {
     constexpr size_t kLongest = 30;
-    text.resize(std::min(text.size(), kLongest));
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; }, '?');
-    return text;
+    return terminalText(text.substr(0, kLongest), '?');
 }
 
 Row observedRow(Observation const& observation) {
