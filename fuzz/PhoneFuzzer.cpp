@@ -70,7 +70,7 @@ void importRig(MemoryFile const& text) {
 
 void importWatch(MemoryFile const& text, ZoomOverrideMode mode, bool isLive) {
     static PhoneRig const kSensors = readText(kRig);
-    static File theScenario = File::openOutput("/dev/null", {});
+    static File theScenario = File::openOutput("/dev/null", 0, "/dev/null");
     try {
         PhoneText lines(text.open());
         Session session(theScenario, kSensors, mode);

@@ -307,35 +307,5 @@ TEST_F(ReportTest, WithoutScriptsShowsFindingsAndTheFirstHundredRequests) {
     EXPECT_THAT(plain, HasSubstr("The first 100 of 120 requests"));
 }
 
-struct BadUsage {
-    std::vector<std::string> arguments;
-    char const* message;
-};
-
-void PrintTo(BadUsage const& usage, std::ostream* out) {
-    *out << usage.message;
-}
-
-class ReportUsageTest : public ToolTest, public testing::WithParamInterface<BadUsage> {};
-
-TEST_P(ReportUsageTest, IsRefusedAndNoInputIsLost) {
-    write("s.jsonl", kModeLine);
-    auto const run = this->run(GetParam().arguments);
-
-    EXPECT_EQ(run.status, 2);
-    EXPECT_THAT(run.err, HasSubstr(GetParam().message));
-    EXPECT_EQ(read("s.jsonl"), kModeLine);
-}
-
-BadUsage const kBadUsages[] = {
-    {{"s.jsonl", "-o", "r", "--requests", "1-2"}, "--requests: results are never limited"},
-    {{"s.jsonl", "--report", "r", "--requests", "2-1"}, "2-1: ends before it begins"},
-    {{"s.jsonl", "--report", "r", "--requests", "1-"}, "1-: must be A-B or A"},
-    {{"s.jsonl", "--report", "s.jsonl"}, "s.jsonl: is also read from"},
-    {{"s.jsonl", "-o", "x", "--trace", "./x"}, "./x: is written to twice"},
-    {{"s.jsonl", "--report", "-"}, "<stdout>: is written to twice"},
-};
-INSTANTIATE_TEST_SUITE_P(All, ReportUsageTest, testing::ValuesIn(kBadUsages));
-
 }  // namespace
 }  // namespace zoomreplay::test

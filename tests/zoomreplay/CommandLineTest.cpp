@@ -21,7 +21,12 @@ std::set<std::string> findAll(std::string const& text, char const* pattern) {
 
 class CommandLineTest : public ToolTest {
  protected:
-    CommandLineTest() { write("s.jsonl", kModeLine); }
+    CommandLineTest() {
+        write("s.jsonl", kModeLine);
+        write("r.jsonl", "old results");
+        write("r.html", "old report");
+        write("t.json", "old trace");
+    }
 };
 
 // In their order: the first one writes what the others read.
@@ -82,13 +87,14 @@ void PrintTo(BadUsage const& usage, std::ostream* out) {
 
 class BadUsageTest : public CommandLineTest, public testing::WithParamInterface<BadUsage> {};
 
-TEST_P(BadUsageTest, HasStatusTwoAndLosesNothing) {
+TEST_P(BadUsageTest, HasStatusTwoAndTouchesNoFile) {
+    auto const before = readAll();
     auto const result = run(GetParam().arguments);
 
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
     EXPECT_THAT(result.err, testing::HasSubstr(GetParam().message));
-    EXPECT_EQ(read("s.jsonl"), kModeLine);
+    EXPECT_EQ(readAll(), before);
 }
 
 BadUsage const kBadUsages[] = {
@@ -113,6 +119,25 @@ BadUsage const kBadUsages[] = {
     {{".in", "--compare", "s.jsonl", "-o", "./s.jsonl"}, "./s.jsonl: is also read from"},
     {{"-", "--compare", "-"}, "<stdin>: cannot be both SCENARIO and EXPECTED\n"},
     {{"s.jsonl", "-o", "/dev/full"}, "/dev/full: cannot write: No space left on device\n"},
+    {{"s.jsonl", "-o", "r.jsonl", "--requests", "1-2"}, "--requests: results are never limited"},
+    {{"s.jsonl", "-o", "r.jsonl", "--compare", "s.jsonl", "--differences", "./r.jsonl"},
+     "./r.jsonl: is written to twice"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "r.html", "--requests", "5-3"},
+     "5-3: ends before it begins"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "r.html", "--requests", "1-"},
+     "1-: must be A-B or A"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "no/r.html"}, "no/r.html: cannot open: No such file"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "s.jsonl"}, "s.jsonl: is also read from"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "../r.jsonl/.."}, "cannot open"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "."}, ".: cannot open: Is a directory"},
+    {{"s.jsonl", "-o", "r.jsonl", "--report", "r.html", "--trace", "./r.jsonl"},
+     "./r.jsonl: is written to twice"},
+    {{"s.jsonl", "--report", "new", "--trace", "./new"}, "./new: is written to twice"},
+    {{"s.jsonl", "--report", "-"}, "<stdout>: is written to twice"},
+    {{"s.jsonl", "-o", "new", "--report", "r.html", "--compare", "r.jsonl", "--trace", "r.jsonl"},
+     "r.jsonl: is also read from"},
+    {{"import-rig", "s.jsonl", "-o", "s.jsonl"}, "s.jsonl: is also read from"},
+    {{"import-rig", "s.jsonl", "-o", "r.jsonl"}, "s.jsonl: has no characteristics of cameras"},
 };
 INSTANTIATE_TEST_SUITE_P(All, BadUsageTest, testing::ValuesIn(kBadUsages));
 

@@ -44,7 +44,19 @@ std::string ToolTest::read(std::string const& name) const {
     return text.str();
 }
 
-ToolRun ToolTest::run(std::vector<std::string> const& arguments, std::string_view input) const {
+std::map<std::string, std::string> ToolTest::readAll() const {
+    std::map<std::string, std::string> files;
+    for (auto const& entry : std::filesystem::directory_iterator(mFolder)) {
+        std::string const name = entry.path().filename();
+        if (name.front() != '.') {
+            files[name] = read(name);
+        }
+    }
+    return files;
+}
+
+ToolRun ToolTest::run(std::vector<std::string> const& arguments, std::string_view input,
+                      std::function<void()> const& prepare) const {
     write(".in", input);
     std::vector<std::string> strings{ZOOMREPLAY_PATH};
     strings.insert(strings.end(), arguments.begin(), arguments.end());
@@ -60,6 +72,9 @@ ToolRun ToolTest::run(std::vector<std::string> const& arguments, std::string_vie
         redirect(STDIN_FILENO, ".in", O_RDONLY);
         redirect(STDOUT_FILENO, ".out", O_WRONLY | O_CREAT | O_TRUNC);
         redirect(STDERR_FILENO, ".err", O_WRONLY | O_CREAT | O_TRUNC);
+        if (prepare) {
+            prepare();
+        }
         execv(argv[0], argv.data());
         _exit(127);
     }

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +27,15 @@ class ToolTest : public testing::Test {
     void write(std::string const& name, std::string_view text) const;
     std::string read(std::string const& name) const;
 
+    std::string pathOf(std::string const& name) const { return mFolder / name; }
+
+    /// What all files of the folder hold, by name; without those that run makes.
+    std::map<std::string, std::string> readAll() const;
+
     /// Runs the tool with these arguments; file names are relative to the test's folder.
-    ToolRun run(std::vector<std::string> const& arguments, std::string_view input = "") const;
+    /// @param prepare runs in the new process, when its standard streams are open.
+    ToolRun run(std::vector<std::string> const& arguments, std::string_view input = "",
+                std::function<void()> const& prepare = {}) const;
 
     /// Replays a scenario under the name s.jsonl, results to standard output.
     ToolRun replay(std::string_view scenario, std::vector<std::string> const& more = {}) const;

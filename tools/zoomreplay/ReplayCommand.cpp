@@ -4,12 +4,13 @@
 
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "Commands.h"
 #include "base/Arguments.h"
+#include "base/Output.h"
 #include "jumps/JumpList.h"
 #include "recording/Recording.h"
 #include "replay/Replay.h"
@@ -55,37 +56,43 @@ Examples:
 Exit status: 0 replayed, 1 --compare found a difference, 2 bad usage, file or
 line, 3 the library stopped the process.)";
 
-using Files = std::vector<File const*>;
-
-// The outputs of one run must not end up in each other.
-File openSeparateOutput(std::string const& path, Files const& inputs, Files& outputs) {
-    File file = File::openOutput(path, inputs);
-    for (File const* other : outputs) {
-        bool const isStandard = path == "-" && file.name() == other->name();
-        if (isStandard || file.isSameFile(*other)) {
-            throw UserError(file.name() + ": is written to twice");
-        }
+/// What a replay writes to, all checked and nothing touched.
+struct Outputs {
+    Outputs(Options const& options, std::vector<File const*> const& inputs)
+        : results(options.results.value_or("-")) {
+        std::vector<Output const*> all{&results};
+        auto const add = [&all](std::optional<Output>& output, auto const& path) {
+            if (path.has_value()) {
+                all.push_back(&output.emplace(*path));
+            }
+        };
+        add(differences, options.differences);
+        add(report, options.report);
+        add(trace, options.trace);
+        checkSeparate(all, inputs);
     }
-    return file;
-}
 
-/// The report, the trace and the jumps of a replay, where they are asked for.
-class Pictures {
+    Output results;
+    std::optional<Output> differences;
+    std::optional<Output> report;
+    std::optional<Output> trace;
+};
+
+/// The report, the trace and the jumps of a replay, where they are asked for. Report and trace take
+/// their places when the replay is over.
+class Pictures : public OutcomeConsumer {
  public:
-    Pictures(Options const& options, RequestRange range, Explainer const& explainer,
-             Files const& inputs, Files outputs, File& terminal)
-        : mScenario(inputs.front()->name()) {
+    Pictures(Options const& options, Outputs const& outputs, RequestRange range,
+             Explainer const& explainer, std::string const& scenario, File& terminal) {
         std::vector<RequestConsumer*> consumers;
-        if (options.report.has_value()) {
-            mReportFile.emplace(openSeparateOutput(*options.report, inputs, outputs));
-            outputs.push_back(&*mReportFile);
-            consumers.push_back(
-                &mReport.emplace(*mReportFile, mScenario,
-                                 Report::Shown{options.isLogged, options.expected.has_value()}));
+        if (outputs.report.has_value()) {
+            File& file = mReportFile.emplace(*outputs.report).file();
+            consumers.push_back(&mReport.emplace(
+                file, scenario, Report::Shown{options.isLogged, options.expected.has_value()}));
         }
-        if (options.trace.has_value()) {
-            mTraceFile.emplace(openSeparateOutput(*options.trace, inputs, outputs));
-            mConsumers.push_back(&mTrace.emplace(*mTraceFile, mScenario, range, explainer));
+        if (outputs.trace.has_value()) {
+            File& file = mTraceFile.emplace(*outputs.trace).file();
+            mConsumers.push_back(&mTrace.emplace(file, scenario, range, explainer));
         }
         if (options.hasJumps) {
             consumers.push_back(&mJumps.emplace(terminal, options.limit.value_or(kJumpsShown)));
@@ -95,24 +102,56 @@ class Pictures {
         }
     }
 
+    bool isEmpty() const { return mConsumers.empty(); }
+
     void take(Difference const& difference) {
         if (mReport.has_value()) {
             mReport->take(difference);
         }
     }
 
-    /// Who has to follow the replay.
-    std::vector<OutcomeConsumer*> const& consumers() const { return mConsumers; }
+    void begin(uint64_t line, LineTime const& time) override {
+        for (OutcomeConsumer* consumer : mConsumers) {
+            consumer->begin(line, time);
+        }
+    }
+
+    void prepare(uint64_t line, Input const& input) override {
+        for (OutcomeConsumer* consumer : mConsumers) {
+            consumer->prepare(line, input);
+        }
+    }
+
+    void consume(Outcome const& outcome) override {
+        for (OutcomeConsumer* consumer : mConsumers) {
+            consumer->consume(outcome);
+        }
+    }
+
+    /// Once: what could not be written is not tried again.
+    void finish() override {
+        if (std::exchange(mIsFinished, true)) {
+            return;
+        }
+        for (OutcomeConsumer* consumer : mConsumers) {
+            consumer->finish();
+        }
+        for (auto* file : {&mReportFile, &mTraceFile}) {
+            if (file->has_value()) {
+                (*file)->finish();
+            }
+        }
+    }
 
  private:
-    std::string mScenario;
-    std::optional<File> mReportFile;
+    std::optional<Replacement> mReportFile;
+    std::optional<Replacement> mTraceFile;
     std::optional<Report> mReport;
-    std::optional<File> mTraceFile;
     std::optional<Trace> mTrace;
     std::optional<JumpList> mJumps;
     std::optional<Recording> mRecording;
     std::vector<OutcomeConsumer*> mConsumers;
+    bool mIsFinished = false;
 };
 
 void checkTogether(Options const& options) {
@@ -133,7 +172,7 @@ ExitStatus replay(Options const& options) {
     checkTogether(options);
     LineReader scenario(File::openInput(options.scenario));
     std::optional<LineReader> expected;
-    Files inputs{&scenario.file()};
+    std::vector<File const*> inputs{&scenario.file()};
     if (options.expected.has_value()) {
         expected.emplace(File::openInput(*options.expected));
         inputs.push_back(&expected->file());
@@ -141,18 +180,18 @@ ExitStatus replay(Options const& options) {
     RequestRange const range = options.requests.has_value()
                                    ? parseRequestRange("--requests", *options.requests)
                                    : RequestRange{};
-    File output = File::openOutput(options.results.value_or("-"), inputs);
-    File terminal = File::openOutput("-", inputs);
-    Files outputs{&output};
-    std::optional<File> differences;
-    if (options.differences.has_value()) {
-        differences.emplace(openSeparateOutput(*options.differences, inputs, outputs));
-        outputs.push_back(&*differences);
-    }
+    Outputs const outputs(options, inputs);
+
+    File terminal = File::standardOutput();
     Explainer explainer;
-    Pictures pictures(options, range, explainer, inputs, outputs, terminal);
+    Pictures pictures(options, outputs, range, explainer, scenario.file().name(), terminal);
+    File output = outputs.results.open();  // from here on, what it held is lost
+    std::optional<File> differences;
+    if (outputs.differences.has_value()) {
+        differences.emplace(outputs.differences->open());
+    }
     Progress progress(scenario, output);
-    bool const isPictured = !pictures.consumers().empty();
+    bool const isPictured = !pictures.isEmpty();
     if (isPictured || expected.has_value()) {
         output.outliveReader();
     }
@@ -181,16 +220,14 @@ ExitStatus replay(Options const& options) {
         });
         consumers.push_back(&*compare);
     }
-    consumers.insert(consumers.end(), pictures.consumers().begin(), pictures.consumers().end());
+    consumers.push_back(&pictures);
 
     Replay runner(scenario, options.isLogged, consumers, progress);
     try {
         runner.run();
     } catch (UserError const&) {
         progress.clear();
-        for (OutcomeConsumer* consumer : pictures.consumers()) {
-            consumer->finish();  // what came before a bad line is worth a look
-        }
+        pictures.finish();  // what came before a bad line is worth a look
         throw;
     }
     return compare.has_value() && compare->differences() > 0 ? ExitStatus::Different

@@ -1,14 +1,13 @@
 // zoomreplay: replays recorded request traces through the zoom override library and shows its
 // crops.
-#include <csignal>
 #include <exception>
 
 #include "Commands.h"
 #include "base/File.h"
+#include "base/Process.h"
 
 int main(int argc, char** argv) {
-    // A reader that goes away has seen enough, which is no error.
-    std::signal(SIGPIPE, SIG_IGN);
+    zoomreplay::prepareProcess();
     auto status = zoomreplay::ExitStatus::BadInput;
     try {
         status = zoomreplay::runCommand(argc, argv);

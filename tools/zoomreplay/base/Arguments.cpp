@@ -1,9 +1,11 @@
 // Reads command lines with CLI11, and words what is wrong with them.
 #include "Arguments.h"
 
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "File.h"
 #include "scenario/json/NearMiss.h"
 
 namespace zoomreplay {
@@ -41,7 +43,9 @@ std::optional<ExitStatus> parseArguments(CLI::App& app, int argc, char const* co
     } catch (CLI::ExtrasError const&) {
         complainOfExtra(app);
     } catch (CLI::Success const& e) {  // help or version
-        app.exit(e);
+        std::ostringstream text;
+        app.exit(e, text, text);
+        File::standardOutput().write(text.str());
         return ExitStatus::Success;
     } catch (CLI::ParseError const& e) {
         complain(e.what());

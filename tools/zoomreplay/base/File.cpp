@@ -2,6 +2,7 @@
 #include "File.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,22 +15,21 @@
 namespace zoomreplay {
 namespace {
 
-constexpr char const* kStandardStream = "-";
-
-std::optional<struct stat> statusOf(int descriptor) {
+// Empty for what is not a file on a disk.
+std::optional<struct stat> fileStatus(int descriptor) {
     struct stat status {};
-    if (fstat(descriptor, &status) != 0) {
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
         return std::nullopt;
     }
     return status;
 }
 
-int openOrThrow(std::string const& path, int flags) {
+int openOrThrow(std::string const& path, int flags, std::string const& name) {
     constexpr mode_t kReadableByAll = 0666;  // less the umask
     int const descriptor = open(path.c_str(), flags | O_CLOEXEC, kReadableByAll);
     if (descriptor < 0) {
         bool const isNew = (flags & O_EXCL) != 0;
-        throw systemError(path + (isNew ? ": cannot create" : ": cannot open"), errno);
+        throw systemError(name + (isNew ? ": cannot create" : ": cannot open"), errno);
     }
     return descriptor;
 }
@@ -37,33 +37,19 @@ int openOrThrow(std::string const& path, int flags) {
 }  // namespace
 
 File File::openInput(std::string const& path) {
-    if (path == kStandardStream) {
-        return File(STDIN_FILENO, "<stdin>");
+    if (path == "-") {
+        return {STDIN_FILENO, "<stdin>"};
     }
-    return File(openOrThrow(path, O_RDONLY), path);
+    return {openOrThrow(path, O_RDONLY, path), path};
 }
 
-File File::openOutput(std::string const& path, std::span<File const* const> inputs) {
-    bool const isStandard = path == kStandardStream;
-    File file = isStandard ? File(STDOUT_FILENO, "<stdout>")
-                           : File(openOrThrow(path, O_WRONLY | O_CREAT), path);
-    for (File const* input : inputs) {
-        if (file.isSameFile(*input)) {
-            throw UserError(file.name() + ": is also read from; results need a file of their own");
-        }
-    }
-
-    if (!isStandard && file.size().has_value() && ftruncate(file.mDescriptor, 0) != 0) {
-        throw systemError(file.name() + ": cannot empty", errno);
-    }
-    return file;
+File File::openOutput(std::string const& path, int flags, std::string name) {
+    int const descriptor = openOrThrow(path, O_WRONLY | O_CREAT | flags, name);
+    return {descriptor, std::move(name)};
 }
 
-File File::createOutput(std::string const& path) {
-    if (path == kStandardStream) {
-        return File(STDOUT_FILENO, "<stdout>");
-    }
-    return File(openOrThrow(path, O_WRONLY | O_CREAT | O_EXCL), path);
+File File::standardOutput() {
+    return {STDOUT_FILENO, "<stdout>"};
 }
 
 File::File(int descriptor, std::string name) : mDescriptor(descriptor), mName(std::move(name)) {}
@@ -90,11 +76,15 @@ std::optional<size_t> File::columns() const {
 }
 
 std::optional<uint64_t> File::size() const {
-    auto const status = statusOf(mDescriptor);
-    if (!status.has_value() || !S_ISREG(status->st_mode)) {
-        return std::nullopt;
-    }
-    return static_cast<uint64_t>(status->st_size);
+    auto const status = fileStatus(mDescriptor);
+    return status.has_value() ? std::optional(static_cast<uint64_t>(status->st_size))
+                              : std::nullopt;
+}
+
+std::optional<FileId> File::id() const {
+    auto const status = fileStatus(mDescriptor);
+    return status.has_value() ? std::optional(FileId{status->st_dev, status->st_ino})
+                              : std::nullopt;
 }
 
 size_t File::read(std::span<char> buffer) {
@@ -110,26 +100,58 @@ size_t File::read(std::span<char> buffer) {
 }
 
 void File::write(std::string_view text) {
-    while (!text.empty()) {
-        ssize_t const count = ::write(mDescriptor, text.data(), text.size());
+    size_t written = 0;
+    while (written < text.size()) {
+        ssize_t const count = ::write(mDescriptor, text.data() + written, text.size() - written);
         if (count >= 0) {
-            text.remove_prefix(static_cast<size_t>(count));
+            written += static_cast<size_t>(count);
+        } else if (errno == EPIPE && mOutlivesReader) {
+            return;
         } else if (errno == EPIPE) {
-            if (mOutlivesReader) {
-                return;
-            }
             throw ClosedPipe(mName + ": nobody reads it any more");
         } else if (errno != EINTR) {
-            throw systemError(mName + ": cannot write", errno);
+            int const error = errno;
+            takeBack(written);
+            throw systemError(mName + ": cannot write", error);
         }
     }
 }
 
-bool File::isSameFile(File const& other) const {
-    auto const mine = statusOf(mDescriptor);
-    auto const theirs = statusOf(other.mDescriptor);
-    return mine.has_value() && theirs.has_value() && S_ISREG(mine->st_mode) &&
-           mine->st_dev == theirs->st_dev && mine->st_ino == theirs->st_ino;
+void File::claim() {
+    if (!size().has_value()) {
+        return;
+    }
+    if (flock(mDescriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        throw UserError(mName + ": another run writes to it");
+    }
+    if (ftruncate(mDescriptor, 0) != 0) {
+        throw systemError(mName + ": cannot empty", errno);
+    }
+}
+
+void File::setPermissions(uint32_t bits) {
+    if (fchmod(mDescriptor, bits) != 0) {
+        throw systemError(mName + ": cannot set permissions", errno);
+    }
+}
+
+void File::sync() {
+    if (fsync(mDescriptor) != 0) {
+        throw systemError(mName + ": cannot write", errno);
+    }
+}
+
+// Only at the end of a file: what others have written behind stays.
+void File::takeBack(size_t count) noexcept {
+    off_t const end = lseek(mDescriptor, 0, SEEK_CUR);
+    auto const length = static_cast<off_t>(count);
+    auto const status = fileStatus(mDescriptor);
+    if (!status.has_value() || end < length || status->st_size != end) {
+        return;
+    }
+    if (ftruncate(mDescriptor, end - length) == 0) {
+        lseek(mDescriptor, end - length, SEEK_SET);
+    }
 }
 
 }  // namespace zoomreplay

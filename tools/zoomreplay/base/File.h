@@ -1,4 +1,4 @@
-// Files for reading and writing, standard streams included.
+// Open files, standard streams included.
 #pragma once
 
 #include <cstdint>
@@ -17,6 +17,14 @@ class ClosedPipe : public UserError {
     using UserError::UserError;
 };
 
+/// What tells files on a disk apart, whatever their names.
+struct FileId {
+    uint64_t device;
+    uint64_t number;
+
+    bool operator==(FileId const&) const = default;
+};
+
 /// An open file or one of the standard streams. All operations throw UserError with the file's
 /// name.
 class File {
@@ -24,12 +32,12 @@ class File {
     /// Opens for reading; "-" is standard input.
     static File openInput(std::string const& path);
 
-    /// Opens for writing, from an empty file on; "-" is standard output. A file that is one of
-    /// inputs is refused before anything of it is lost.
-    static File openOutput(std::string const& path, std::span<File const* const> inputs);
+    /// Opens or makes a file for writing, as it is; made readable by all, less the umask.
+    /// @param flags of open, besides O_WRONLY and O_CREAT.
+    /// @param name for messages.
+    static File openOutput(std::string const& path, int flags, std::string name);
 
-    /// Opens for writing a file that is not there yet; "-" is standard output.
-    static File createOutput(std::string const& path);
+    static File standardOutput();
 
     File(File&& other) noexcept;
     File(File const&) = delete;
@@ -46,20 +54,32 @@ class File {
     /// Size in bytes; empty where there is none, as for a pipe.
     std::optional<uint64_t> size() const;
 
+    /// Empty for what is not a file on a disk.
+    std::optional<FileId> id() const;
+
     /// Reads what is there, waiting for at least one byte. @return bytes read, 0 at the end.
     size_t read(std::span<char> buffer);
 
-    /// Writes all of text before it returns. @throws ClosedPipe
+    /// Writes all of text before it returns; nothing of it, when a disk is too full for all.
+    /// @throws ClosedPipe
     void write(std::string_view text);
 
     /// From now on what a reader that went away would have got is dropped.
     void outliveReader() { mOutlivesReader = true; }
 
-    /// Whether both are one file on the disk.
-    bool isSameFile(File const& other) const;
+    /// Empties it for this run alone, until it is closed. What is not a file on a disk stays as it
+    /// is. @throws UserError another run writes to it.
+    void claim();
+
+    /// Gives it the permissions of another file, the bits of its mode.
+    void setPermissions(uint32_t bits);
+
+    /// Has everything on the disk, or throws.
+    void sync();
 
  private:
     File(int descriptor, std::string name);
+    void takeBack(size_t count) noexcept;
 
     int mDescriptor;
     std::string mName;

@@ -11,6 +11,7 @@
 #include "CameraDump.h"
 #include "RigText.h"
 #include "base/Arguments.h"
+#include "base/Output.h"
 
 namespace zoomreplay {
 namespace {
@@ -102,6 +103,8 @@ ExitStatus importRig(int argc, char const* const* argv) {
     options.angles = sources.at(angles);
 
     PhoneText text(File::openInput(dumpPath));
+    Output const output(rigPath);
+    checkSeparate({&output}, {&text.file()});
     auto const dump = readCameraDump(text);
     std::string const place = text.file().name() + ": ";
     std::string rig;
@@ -119,8 +122,9 @@ ExitStatus importRig(int argc, char const* const* argv) {
     } catch (UserError const& e) {
         throw UserError(place + e.what());
     }
-    std::vector<File const*> const inputs{&text.file()};
-    File::openOutput(rigPath, inputs).write(rig);
+    Replacement replacement(output);
+    replacement.file().write(rig);
+    replacement.finish();
     return ExitStatus::Success;
 }
 

@@ -11,6 +11,7 @@
 #include "Session.h"
 #include "WatchLog.h"
 #include "base/Arguments.h"
+#include "base/Output.h"
 #include "scenario/text/ModeNames.h"
 
 namespace zoomreplay {
@@ -40,9 +41,8 @@ the lines to try another override. What the phone answered is kept beside it.)";
 /// cost an older file.
 class Scenario : public WatchFollower {
  public:
-    Scenario(std::string path, std::vector<File const*> inputs, PhoneRig const& rig,
-             ZoomOverrideMode mode)
-        : mPath(std::move(path)), mInputs(std::move(inputs)), mRig(rig), mMode(mode) {}
+    Scenario(Output const& output, PhoneRig const& rig, ZoomOverrideMode mode)
+        : mOutput(output), mRig(rig), mMode(mode) {}
 
     void request(WatchedFrame const& frame) override { session().request(frame); }
     void observe(WatchedFrame const& frame) override { session().observe(frame); }
@@ -59,14 +59,13 @@ class Scenario : public WatchFollower {
  private:
     Session& session() {
         if (!mSession.has_value()) {
-            mFile.emplace(File::openOutput(mPath, mInputs));
+            mFile.emplace(mOutput.open());
             mSession.emplace(*mFile, mRig, mMode);
         }
         return *mSession;
     }
 
-    std::string mPath;
-    std::vector<File const*> mInputs;
+    Output const& mOutput;
     PhoneRig const& mRig;
     ZoomOverrideMode mMode;
     std::optional<File> mFile;
@@ -184,7 +183,9 @@ ExitStatus importWatch(int argc, char const* const* argv) {
         inputs.push_back(&dump->file());
         rig.streams = readStreams(*dump, rig, camera);
     }
-    Scenario scenario(scenarioPath, inputs, rig, modes.at(modeName));
+    Output const output(scenarioPath);
+    checkSeparate({&output}, inputs);
+    Scenario scenario(output, rig, modes.at(modeName));
     import(text, camera, scenario);
     return ExitStatus::Success;
 }

@@ -6,7 +6,7 @@
 
 #include "FirstScenarios.h"
 #include "base/Arguments.h"
-#include "base/File.h"
+#include "base/Output.h"
 
 namespace zoomreplay {
 namespace {
@@ -41,7 +41,7 @@ ExitStatus newScenario(int argc, char const* const* argv) {
         return *status;
     }
 
-    File::createOutput(path).write(scenarios.at(mode));
+    Output(path).create(scenarios.at(mode));
     return ExitStatus::Success;
 }
 

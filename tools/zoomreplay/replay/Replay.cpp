@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "Operations.h"
+#include "base/UnfinishedFile.h"
 #include "host/LiblogCallback.h"
 #include "scenario/json/LineError.h"
 #include "scenario/json/Value.h"
@@ -146,6 +147,7 @@ void Replay::endFatally(std::string_view text) {
         complain(theLastError);
     }
     complain(mScenario.place() + ": " + std::string(mOp) + ": the library stopped the process");
+    removeUnfinished();
     _exit(static_cast<int>(status));
 }
 

@@ -34,7 +34,7 @@ ExitStatus explain(Options const& options) {
     CropChoice const choice{parseRequestRange("REQUEST", options.requests), options.sensorId,
                             options.port};
     LineReader scenario(File::openInput(options.scenario));
-    File output = File::openOutput("-", {});
+    File output = File::standardOutput();
     Progress progress(scenario, output);
     Explainer explainer;
     StepPrinter printer(output, explainer, choice);

@@ -1,0 +1,168 @@
+// Outputs are whole or untouched, whatever ends the run.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
+#include "ToolTest.h"
+#include "base/Process.h"
+#include "base/UnfinishedFile.h"
+
+namespace zoomreplay::test {
+namespace {
+
+using testing::EndsWith;
+using testing::StartsWith;
+
+class OutputTest : public ToolTest {
+ protected:
+    OutputTest() {
+        write("s.jsonl", kModeLine);
+        write("r.html", "old report");
+        write("t.json", "old trace");
+    }
+
+    /// Files end after so many bytes, as on a full disk.
+    static std::function<void()> fullAfter(rlim_t bytes) {
+        return [bytes] {
+            rlimit const limit{bytes, bytes};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        };
+    }
+};
+
+TEST_F(OutputTest, FullDiskKeepsTheOldReportAndTrace) {
+    auto const before = readAll();
+    auto const report = run({"s.jsonl", "--report", "r.html"}, "", fullAfter(5000));
+    auto const trace = run({"s.jsonl", "--trace", "t.json"}, "", fullAfter(100));
+
+    EXPECT_EQ(report.status, 2);
+    EXPECT_EQ(report.err, "r.html: cannot write: File too large\n");
+    EXPECT_EQ(trace.status, 2);
+    EXPECT_EQ(readAll(), before);
+}
+
+TEST_F(OutputTest, FullDiskLeavesWholeLinesOfResults) {
+    std::string lines;
+    for (int i = 0; i < 100; ++i) {
+        lines += kModeLine;
+    }
+    write("s.jsonl", lines);
+    auto const result = run({"s.jsonl", "-o", "r.jsonl"}, "", fullAfter(1000));
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_GT(read("r.jsonl").size(), 900U);
+    EXPECT_THAT(read("r.jsonl"), EndsWith("}\n"));
+}
+
+TEST_F(OutputTest, FullDiskLeavesNoNewScenario) {
+    auto const before = readAll();
+    EXPECT_EQ(run({"new", "n.jsonl"}, "", fullAfter(100)).status, 2);
+    EXPECT_EQ(readAll(), before);
+}
+
+// A replay whose scenario goes on for as long as the test wants.
+TEST_F(OutputTest, SignalKeepsTheOldReportAndWholeLinesOfResults) {
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP}) {
+        std::array<int, 2> in{};
+        ASSERT_EQ(pipe2(in.data(), O_CLOEXEC), 0);
+        pid_t const child = fork();
+        if (child == 0) {
+            dup2(in[0], STDIN_FILENO);
+            std::string const results = pathOf("r.jsonl");
+            std::string const report = pathOf("r.html");
+            execl(ZOOMREPLAY_PATH, ZOOMREPLAY_PATH, "-", "-o", results.c_str(), "--report",
+                  report.c_str(), nullptr);
+            _exit(127);
+        }
+        close(in[0]);
+        ASSERT_GT(::write(in[1], kModeLine.data(), kModeLine.size()), 0);
+        for (int i = 0; i < 1000 && read("r.jsonl") != kModeResult; ++i) {
+            usleep(10000);
+        }
+        kill(child, signal);
+        int status = 0;
+        waitpid(child, &status, 0);
+        close(in[1]);
+
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
+        EXPECT_EQ(read("r.jsonl"), kModeResult);
+        EXPECT_EQ(read("r.html"), "old report");
+        std::filesystem::remove(pathOf("r.jsonl"));
+    }
+    EXPECT_EQ(readAll().size(), 3U);
+}
+
+using OutputDeathTest = OutputTest;
+
+TEST_F(OutputDeathTest, SignalRemovesAnUnfinishedFile) {
+    auto const dieOf = [this](int signal) {
+        prepareProcess();
+        UnfinishedFile file(pathOf("part"), "part");
+        file.file().write("half of ");
+        std::raise(signal);
+    };
+    auto const before = readAll();
+    EXPECT_EXIT(dieOf(SIGTERM), testing::KilledBySignal(SIGTERM), "");
+    EXPECT_EQ(readAll(), before);
+}
+
+TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
+    std::filesystem::create_symlink("r.html", pathOf("link.html"));
+    ASSERT_EQ(chmod(pathOf("r.html").c_str(), 0640), 0);
+    EXPECT_EQ(run({"s.jsonl", "--report", "link.html", "--trace", "/dev/null"}).status, 0);
+
+    struct stat status {};
+    ASSERT_EQ(stat(pathOf("r.html").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+    EXPECT_TRUE(std::filesystem::is_symlink(pathOf("link.html")));
+    EXPECT_THAT(read("r.html"), StartsWith("<!DOCTYPE html>"));
+    EXPECT_EQ(readAll().size(), 4U);
+}
+
+TEST_F(OutputTest, OneRunAtATimeWritesToAFile) {
+    write("r.jsonl", "of the other run");
+    int const other = open(pathOf("r.jsonl").c_str(), O_WRONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(other, LOCK_EX), 0);
+    auto const result = run({"s.jsonl", "-o", "r.jsonl"});
+    close(other);
+
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.err, "r.jsonl: another run writes to it\n");
+    EXPECT_EQ(read("r.jsonl"), "of the other run");
+}
+
+TEST_F(OutputTest, ClosedStreamsAreNotTakenOver) {
+    auto const closing = [](std::vector<int> const& streams) {
+        return [streams] {
+            for (int const stream : streams) {
+                close(stream);
+            }
+        };
+    };
+    write("s.jsonl", std::string(kModeLine) + "{}\n");
+    EXPECT_EQ(run({"s.jsonl", "-o", "r.jsonl"}, "", closing({0, 2})).status, 2);
+    EXPECT_EQ(read("r.jsonl"), kModeResult);
+
+    EXPECT_EQ(run({"s.jsonl", "-o", "-"}, "", closing({1})).err,
+              "<stdout>: cannot write: Bad file descriptor\n");
+    EXPECT_EQ(run({"-", "-o", "-"}, "", closing({0})).err,
+              "<stdin>: cannot read: Bad file descriptor\n");
+}
+
+TEST_F(OutputTest, HelpThatCannotBeWrittenIsTold) {
+    for (auto const* option : {"--help", "--version"}) {
+        auto const result =
+            run({option}, "", [] { dup2(open("/dev/full", O_WRONLY | O_CLOEXEC), STDOUT_FILENO); });
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.err, "<stdout>: cannot write: No space left on device\n");
+    }
+}
+
+}  // namespace
+}  // namespace zoomreplay::test
