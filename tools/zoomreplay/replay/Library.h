@@ -64,6 +64,8 @@ class Library {
             return ExceptionAnswer{"bad_alloc", e.what()};
         } catch (std::exception const& e) {
             return ExceptionAnswer{"exception", e.what()};
+        } catch (...) {  // a customer's mapper may throw anything
+            return ExceptionAnswer{"unknown", "no std::exception"};
         }
     }
 

@@ -167,19 +167,27 @@ MSize Told::outputSize(uint32_t sensorId, uint32_t mode) {
 }
 
 SensorCropOutput Told::mapPublished() {
+    SensorCropOutput output;
+    try {
+        askMapper(output);
+    } catch (...) {  // a customer's mapper may throw anything: what it asked for is not known
+        output = {};
+    }
+    Host::takeCapturedLog();  // what this mapper logs is not the scenario's
+    return output;
+}
+
+void Told::askMapper(SensorCropOutput& output) {
     if (mMapper == nullptr) {
         mMapper = ISensorCropMapperFactory::createSensorCropMapperInstance({.externalApi = true});
         if (mMapper != nullptr && mAngles.line != 0) {
             mMapper->config(mAngles.config);
         }
     }
-    SensorCropOutput output;
     if (mMapper != nullptr) {
         mMapper->getSensorCrop(
             {.enable = mPublished.entry.enable, .zoomRatio = mPublished.entry.zoomRatio}, output);
     }
-    Host::takeCapturedLog();  // what this mapper logs is not the scenario's
-    return output;
 }
 
 }  // namespace zoomreplay

@@ -93,6 +93,8 @@ class Told {
     NSCam::Feature::SensorCropOutput mapPublished();
 
  private:
+    void askMapper(NSCam::Feature::SensorCropOutput& output);
+
     void takeKind(uint64_t line, SensorInput const& input);
     void takeKind(uint64_t line, PublishInput const& input);
     void takeKind(uint64_t line, ManagerInput const& input);

@@ -1,0 +1,35 @@
+// A customer's mapper that throws what it should not: whenever it is configured, and for 8x and
+// more.
+#include <stdexcept>
+
+#include "CustomSensorCropMapper.h"
+
+namespace NSCam::Feature {
+
+struct CustomSensorCropMapper::Impl {};
+
+CustomSensorCropMapper::CustomSensorCropMapper(
+    ISensorCropMapperFactory::CreationParams const& /*params*/, char const* /*name*/) {}
+
+CustomSensorCropMapper::~CustomSensorCropMapper() = default;
+
+bool CustomSensorCropMapper::initialize(SensorCropMapperInit const& /*init*/) {
+    return true;
+}
+
+bool CustomSensorCropMapper::config(SensorCropMapperConfig const& /*config*/) {
+    throw std::runtime_error("\u009B2Jno calibration\u202E");
+}
+
+bool CustomSensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) {
+    constexpr float kTooNarrow = 8.0F;
+    if (in.zoomRatio >= kTooNarrow) {
+        throw 42;
+    }
+    out.isValid = true;
+    out.zoomRatio = in.zoomRatio;
+    out.sensorCrops[0] = {100, 100, 1000, 750};
+    return true;
+}
+
+}  // namespace NSCam::Feature

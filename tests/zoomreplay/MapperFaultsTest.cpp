@@ -1,0 +1,62 @@
+// Replays with a customer's mapper that throws.
+#include <cstdlib>
+
+#include "ToolTest.h"
+
+namespace zoomreplay::test {
+namespace {
+
+class MapperFaultsTest : public ToolTest {
+ protected:
+    ToolRun runWithMapper(std::vector<std::string> const& arguments) const {
+        return run(arguments, "",
+                   [] { setenv("LD_LIBRARY_PATH", FAULTY_MAPPER_FOLDER, 1 /* overwrite */); });
+    }
+
+    std::string const mScenario = std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
+{"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":66,"degreeV":41,"activeArray":[0,0,4608,2592]}}}
+{"op":"configSensorBehaviorInfo","portSizes":{"0":{"1":[2304,1296]}}}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
+{"op":"publish","zoomRatio":2,"enable":true}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"publish","zoomRatio":8,"enable":true}
+{"op":"setRunTimeCropNeedData","requestNo":2,"sensorModes":{"0":1}}
+{"op":"getP1CropSetting","requestNo":2,"zoomRatio":9}
+{"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":9}
+{"op":"onRequestDone","requestNo":1}
+)";
+};
+
+TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
+    write("s.jsonl", mScenario);
+    auto const plain = runWithMapper({"s.jsonl", "-o", "-"});
+    auto const pictured =
+        runWithMapper({"s.jsonl", "-o", "-", "--report", "r.html", "--trace", "t.json"});
+
+    using testing::HasSubstr;
+    EXPECT_EQ(plain.status, 0) << plain.err;
+    EXPECT_THAT(
+        plain.out,
+        HasSubstr(R"({"line": 3, "op": "configSensorInfo", "exception": "runtime_error",)"));
+    EXPECT_THAT(plain.out, HasSubstr(R"("tgCrops": {"0": {"0x7001": [50, 50, 500, 375],)"));
+    for (char const* op : {R"("line": 10, "op": "getP1CropSetting")",
+                           R"("line": 11, "op": "SensorCropMapper.getSensorCrop")"}) {
+        EXPECT_THAT(plain.out,
+                    HasSubstr(std::string(op) +
+                              R"(, "exception": "unknown", "what": "no std::exception"})"));
+    }
+    EXPECT_THAT(plain.out,
+                testing::EndsWith("{\"line\": 12, \"op\": \"onRequestDone\", \"result\": true}\n"));
+    EXPECT_EQ(pictured.status, 0) << pictured.err;
+    EXPECT_EQ(pictured.out, plain.out);
+}
+
+TEST_F(MapperFaultsTest, TextsOfACustomerCannotSteerTheTerminal) {
+    write("s.jsonl", mScenario);
+    EXPECT_THAT(
+        runWithMapper({"s.jsonl"}).out,
+        testing::HasSubstr("configSensorInfo: exception runtime_error:  2Jno calibration\n"));
+}
+
+}  // namespace
+}  // namespace zoomreplay::test
