@@ -208,6 +208,21 @@ TEST_F(CallLogTest, LevelsAreSwitchedOneByOne) {
                                       "\"text\": \"[^\"]*fix to right\"\\}\\]\\}\n"));
 }
 
+// Debug lines belong to two groups, and both must be wanted.
+TEST_F(CallLogTest, GroupsOfDebugLinesAreSwitchedByTheMask) {
+    auto const logged = [this](char const* mask) {
+        auto const result =
+            replay(R"({"op":"logger","mode":2,"detailsLevel":5,"normalDetailsMask":)" +
+                       std::string(mask) + "}\n" + std::string(kModeLine) +
+                       R"({"op":"getP2CropSetting","requestNo":1,"zoomRatio":2})",
+                   {"--log"});
+        return result.out.find("meta req 1, ratio 2.00") != std::string::npos;
+    };
+    EXPECT_TRUE(logged(R"("0x1001000")"));
+    EXPECT_FALSE(logged(R"("0x1000000")"));
+    EXPECT_FALSE(logged(R"("0xFFFFEFFF")"));
+}
+
 TEST_F(CallLogTest, OfAFatalLineIsKept) {
     auto const result = replay(kFatalLine, {"--log"});
 

@@ -31,6 +31,17 @@ TEST_F(RobustnessTest, FatalConditionKeepsEverythingBeforeIt) {
                           "s.jsonl:2: setRunTimeCropNeedData: the library stopped the process\n"));
 }
 
+// What the first line logs is an error, and the fatal line may not say why.
+TEST_F(RobustnessTest, FatalConditionIsNotExplainedByAnEarlierLine) {
+    auto const result = replay(
+        "{\"op\":\"SensorCropMapper.getSensorCrop\",\"zoomRatio\":2}\n"
+        "{\"op\":\"logger\",\"levels\":{\"1\":false}}\n" +
+        std::string(kFatalLine));
+
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.err, testing::Not(testing::HasSubstr("cannot find in mvInfo")));
+}
+
 TEST_F(RobustnessTest, FatalLineThatCannotBeWrittenIsTold) {
     write("s.jsonl", kFatalLine);
     auto const result = run({"s.jsonl", "-o", "/dev/full"});

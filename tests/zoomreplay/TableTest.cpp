@@ -61,6 +61,25 @@ TEST_F(TableTest, HasARowForWhatThePhoneObserved) {
 )");
 }
 
+TEST_F(TableTest, HasRowsForWhatIsNoRequest) {
+    auto const result = show(
+        std::string(kSensor) +
+        R"({"op":"SensorCropMapper.config","sensorIds":[0],"sensorInfos":{"0":{"degreeH":66,"degreeV":41,"activeArray":[0,0,4608,2592]}}}
+{"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":2}
+{"op":"SensorCropMapper.getSensorCrop","zoomRatio":3}
+{"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[3500,0,1000,750]}
+{"op":"getP2CropSetting","requestNo":1,"zoomRatio":1,"need":{"extraTgCrops":{"12":[5,6,7,8]}}}
+)");
+
+    EXPECT_EQ(result.out,
+              R"(   line    request  query    asked  override  answer    sensor, port and crop
+      3          -  map       2.00      2.00  override  0 crop    (1152, 648)/2304x1296
+      4          -  map       3.00      3.00  no        0 crop    (1536, 864)/1536x864
+      5          -  fit          -         -  fitted    0 crop    (1304, 0)/1000x750
+      6          1  P2        1.00      1.00  no       12 extra   (5, 6)/7x8
+)");
+}
+
 std::string const kKeptAndCorrected = std::string(kSensor) + R"({"op":"initialize","mode":3}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48]}}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,-8,0,400,300]},"streamIdMap":{"1":"0x70010000000000"}}
