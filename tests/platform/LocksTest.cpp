@@ -78,6 +78,7 @@ TEST_P(LocksTest, NothingIsLostWhileThreadsFillATable) {
         }
     };
     std::vector<std::thread> threads;
+    threads.reserve(kThreads);
     for (int32_t first = 0; first < kThreads; ++first) {
         threads.emplace_back(fill, first);
     }

@@ -52,10 +52,13 @@ TEST_F(UnknownFieldTest, IsRefusedByEveryOperationAndRecord) {
     std::set<std::string_view> ops;
     for (auto const& [op, fields, record] : kComplete) {
         ops.insert(op);
-        std::string line = R"({"op":")" + op + "\"," + fields + "}\n";
+        std::string line = R"({"op":")";
+        line.append(op).append("\",").append(fields).append("}\n");
         auto const result = replay(line.replace(line.find('$'), 1, R"("xyzzy":0)"));
         EXPECT_EQ(result.status, 2) << line;
-        EXPECT_EQ(result.err, "s.jsonl:1: " + op + ": " + record + "xyzzy: unknown field\n");
+        std::string complaint = "s.jsonl:1: ";
+        complaint.append(op).append(": ").append(record).append("xyzzy: unknown field\n");
+        EXPECT_EQ(result.err, complaint);
     }
     for (auto const group : {platformOperations(), managerOperations(), mapperOperations()}) {
         for (Operation const& operation : group) {

@@ -226,7 +226,7 @@ void Session::writeSetUp() {
         mOut.append(line).append("\n");
     }
     begin("initialize");
-    appendField(mOut, "mode", nameOf(mMode));
+    appendField(mOut, "mode", scenario::nameOf(mMode));
     end();
     for (auto const& line : mRig.configLines) {
         mOut.append(line).append("\n");

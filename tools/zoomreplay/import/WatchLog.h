@@ -68,7 +68,7 @@ class WatchLog {
     /// @param isLive hand frames on as soon as the second one shows that the log is not newest
     ///     first. Otherwise all come at the end, when the log is known to be right.
     WatchLog(WatchFollower& follower, std::optional<std::string> camera, bool isLive)
-        : mJoiner(follower), mFollower(follower), mCamera(std::move(camera)), mIsLive(isLive) {}
+        : mJoiner(follower), mCamera(std::move(camera)), mIsLive(isLive) {}
 
     /// @throws UserError a second camera shows up after the first one's frames went on.
     void take(std::string_view line, uint64_t lineNumber);
@@ -96,7 +96,6 @@ class WatchLog {
     void demandOneSource() const;
 
     FrameJoiner mJoiner;
-    WatchFollower& mFollower;
     std::optional<std::string> mCamera;
     bool mIsLive;
     bool mIsFlowing = false;
