@@ -47,7 +47,8 @@ class Requests : public Work {
     }
 
     bool agree() const override {
-        return sameNeed(mModuleLast.p1, mFloorLast.p1) && sameNeed(mModuleLast.p2, mFloorLast.p2);
+        return scenario::areSame(mModuleLast.p1, mFloorLast.p1) &&
+               scenario::areSame(mModuleLast.p2, mFloorLast.p2);
     }
 
  protected:

@@ -3,6 +3,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "DomainTransform.h"
@@ -61,11 +62,10 @@ std::array<double, 2> numbersOf(int64_t streamId) {
 }
 
 double plain(float value) {
-    std::array<char, 32> text{};
-    auto const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
-    double number = 0.0;
-    std::from_chars(text.data(), end, number);
-    return withoutSignOfZero(number);
+    std::array<char, 32> text{};  // longer than any float: ends with a zero
+    std::to_chars(text.data(), text.data() + text.size(), value);
+    // Not every standard library has from_chars for floats.
+    return withoutSignOfZero(std::strtod(text.data(), nullptr));
 }
 
 void addStep(CropPath& path, std::string_view words, std::vector<double> numbers, Domain domain,
