@@ -3,8 +3,8 @@
 #include <libcamera/geometry.h>
 
 #include "Case.h"
-#include "DomainTransform.h"
 #include "Rig.h"
+#include "geometry/DomainTransform.h"
 
 namespace Bench {
 
