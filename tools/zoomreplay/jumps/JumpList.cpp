@@ -6,7 +6,7 @@
 
 namespace zoomreplay {
 
-void JumpList::finish(ReplayRecord const& replay) {
+void JumpList::finish(ReplaySummary const& replay) {
     JumpFinder::finish(replay);
     if (count() == 0) {
         mFile.write("No jumps: the picture moves with the asked ratio.\n");

@@ -14,7 +14,7 @@ class JumpList : public JumpFinder {
     /// @param file outlives the list
     JumpList(File& file, size_t limit) : mFile(file), mLimit(limit) {}
 
-    void finish(ReplayRecord const& replay) override;
+    void finish(ReplaySummary const& replay) override;
 
  private:
     File& mFile;

@@ -20,7 +20,7 @@ float tangentOf(double degrees) {
     return static_cast<float>(std::tan(degrees * kRadiansPerDegree));
 }
 
-std::optional<Window> windowOf(CropRecord const& crop, Rig const& rig) {
+std::optional<Window> windowOf(ReplayedCrop const& crop, Rig const& rig) {
     if (!crop.view.has_value()) {
         return std::nullopt;
     }
@@ -63,9 +63,9 @@ std::optional<Window> applicationsWindow(Rig const& rig, uint32_t sensorId, floa
     return isUsable ? std::optional(Window{true, -x, x, -y, y}) : std::nullopt;
 }
 
-QueryRecord const* overriding(RequestRecord const& request, Stage stage) {
+ReplayedQuery const* overriding(ReplayedRequest const& request, Stage stage) {
     auto const found = std::find_if(
-        request.queries.begin(), request.queries.end(), [stage](QueryRecord const& query) {
+        request.queries.begin(), request.queries.end(), [stage](ReplayedQuery const& query) {
             return query.stage == stage && query.state == QueryState::Overridden;
         });
     return found == request.queries.end() ? nullptr : &*found;
@@ -172,14 +172,14 @@ std::string textOf(Jump const& jump) {
     return whose + what + (jump.isBack ? ", and back in the next request" : "");
 }
 
-void JumpFinder::take(RequestRecord const& request, Rig const& rig) {
+void JumpFinder::take(ReplayedRequest const& request, Rig const& rig) {
     auto const* const p1 = overriding(request, Stage::P1);
     auto const* const p2 = overriding(request, Stage::P2);
     auto const* const crops = p1 != nullptr ? p1 : p2;
     if (request.queries.empty() || request.data == nullptr) {
         return;
     }
-    QueryRecord const& query = crops != nullptr ? *crops : request.queries.front();
+    ReplayedQuery const& query = crops != nullptr ? *crops : request.queries.front();
     for (auto const& [sensorId, mode] : request.data->sensorModes) {
         if (mode == NSCam::Feature::kSensorNotStreaming) {
             continue;
@@ -196,8 +196,8 @@ void JumpFinder::take(RequestRecord const& request, Rig const& rig) {
         auto const count =
             std::count_if(query.crops.begin(), query.crops.end(),
                           [id = sensorId](auto const& c) { return c.sensorId == id; });
-        for (CropRecord const& crop : query.crops) {
-            auto const window = crop.sensorId == sensorId && crop.kind != CropRecord::Kind::Extra
+        for (ReplayedCrop const& crop : query.crops) {
+            auto const window = crop.sensorId == sensorId && crop.kind != ReplayedCrop::Kind::Extra
                                     ? windowOf(crop, rig)
                                     : std::nullopt;
             if (!window.has_value()) {
@@ -224,7 +224,7 @@ void JumpFinder::take(RequestRecord const& request, Rig const& rig) {
     }
 }
 
-void JumpFinder::finish(ReplayRecord const& /*replay*/) {
+void JumpFinder::finish(ReplaySummary const& /*replay*/) {
     auto const key = [](Seen const& seen) {
         return std::tuple(seen.index, seen.sensorId, seen.port);
     };

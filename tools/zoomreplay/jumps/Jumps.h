@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "recording/RequestRecord.h"
+#include "recording/ReplayedRequest.h"
 
 namespace zoomreplay {
 
@@ -40,8 +40,8 @@ class JumpFinder : public RequestConsumer {
     /// What the page and the terminal can show at most; the rest is counted.
     static constexpr size_t kMostKept = 1000;
 
-    void take(RequestRecord const& request, Rig const& rig) override;
-    void finish(ReplayRecord const& replay) override;
+    void take(ReplayedRequest const& request, Rig const& rig) override;
+    void finish(ReplaySummary const& replay) override;
 
     /// When the replay is over.
     std::vector<Jump> worstFirst(size_t limit = kMostKept) const;

@@ -60,9 +60,9 @@ void Recording::take(uint64_t line, DepositInput const& input) {
     mStep = 0;
     auto const known = mByNumber.find(input.requestNo);
     bool const isOpen =
-        known != mByNumber.end() && !mOpen.at(known->second).record.doneLine.has_value();
+        known != mByNumber.end() && !mOpen.at(known->second).request.doneLine.has_value();
     Place const place = isOpen ? known->second : addRequest(line, input.requestNo);
-    RequestRecord& request = mOpen.at(place).record;
+    ReplayedRequest& request = mOpen.at(place).request;
     request.depositLine = line;
     request.isRepeating = input.notice == OverrideNotice::Repeating;
     if (!request.isRepeating) {
@@ -85,19 +85,12 @@ void Recording::take(uint64_t line, QueryInput const& input) {
     auto const known = mByNumber.find(input.request.requestNo);
     mPending.request =
         known != mByNumber.end() ? known->second : addRequest(line, input.request.requestNo);
-    mPending.query = QueryRecord{input.stage,
-                                 line,
-                                 now(),
-                                 input.request,
-                                 input.isManual,
-                                 QueryState::Refused,
-                                 false,
-                                 {},
-                                 0,
-                                 {},
-                                 {},
-                                 {},
-                                 {}};
+    mPending.query = ReplayedQuery{.stage = input.stage,
+                                   .line = line,
+                                   .time = now(),
+                                   .request = input.request,
+                                   .isManual = input.isManual,
+                                   .state = QueryState::Refused};
 }
 
 void Recording::take(uint64_t line, DoneInput const& input) {
@@ -106,7 +99,7 @@ void Recording::take(uint64_t line, DoneInput const& input) {
         return;  // the library takes any number
     }
     mPending.request = known->second;
-    RequestRecord& request = mOpen.at(known->second).record;
+    ReplayedRequest& request = mOpen.at(known->second).request;
     if (!request.doneLine.has_value()) {
         request.doneLine = line;
         request.end = now();
@@ -117,13 +110,13 @@ void Recording::take(uint64_t line, DoneInput const& input) {
 void Recording::take(uint64_t /*line*/, ObservedInput const& input) {
     auto const known = mByNumber.find(input.observation.requestNo);
     if (known != mByNumber.end()) {
-        mOpen.at(known->second).record.observed = input.observation;
+        mOpen.at(known->second).request.observed = input.observation;
     }
 }
 
 Recording::Place Recording::addRequest(uint64_t line, uint32_t requestNo) {
     bool const isInRange = mRange.contains(requestNo);
-    RequestRecord request{};
+    ReplayedRequest request{};
     request.index = mInRange;
     request.requestNo = requestNo;
     request.firstLine = line;
@@ -157,20 +150,20 @@ void Recording::consume(Outcome const& outcome) {
     }
     Open& open = mOpen.at(*pending.request);
     if (mReplay.fatal.has_value() && open.isInRange) {
-        mReplay.fatal->request = open.record.index;
+        mReplay.fatal->request = open.request.index;
     }
     if (pending.query.has_value()) {
         answer(open, pending, outcome.answer);
     }
     if (open.isInRange) {
-        open.record.lines.push_back({outcome.line, outcome.op, outcome.log});
+        open.request.lines.push_back({outcome.line, outcome.op, outcome.log});
     }
     handOnDone();
 }
 
 void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
-    RequestRecord& request = open.record;
-    QueryRecord& query = *pending.query;
+    ReplayedRequest& request = open.request;
+    ReplayedQuery& query = *pending.query;
     auto const state = [](bool result) {
         return result ? QueryState::Overridden : QueryState::Refused;
     };
@@ -193,7 +186,7 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
                               query.state = state(p2.result);
                               query.need = p2.need;
                               if (p2.result && isKept) {
-                                  query.crops = cropRecords(contextOf(request), p2.need);
+                                  query.crops = replayedCrops(contextOf(request), p2.need);
                               }
                           },
                           [&](ThreeAAnswer const& threeA) {
@@ -215,22 +208,23 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
     }
 }
 
-CropContext Recording::contextOf(RequestRecord const& request) const {
+CropContext Recording::contextOf(ReplayedRequest const& request) const {
     return {mReplay.rigs[request.rig], request.data.get(), mMode, *mExplainer.current()};
 }
 
 // A cached answer is the first one's, whatever has been asked for since.
-std::vector<CropRecord> Recording::p1Crops(RequestRecord const& request, QueryRecord const& query,
-                                           ZoomOverrideP1Need const& need) const {
+std::vector<ReplayedCrop> Recording::p1Crops(ReplayedRequest const& request,
+                                             ReplayedQuery const& query,
+                                             ZoomOverrideP1Need const& need) const {
     if (query.isCached) {
         auto const first = std::find_if(
             request.queries.begin(), request.queries.end(),
-            [&](QueryRecord const& earlier) { return earlier.line == query.keptSince; });
+            [&](ReplayedQuery const& earlier) { return earlier.line == query.keptSince; });
         if (first != request.queries.end()) {
             return first->crops;
         }
     }
-    return cropRecords(contextOf(request), need);
+    return replayedCrops(contextOf(request), need);
 }
 
 void Recording::handOnDone() {

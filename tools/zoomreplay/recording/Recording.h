@@ -8,9 +8,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "CropRecords.h"
+#include "ReplayedCrops.h"
+#include "ReplayedRequest.h"
 #include "RequestRange.h"
-#include "RequestRecord.h"
 #include "steps/Explainer.h"
 
 namespace zoomreplay {
@@ -32,7 +32,7 @@ class Recording : public OutcomeConsumer {
 
  private:
     struct Open {
-        RequestRecord record;
+        ReplayedRequest request;
         bool isInRange;
     };
     using Place = uint64_t;  // counts all requests
@@ -40,7 +40,7 @@ class Recording : public OutcomeConsumer {
     /// What the line in hand is about.
     struct Pending {
         std::optional<Place> request;
-        std::optional<QueryRecord> query;
+        std::optional<ReplayedQuery> query;
     };
 
     void take(uint64_t line, SensorInput const& input);
@@ -58,9 +58,9 @@ class Recording : public OutcomeConsumer {
     Place addRequest(uint64_t line, uint32_t requestNo);
     size_t currentRig();
     void answer(Open& open, Pending& pending, Answer const& answer);
-    CropContext contextOf(RequestRecord const& request) const;
-    std::vector<CropRecord> p1Crops(RequestRecord const& request, QueryRecord const& query,
-                                    NSCam::Feature::ZoomOverrideP1Need const& need) const;
+    CropContext contextOf(ReplayedRequest const& request) const;
+    std::vector<ReplayedCrop> p1Crops(ReplayedRequest const& request, ReplayedQuery const& query,
+                                      NSCam::Feature::ZoomOverrideP1Need const& need) const;
     void handOnDone();
     void handOn(Place place);
     void handOnAll();
@@ -83,7 +83,7 @@ class Recording : public OutcomeConsumer {
     int64_t mFrame = -1;
     int64_t mStep = 0;
     Pending mPending;
-    ReplayRecord mReplay;
+    ReplaySummary mReplay;
 };
 
 }  // namespace zoomreplay

@@ -2,8 +2,8 @@
 
 namespace zoomreplay {
 
-PackedRecord differenceData(Difference const& difference) {
-    PackedRecord out;
+PackedRow differenceData(Difference const& difference) {
+    PackedRow out;
     out.open('{');
     out.key("line").number(static_cast<int64_t>(difference.line));
     if (difference.request.has_value()) {

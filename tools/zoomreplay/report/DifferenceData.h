@@ -1,12 +1,12 @@
 // What the page shows of a result that is not the expected one.
 #pragma once
 
-#include "PackedRecord.h"
+#include "PackedRow.h"
 #include "results/Compare.h"
 
 namespace zoomreplay {
 
 /// page/differences.js tells its fields.
-PackedRecord differenceData(Difference const& difference);
+PackedRow differenceData(Difference const& difference);
 
 }  // namespace zoomreplay

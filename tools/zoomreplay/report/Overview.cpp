@@ -22,7 +22,7 @@ bool reachesBeyond(MRect const& crop, ActiveRect const& whole) {
            bottom > whole[1] + whole[3];
 }
 
-bool isOutside(Rig const& rig, CropRecord const& crop) {
+bool isOutside(Rig const& rig, ReplayedCrop const& crop) {
     std::optional<ActiveRect> whole;
     if (crop.domain == Domain::ActiveArray) {
         whole = activeArrayOf(rig, crop.sensorId);
@@ -34,23 +34,23 @@ bool isOutside(Rig const& rig, CropRecord const& crop) {
     return whole.has_value() && reachesBeyond(crop.crop, *whole);
 }
 
-bool isStale(RequestRecord const& request, QueryRecord const& query) {
+bool isStale(ReplayedRequest const& request, ReplayedQuery const& query) {
     return query.isCached && request.data != nullptr &&
-           std::any_of(query.crops.begin(), query.crops.end(), [&](CropRecord const& crop) {
+           std::any_of(query.crops.begin(), query.crops.end(), [&](ReplayedCrop const& crop) {
                auto const mode = request.data->sensorModes.find(crop.sensorId);
                return mode != request.data->sensorModes.end() && mode->second != crop.sensorMode;
            });
 }
 
-uint32_t marksOf(RequestRecord const& request, Rig const& rig) {
+uint32_t marksOf(ReplayedRequest const& request, Rig const& rig) {
     uint32_t marks = request.doneLine.has_value() ? 0 : kMarkNeverDone;
-    for (QueryRecord const& query : request.queries) {
+    for (ReplayedQuery const& query : request.queries) {
         marks |= query.state == QueryState::Overridden ? kMarkOverridden : 0;
         marks |= query.state == QueryState::Exception ? kMarkException : 0;
         marks |= query.state == QueryState::Fatal ? kMarkFatal : 0;
         marks |= query.isCached ? kMarkCached : 0;
         marks |= isStale(request, query) ? kMarkStale : 0;
-        for (CropRecord const& crop : query.crops) {
+        for (ReplayedCrop const& crop : query.crops) {
             marks |= crop.asked.has_value() ? kMarkCorrected : 0;
             marks |= isOutside(rig, crop) ? kMarkOutside : 0;
         }
@@ -58,7 +58,7 @@ uint32_t marksOf(RequestRecord const& request, Rig const& rig) {
     return marks;
 }
 
-QueryRecord const* lastOverride(RequestRecord const& request, Stage stage) {
+ReplayedQuery const* lastOverride(ReplayedRequest const& request, Stage stage) {
     auto const found =
         std::find_if(request.queries.rbegin(), request.queries.rend(), [stage](auto const& query) {
             return query.stage == stage && query.state == QueryState::Overridden;
@@ -66,13 +66,13 @@ QueryRecord const* lastOverride(RequestRecord const& request, Stage stage) {
     return found == request.queries.rend() ? nullptr : &*found;
 }
 
-std::vector<LeadCrop> leadsOf(RequestRecord const& request) {
-    std::map<uint32_t, CropRecord const*> leads;
+std::vector<LeadCrop> leadsOf(ReplayedRequest const& request) {
+    std::map<uint32_t, ReplayedCrop const*> leads;
     for (Stage const stage : {Stage::P2, Stage::P1}) {
         auto const* const query = lastOverride(request, stage);
         for (size_t i = 0; query != nullptr && i < query->crops.size(); ++i) {
-            CropRecord const& crop = query->crops[i];
-            if (crop.kind != CropRecord::Kind::Extra) {
+            ReplayedCrop const& crop = query->crops[i];
+            if (crop.kind != ReplayedCrop::Kind::Extra) {
                 leads.emplace(crop.sensorId, &crop);
             }
         }
@@ -87,11 +87,11 @@ std::vector<LeadCrop> leadsOf(RequestRecord const& request) {
 
 // 0 not asked, then in the order of QueryState; cached answers 8 more. A stage stands where its
 // last answer left it, unless something broke.
-int64_t stateOf(RequestRecord const& request, Stage stage) {
+int64_t stateOf(ReplayedRequest const& request, Stage stage) {
     constexpr int64_t kCached = 8;
     int64_t state = 0;
     int64_t cached = 0;
-    for (QueryRecord const& query : request.queries) {
+    for (ReplayedQuery const& query : request.queries) {
         if (query.stage != stage) {
             continue;
         }
@@ -103,9 +103,9 @@ int64_t stateOf(RequestRecord const& request, Stage stage) {
     return state + cached;
 }
 
-bool isCorrected(RequestRecord const& request, uint32_t sensorId) {
-    for (QueryRecord const& query : request.queries) {
-        for (CropRecord const& crop : query.crops) {
+bool isCorrected(ReplayedRequest const& request, uint32_t sensorId) {
+    for (ReplayedQuery const& query : request.queries) {
+        for (ReplayedCrop const& crop : query.crops) {
             if (crop.sensorId == sensorId && crop.asked.has_value()) {
                 return true;
             }
@@ -114,7 +114,7 @@ bool isCorrected(RequestRecord const& request, uint32_t sensorId) {
     return false;
 }
 
-void addLead(PackedRecord& out, CropRecord const& crop) {
+void addLead(PackedRow& out, ReplayedCrop const& crop) {
     constexpr uint8_t kAngleDecimals = 2;
     constexpr uint8_t kShareDecimals = 4;
     if (!crop.view.has_value()) {
@@ -132,7 +132,7 @@ void addLead(PackedRecord& out, CropRecord const& crop) {
     }
 }
 
-int64_t modeOf(RequestRecord const& request, uint32_t sensorId) {
+int64_t modeOf(ReplayedRequest const& request, uint32_t sensorId) {
     constexpr int64_t kNone = -1;
     if (request.data == nullptr) {
         return kNone;
@@ -143,8 +143,8 @@ int64_t modeOf(RequestRecord const& request, uint32_t sensorId) {
     return streams ? int64_t{mode->second} : kNone;
 }
 
-void addSensors(PackedRecord& out, RequestRecord const& request, Overview const& overview) {
-    std::map<uint32_t, CropRecord const*> sensors;
+void addSensors(PackedRow& out, ReplayedRequest const& request, Overview const& overview) {
+    std::map<uint32_t, ReplayedCrop const*> sensors;
     if (request.data != nullptr) {
         for (auto const& [sensorId, mode] : request.data->sensorModes) {
             sensors[sensorId] = nullptr;
@@ -174,7 +174,7 @@ std::optional<uint32_t> asNumber(std::string const& text) {
 }
 
 // The lens by its number, which nearly all have: the page draws it beside the sensors.
-void addPhone(PackedRecord& out, Observation const& observed) {
+void addPhone(PackedRow& out, Observation const& observed) {
     out.open('{');
     if (observed.zoomRatio.has_value()) {
         out.key("zoom").number(*observed.zoomRatio);
@@ -189,7 +189,7 @@ void addPhone(PackedRecord& out, Observation const& observed) {
 
 }  // namespace
 
-Overview overviewOf(RequestRecord const& request, Rig const& rig) {
+Overview overviewOf(ReplayedRequest const& request, Rig const& rig) {
     Overview overview;
     overview.marks = marksOf(request, rig);
     overview.leads = leadsOf(request);
@@ -197,7 +197,7 @@ Overview overviewOf(RequestRecord const& request, Rig const& rig) {
         overview.asked = request.queries.front().request.zoomRatio;
     }
     bool isOverridden = false;
-    for (QueryRecord const& query : request.queries) {
+    for (ReplayedQuery const& query : request.queries) {
         bool const decides = query.state == QueryState::Overridden;
         if (query.need.has_value() && (decides || (!isOverridden && !overview.override))) {
             overview.override = query.need->zoomRatio;
@@ -207,8 +207,8 @@ Overview overviewOf(RequestRecord const& request, Rig const& rig) {
     return overview;
 }
 
-PackedRecord overviewData(RequestRecord const& request, Overview const& overview) {
-    PackedRecord out;
+PackedRow overviewData(ReplayedRequest const& request, Overview const& overview) {
+    PackedRow out;
     out.open('{');
     out.key("no").number(int64_t{request.requestNo});
     out.key("line").number(static_cast<int64_t>(request.firstLine));

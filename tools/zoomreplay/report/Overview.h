@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "PackedRecord.h"
-#include "recording/RequestRecord.h"
+#include "PackedRow.h"
+#include "recording/ReplayedRequest.h"
 
 namespace zoomreplay {
 
@@ -24,7 +24,7 @@ inline constexpr uint32_t kMarkNeverDone = 1U << 7U;
 /// The crop that stands for a sensor: P2's, or else that of its first P1 port.
 struct LeadCrop {
     uint32_t sensorId;
-    CropRecord const* crop;
+    ReplayedCrop const* crop;
 };
 
 struct Overview {
@@ -34,9 +34,9 @@ struct Overview {
     std::vector<LeadCrop> leads;  ///< by sensor id, as long as the request lives
 };
 
-Overview overviewOf(RequestRecord const& request, Rig const& rig);
+Overview overviewOf(ReplayedRequest const& request, Rig const& rig);
 
 /// page/overview.js tells its fields.
-PackedRecord overviewData(RequestRecord const& request, Overview const& overview);
+PackedRow overviewData(ReplayedRequest const& request, Overview const& overview);
 
 }  // namespace zoomreplay

@@ -1,4 +1,4 @@
-// Compresses records with zlib, many in a block.
+// Compresses rows with zlib, many in a block.
 #include "PackedTable.h"
 
 #include <zlib.h>
@@ -12,7 +12,7 @@
 namespace zoomreplay {
 namespace {
 
-using Value = PackedRecord::Value;
+using Value = PackedRow::Value;
 
 void appendUnsigned(std::string& out, uint64_t value) {
     constexpr uint64_t kLow = 0x7F;
@@ -66,14 +66,14 @@ std::string compressed(std::string const& bytes) {
 
 }  // namespace
 
-void PackedTable::add(size_t index, PackedRecord const& record) {
-    Row row{index, placeOf(record.words()), record.values()};
+void PackedTable::add(size_t index, PackedRow const& packed) {
+    Row row{index, placeOf(packed.words()), packed.values()};
     for (Value& value : row.values) {
         value.digits += value.isText ? static_cast<int64_t>(mTexts.size()) : 0;
     }
-    mTexts.insert(mTexts.end(), record.texts().begin(), record.texts().end());
+    mTexts.insert(mTexts.end(), packed.texts().begin(), packed.texts().end());
     mRows.push_back(std::move(row));
-    if (mRows.size() == mRecordsPerBlock) {
+    if (mRows.size() == mRowsPerBlock) {
         closeBlock();
     }
 }

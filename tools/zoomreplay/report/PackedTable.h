@@ -1,4 +1,4 @@
-// Many records in little room, compressed block by block.
+// Many rows in little room, compressed block by block.
 #pragma once
 
 #include <cstdint>
@@ -7,24 +7,24 @@
 #include <unordered_map>
 #include <vector>
 
-#include "PackedRecord.h"
+#include "PackedRow.h"
 
 namespace zoomreplay {
 
-/// Keeps the words of records once, and their numbers in columns of variable-length differences,
+/// Keeps the words of rows once, and their numbers in columns of variable-length differences,
 /// compressed with zlib. page/unpack.js reads it.
 ///
 /// A block, once unpacked, holds unsigned numbers of seven bits a byte, the lowest first and the
-/// highest bit set in all bytes but the last: the number of records; their words as a column; their
-/// indices as a column; then, for each words in the order of their first record, the columns of its
-/// records; then the number of texts, and each with its length in bytes. A column is the number of
+/// highest bit set in all bytes but the last: the number of rows; their words as a column; their
+/// indices as a column; then, for each words in the order of their first row, the columns of its
+/// rows; then the number of texts, and each with its length in bytes. A column is the number of
 /// decimals and the difference of each number to the one before, in the form 0, -1, 1, -2, 2 as 0,
 /// 1, 2, 3, 4.
 class PackedTable {
  public:
-    explicit PackedTable(size_t recordsPerBlock) : mRecordsPerBlock(recordsPerBlock) {}
+    explicit PackedTable(size_t rowsPerBlock) : mRowsPerBlock(rowsPerBlock) {}
 
-    void add(size_t index, PackedRecord const& record);
+    void add(size_t index, PackedRow const& packed);
 
     /// A JSON object: "words", a list of texts, and "blocks", a list in base64. ASCII without "<".
     void appendJson(std::string& out);
@@ -33,13 +33,13 @@ class PackedTable {
     struct Row {
         size_t index;
         size_t words;
-        std::vector<PackedRecord::Value> values;
+        std::vector<PackedRow::Value> values;
     };
 
     size_t placeOf(std::string const& words);
     void closeBlock();
 
-    size_t mRecordsPerBlock;
+    size_t mRowsPerBlock;
     std::unordered_map<std::string, size_t> mPlaces;
     std::vector<std::string> mWords;
     std::vector<Row> mRows;

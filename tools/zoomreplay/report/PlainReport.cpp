@@ -48,10 +48,10 @@ std::string wordsOf(uint32_t marks) {
     return words;
 }
 
-std::string cropsOf(RequestRecord const& request) {
+std::string cropsOf(ReplayedRequest const& request) {
     std::string text;
-    for (QueryRecord const& query : request.queries) {
-        for (CropRecord const& crop : query.crops) {
+    for (ReplayedQuery const& query : request.queries) {
+        for (ReplayedCrop const& crop : query.crops) {
             auto const& [x, y, w, h] = crop.crop;
             text += (text.empty() ? "" : "; ") + std::string(nameOf(query.stage)) + " sensor " +
                     std::to_string(crop.sensorId) + " (" + std::to_string(x) + ", " +
@@ -63,7 +63,7 @@ std::string cropsOf(RequestRecord const& request) {
 
 }  // namespace
 
-void PlainReport::take(RequestRecord const& request, Overview const& overview) {
+void PlainReport::take(ReplayedRequest const& request, Overview const& overview) {
     for (size_t i = 0; i < kMarks; ++i) {
         if ((overview.marks >> i & 1U) == 0) {
             continue;
@@ -84,7 +84,7 @@ void PlainReport::take(RequestRecord const& request, Overview const& overview) {
     }
 }
 
-std::string PlainReport::text(ReplayRecord const& replay) const {
+std::string PlainReport::text(ReplaySummary const& replay) const {
     std::string out;
     if (auto const& fatal = replay.fatal) {
         out += "<p class=\"alarm\">The library stopped the process on line " +

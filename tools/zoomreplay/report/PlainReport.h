@@ -7,16 +7,16 @@
 #include <string>
 
 #include "Overview.h"
-#include "recording/RequestRecord.h"
+#include "recording/ReplayedRequest.h"
 
 namespace zoomreplay {
 
 class PlainReport {
  public:
-    void take(RequestRecord const& request, Overview const& overview);
+    void take(ReplayedRequest const& request, Overview const& overview);
 
     /// Elements for the body of a page.
-    std::string text(ReplayRecord const& replay) const;
+    std::string text(ReplaySummary const& replay) const;
 
  private:
     static constexpr size_t kMarks = 8;

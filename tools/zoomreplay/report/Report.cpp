@@ -31,7 +31,7 @@ Report::Report(File& file, std::string scenario, Shown shown)
       mRequests(kRequestsPerBlock),
       mDifferences(kOverviewsPerBlock) {}
 
-void Report::take(RequestRecord const& request, Rig const& rig) {
+void Report::take(ReplayedRequest const& request, Rig const& rig) {
     Overview const overview = overviewOf(request, rig);
     mOverview.add(request.index, overviewData(request, overview));
     mRequests.add(request.index, requestData(request));
@@ -44,7 +44,7 @@ void Report::take(Difference const& difference) {
     mDifferences.add(mDifferenceCount++, differenceData(difference));
 }
 
-std::string Report::data(ReplayRecord const& replay) {
+std::string Report::data(ReplaySummary const& replay) {
     Json json{{"scenario", mScenario},
               {"total", replay.total},
               {"shown", mCount},
@@ -79,7 +79,7 @@ std::string Report::data(ReplayRecord const& replay) {
     return out;
 }
 
-void Report::finish(ReplayRecord const& replay) {
+void Report::finish(ReplaySummary const& replay) {
     mJumps.finish(replay);
     std::string_view rest = kPageHtml;
     auto const writeUpTo = [&](std::string_view mark) {

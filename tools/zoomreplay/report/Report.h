@@ -7,7 +7,7 @@
 #include "PlainReport.h"
 #include "base/File.h"
 #include "jumps/Jumps.h"
-#include "recording/RequestRecord.h"
+#include "recording/ReplayedRequest.h"
 #include "results/Compare.h"
 
 namespace zoomreplay {
@@ -25,14 +25,14 @@ class Report : public RequestConsumer {
     /// @param scenario its name, as the page tells it
     Report(File& file, std::string scenario, Shown shown);
 
-    void take(RequestRecord const& request, Rig const& rig) override;
-    void finish(ReplayRecord const& replay) override;
+    void take(ReplayedRequest const& request, Rig const& rig) override;
+    void finish(ReplaySummary const& replay) override;
 
     /// Something that differs from an earlier replay, before finish().
     void take(Difference const& difference);
 
  private:
-    std::string data(ReplayRecord const& replay);
+    std::string data(ReplaySummary const& replay);
 
     File& mFile;
     std::string mScenario;

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "PackedRecord.h"
+#include "PackedRow.h"
 #include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
@@ -26,7 +26,7 @@ char const* nameOf(QueryState state) {
     return "";
 }
 
-void addRect(PackedRecord& out, ActiveRect const& rect) {
+void addRect(PackedRow& out, ActiveRect const& rect) {
     out.open('[');
     for (double const value : rect) {
         out.decimal(value, 1);
@@ -34,14 +34,14 @@ void addRect(PackedRecord& out, ActiveRect const& rect) {
     out.close(']');
 }
 
-void addAngles(PackedRecord& out, double across, double down) {
+void addAngles(PackedRow& out, double across, double down) {
     out.open('[');
     out.decimal(across, kAngleDecimals);
     out.decimal(down, kAngleDecimals);
     out.close(']');
 }
 
-void addPorts(PackedRecord& out, std::vector<uint16_t> const& ports) {
+void addPorts(PackedRow& out, std::vector<uint16_t> const& ports) {
     out.open('[');
     for (uint16_t const port : ports) {
         out.number(int64_t{port});
@@ -49,7 +49,7 @@ void addPorts(PackedRecord& out, std::vector<uint16_t> const& ports) {
     out.close(']');
 }
 
-void addView(PackedRecord& out, CropRecord const& crop) {
+void addView(PackedRow& out, ReplayedCrop const& crop) {
     if (crop.domain == Domain::Tg) {
         addRect(out.key("area"), crop.view->area);
     }
@@ -63,7 +63,7 @@ void addView(PackedRecord& out, CropRecord const& crop) {
 }
 
 // Whole numbers stay whole, others are those of the library's single precision.
-void addNumber(PackedRecord& out, double value) {
+void addNumber(PackedRow& out, double value) {
     constexpr double kWhole = 1e15;
     if (std::trunc(value) == value && std::abs(value) < kWhole) {
         out.number(static_cast<int64_t>(value));
@@ -72,7 +72,7 @@ void addNumber(PackedRecord& out, double value) {
     }
 }
 
-void addSaying(PackedRecord& out, Saying const& saying) {
+void addSaying(PackedRow& out, Saying const& saying) {
     out.open('[');
     out.word(saying.words);
     for (double const value : saying.numbers) {
@@ -81,7 +81,7 @@ void addSaying(PackedRecord& out, Saying const& saying) {
     out.close(']');
 }
 
-void addStep(PackedRecord& out, CropStep const& step) {
+void addStep(PackedRow& out, CropStep const& step) {
     out.open('{');
     addSaying(out.key("say"), step);
     if (step.domain == Domain::Tg) {
@@ -95,7 +95,7 @@ void addStep(PackedRecord& out, CropStep const& step) {
     out.close('}');
 }
 
-void addSteps(PackedRecord& out, CropRecord const& crop) {
+void addSteps(PackedRow& out, ReplayedCrop const& crop) {
     out.open('[');
     for (CropStep const& step : crop.steps) {
         addStep(out, step);
@@ -103,13 +103,13 @@ void addSteps(PackedRecord& out, CropRecord const& crop) {
     out.close(']');
 }
 
-void addCrop(PackedRecord& out, CropRecord const& crop) {
+void addCrop(PackedRow& out, ReplayedCrop const& crop) {
     out.open('{');
     out.key("s").number(int64_t{crop.sensorId});
     out.key("c").numbers(crop.crop);
-    if (crop.kind == CropRecord::Kind::Port) {
+    if (crop.kind == ReplayedCrop::Kind::Port) {
         addPorts(out.key("p"), crop.ports);
-    } else if (crop.kind == CropRecord::Kind::Extra) {
+    } else if (crop.kind == ReplayedCrop::Kind::Extra) {
         out.key("extra").yes();
     }
     if (crop.domain == Domain::Tg) {
@@ -136,7 +136,7 @@ void addCrop(PackedRecord& out, CropRecord const& crop) {
     out.close('}');
 }
 
-void addQuery(PackedRecord& out, QueryRecord const& query) {
+void addQuery(PackedRow& out, ReplayedQuery const& query) {
     out.open('{');
     out.key("stage").word(nameOf(query.stage));
     out.key("line").number(static_cast<int64_t>(query.line));
@@ -167,14 +167,14 @@ void addQuery(PackedRecord& out, QueryRecord const& query) {
         out.key("trouble").text(query.trouble);
     }
     out.key("crops").open('[');
-    for (CropRecord const& crop : query.crops) {
+    for (ReplayedCrop const& crop : query.crops) {
         addCrop(out, crop);
     }
     out.close(']');
     out.close('}');
 }
 
-void addLine(PackedRecord& out, LineRecord const& line) {
+void addLine(PackedRow& out, ReplayedLine const& line) {
     out.open('[');
     out.number(static_cast<int64_t>(line.line));
     out.word(line.op);
@@ -189,13 +189,13 @@ void addLine(PackedRecord& out, LineRecord const& line) {
 }
 
 // Most lines log nothing, and a page holds many.
-bool isToldElsewhere(RequestRecord const& request, uint64_t line) {
+bool isToldElsewhere(ReplayedRequest const& request, uint64_t line) {
     return line == request.depositLine || line == request.doneLine ||
            std::any_of(request.queries.begin(), request.queries.end(),
-                       [line](QueryRecord const& query) { return query.line == line; });
+                       [line](ReplayedQuery const& query) { return query.line == line; });
 }
 
-void addModes(PackedRecord& out, NSCam::Feature::RunTimeCropNeedData const& data) {
+void addModes(PackedRow& out, NSCam::Feature::RunTimeCropNeedData const& data) {
     out.open('{');
     for (auto const* entry : scenario::inKeyOrder(data.sensorModes)) {
         out.key(std::to_string(entry->first));
@@ -208,7 +208,7 @@ void addModes(PackedRecord& out, NSCam::Feature::RunTimeCropNeedData const& data
     out.close('}');
 }
 
-void addObservation(PackedRecord& out, Observation const& observed) {
+void addObservation(PackedRow& out, Observation const& observed) {
     out.open('{');
     if (observed.zoomRatio.has_value()) {
         out.key("zoom").number(*observed.zoomRatio);
@@ -224,8 +224,8 @@ void addObservation(PackedRecord& out, Observation const& observed) {
 
 }  // namespace
 
-PackedRecord requestData(RequestRecord const& request) {
-    PackedRecord out;
+PackedRow requestData(ReplayedRequest const& request) {
+    PackedRow out;
     out.open('{');
     out.key("no").number(int64_t{request.requestNo});
     out.key("mode").number(static_cast<int64_t>(request.mode));
@@ -246,12 +246,12 @@ PackedRecord requestData(RequestRecord const& request) {
         addObservation(out.key("phone"), *request.observed);
     }
     out.key("queries").open('[');
-    for (QueryRecord const& query : request.queries) {
+    for (ReplayedQuery const& query : request.queries) {
         addQuery(out, query);
     }
     out.close(']');
     out.key("lines").open('[');
-    for (LineRecord const& line : request.lines) {
+    for (ReplayedLine const& line : request.lines) {
         if (!line.log.empty() || !isToldElsewhere(request, line.line)) {
             addLine(out, line);
         }

@@ -227,10 +227,10 @@ void Trace::showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer) {
     std::string const stage = nameOf(*mLine.stage);
     auto const& explained = mExplainer.current();
     bool const isCached = explained.has_value() && explained->keptSince.has_value();
-    std::vector<CropRecord> crops;
+    std::vector<ReplayedCrop> crops;
     if constexpr (!std::is_same_v<Need, ZoomOverride3ANeed>) {
         if (answer.result) {
-            crops = cropRecords(context(*explained), answer.need);
+            crops = replayedCrops(context(*explained), answer.need);
         }
     }
 

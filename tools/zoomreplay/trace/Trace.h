@@ -13,7 +13,7 @@
 #include "TraceClock.h"
 #include "TraceCrops.h"
 #include "TraceEvents.h"
-#include "recording/CropRecords.h"
+#include "recording/ReplayedCrops.h"
 #include "recording/RequestRange.h"
 #include "replay/Outcome.h"
 #include "steps/Explainer.h"

@@ -26,12 +26,12 @@ std::string portName(uint16_t port) {
 }
 
 // What the names of a crop's counters begin with.
-std::vector<std::string> namesOf(Stage stage, CropRecord const& crop) {
+std::vector<std::string> namesOf(Stage stage, ReplayedCrop const& crop) {
     std::string const name = "sensor " + std::to_string(crop.sensorId) + ' ' + nameOf(stage);
-    if (crop.kind == CropRecord::Kind::Stream) {
+    if (crop.kind == ReplayedCrop::Kind::Stream) {
         return {name};
     }
-    if (crop.kind == CropRecord::Kind::Extra) {
+    if (crop.kind == ReplayedCrop::Kind::Extra) {
         return {name + " extra"};
     }
     std::vector<std::string> names;
@@ -47,12 +47,12 @@ float centreOf(int32_t begin, int32_t length) {
 
 }  // namespace
 
-std::string listOf(std::vector<CropRecord> const& crops) {
+std::string listOf(std::vector<ReplayedCrop> const& crops) {
     std::string text = "[";
-    for (CropRecord const& crop : crops) {
+    for (ReplayedCrop const& crop : crops) {
         TraceArguments fields;
         fields.add("sensor", crop.sensorId).add("sensorMode", crop.sensorMode);
-        if (crop.kind == CropRecord::Kind::Extra) {
+        if (crop.kind == ReplayedCrop::Kind::Extra) {
             fields.add("extra", true);
         }
         std::string ports;
@@ -71,9 +71,9 @@ std::string listOf(std::vector<CropRecord> const& crops) {
     return text + ']';
 }
 
-void CropCounters::show(Stage stage, std::vector<CropRecord> const& crops, int64_t time) {
+void CropCounters::show(Stage stage, std::vector<ReplayedCrop> const& crops, int64_t time) {
     std::set<std::string> names;
-    for (CropRecord const& crop : crops) {
+    for (ReplayedCrop const& crop : crops) {
         for (std::string const& name : namesOf(stage, crop)) {
             show(name, crop, time);
             names.insert(name);
@@ -87,7 +87,7 @@ void CropCounters::show(Stage stage, std::vector<CropRecord> const& crops, int64
     mShown[stage] = std::move(names);
 }
 
-void CropCounters::show(std::string const& name, CropRecord const& crop, int64_t time) {
+void CropCounters::show(std::string const& name, ReplayedCrop const& crop, int64_t time) {
     MRect const& rect = crop.crop;
     mEvents.counter(name + " width", time, rect.w);
     mEvents.counter(name + " centre x", time, centreOf(rect.x, rect.w));

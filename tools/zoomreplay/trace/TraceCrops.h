@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "TraceEvents.h"
-#include "recording/CropRecords.h"
+#include "recording/ReplayedCrops.h"
 
 namespace zoomreplay {
 
 /// A JSON array of the crops, each with what was asked for where the correction changed it.
-std::string listOf(std::vector<CropRecord> const& crops);
+std::string listOf(std::vector<ReplayedCrop> const& crops);
 
 /// Counters of one value each, such as "sensor 0 P1 R1 width": width and centre in the pixels of
 /// the crop's domain, and the horizontal angle of view in degrees where it is known.
@@ -23,10 +23,10 @@ class CropCounters {
 
     /// The crops that a stage has from now on. Those that it had and has no more get the width 0,
     /// as a viewer holds a value until the next one.
-    void show(Stage stage, std::vector<CropRecord> const& crops, int64_t time);
+    void show(Stage stage, std::vector<ReplayedCrop> const& crops, int64_t time);
 
  private:
-    void show(std::string const& name, CropRecord const& crop, int64_t time);
+    void show(std::string const& name, ReplayedCrop const& crop, int64_t time);
 
     TraceEvents& mEvents;
     std::map<Stage, std::set<std::string>> mShown;

@@ -21,49 +21,49 @@ struct AngleDifference {
 };
 
 /// A crop of an answer, and what it means for the picture.
-struct CropRecord {
+struct ReplayedCrop {
     enum class Kind { Port, Stream, Extra };
 
     Kind kind;
     uint32_t sensorId;
     uint32_t sensorMode;
-    std::vector<uint16_t> ports;  ///< Kind::Port: all that have this crop
+    std::vector<uint16_t> ports = {};  ///< Kind::Port: all that have this crop
     Domain domain;
     NSCam::MRect crop;
-    std::optional<NSCam::MRect> asked;    ///< before the correction, where that changed it
-    std::optional<NSCam::MSize> minSize;  ///< of the stream that the crop has to feed
-    std::optional<View> view;
-    std::optional<AngleDifference> difference;  ///< wider than the master sensor's crop
-    std::vector<CropStep> steps;                ///< that made it; of the first of its ports
-    bool isExplained;                           ///< the last step is the crop
+    std::optional<NSCam::MRect> asked = {};    ///< before the correction, where that changed it
+    std::optional<NSCam::MSize> minSize = {};  ///< of the stream that the crop has to feed
+    std::optional<View> view = {};
+    std::optional<AngleDifference> difference = {};  ///< wider than the master sensor's crop
+    std::vector<CropStep> steps = {};                ///< that made it; of the first of its ports
+    bool isExplained = false;                        ///< the last step is the crop
 };
 
 enum class QueryState { Overridden, Refused, Exception, Fatal };
 
-struct QueryRecord {
+struct ReplayedQuery {
     Stage stage;
     uint64_t line;
     int64_t time;  ///< microseconds
     NSCam::Feature::ZoomOverrideRequest request;
     bool isManual;
     QueryState state;
-    bool isCached;                      ///< an earlier answer, given again
-    std::optional<uint64_t> keptSince;  ///< the line of that answer
-    uint64_t broughtBy;                 ///< the line that brought the override; 0 for none
-    Saying reason;                      ///< for the override, or against it
-    std::optional<NSCam::Feature::ZoomOverrideNeedHeader> need;
-    std::vector<CropRecord> crops;
-    std::string trouble;  ///< the text of an exception or a fatal condition
+    bool isCached = false;                   ///< an earlier answer, given again
+    std::optional<uint64_t> keptSince = {};  ///< the line of that answer
+    uint64_t broughtBy = 0;                  ///< the line that brought the override; 0 for none
+    Saying reason = {};                      ///< for the override, or against it
+    std::optional<NSCam::Feature::ZoomOverrideNeedHeader> need = {};
+    std::vector<ReplayedCrop> crops = {};
+    std::string trouble = {};  ///< the text of an exception or a fatal condition
 };
 
 /// A line of the scenario that is about a request.
-struct LineRecord {
+struct ReplayedLine {
     uint64_t line;
     std::string_view op;
     std::vector<NSCam::Host::LogLine> log;
 };
 
-struct RequestRecord {
+struct ReplayedRequest {
     size_t index;  ///< its place among the requests of the range, as they were deposited
     uint32_t requestNo;
     uint64_t firstLine;
@@ -76,11 +76,11 @@ struct RequestRecord {
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> data;  ///< null without a deposit
     size_t rig = 0;
     std::optional<Observation> observed;  ///< the latest
-    std::vector<QueryRecord> queries;
-    std::vector<LineRecord> lines;
+    std::vector<ReplayedQuery> queries;
+    std::vector<ReplayedLine> lines;
 };
 
-struct FatalRecord {
+struct ReplayedFatal {
     uint64_t line;
     std::string_view op;
     std::string text;
@@ -89,9 +89,9 @@ struct FatalRecord {
 };
 
 /// What is known of a replay when it is over.
-struct ReplayRecord {
-    std::vector<Rig> rigs;  ///< RequestRecord::rig counts in it
-    std::optional<FatalRecord> fatal;
+struct ReplaySummary {
+    std::vector<Rig> rigs;  ///< ReplayedRequest::rig counts in it
+    std::optional<ReplayedFatal> fatal;
     size_t total = 0;  ///< requests, those outside of the range included
     int64_t end = 0;   ///< microseconds
 };
@@ -103,10 +103,10 @@ class RequestConsumer {
 
     /// In the order in which requests end; their index tells the order of their deposits.
     /// @param rig the sensors that the request was answered for
-    virtual void take(RequestRecord const& request, Rig const& rig) = 0;
+    virtual void take(ReplayedRequest const& request, Rig const& rig) = 0;
 
     /// The replay is over and every request has been taken. @throws UserError
-    virtual void finish(ReplayRecord const& replay) = 0;
+    virtual void finish(ReplaySummary const& replay) = 0;
 };
 
 }  // namespace zoomreplay

@@ -1,4 +1,4 @@
-// A record of the page, its words and its numbers apart.
+// A row of a table of the page, its words and its numbers apart.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,8 @@
 namespace zoomreplay {
 
 /// Builds JSON in which each number is replaced by the place of its column, and each text by "$"
-/// and the place. Records of one kind so share their words, which a page needs to hold only once.
-class PackedRecord {
+/// and the place. Rows of one kind so share their words, which a page needs to hold only once.
+class PackedRow {
  public:
     /// A decimal number, or the index of a text.
     struct Value {
@@ -23,7 +23,7 @@ class PackedRecord {
 
     void open(char bracket);
     void close(char bracket);
-    PackedRecord& key(std::string_view name);
+    PackedRow& key(std::string_view name);
 
     void number(int64_t value);
     /// Rounded to so many decimals; null where it is not finite.

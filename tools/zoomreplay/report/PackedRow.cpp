@@ -1,5 +1,5 @@
-// Keeps the numbers of a record, and each word once.
-#include "PackedRecord.h"
+// Keeps the numbers of a row, and each word once.
+#include "PackedRow.h"
 
 #include <charconv>
 #include <cmath>
@@ -22,29 +22,29 @@ double powerOfTen(uint8_t exponent) {
 
 }  // namespace
 
-void PackedRecord::open(char bracket) {
+void PackedRow::open(char bracket) {
     separate();
     mWords += bracket;
     mIsFirst = true;
 }
 
-void PackedRecord::close(char bracket) {
+void PackedRow::close(char bracket) {
     mWords += bracket;
     mIsFirst = false;
 }
 
-PackedRecord& PackedRecord::key(std::string_view name) {
+PackedRow& PackedRow::key(std::string_view name) {
     separate();
     mWords.append(1, '"').append(name).append("\":");
     mIsFirst = true;
     return *this;
 }
 
-void PackedRecord::number(int64_t value) {
+void PackedRow::number(int64_t value) {
     add(value, 0);
 }
 
-void PackedRecord::decimal(double value, uint8_t decimals) {
+void PackedRow::decimal(double value, uint8_t decimals) {
     double const scaled = std::round(value * powerOfTen(decimals));
     if (!(std::abs(scaled) < kLargest * powerOfTen(kMostDecimals))) {
         null();
@@ -53,7 +53,7 @@ void PackedRecord::decimal(double value, uint8_t decimals) {
     add(static_cast<int64_t>(scaled), decimals);
 }
 
-void PackedRecord::number(float value) {
+void PackedRow::number(float value) {
     std::string plain;
     scenario::appendJson(plain, value);
     auto const point = plain.find('.');
@@ -75,21 +75,21 @@ void PackedRecord::number(float value) {
     add(digits, static_cast<uint8_t>(decimals));
 }
 
-void PackedRecord::text(std::string_view value) {
+void PackedRow::text(std::string_view value) {
     separate();
     mWords += "\"$" + std::to_string(mValues.size()) + '"';
     mValues.push_back({static_cast<int64_t>(mTexts.size()), 0, true});
     mTexts.emplace_back(value);
 }
 
-void PackedRecord::numbers(NSCam::MSize const& size) {
+void PackedRow::numbers(NSCam::MSize const& size) {
     open('[');
     number(int64_t{size.w});
     number(int64_t{size.h});
     close(']');
 }
 
-void PackedRecord::numbers(NSCam::MRect const& rect) {
+void PackedRow::numbers(NSCam::MRect const& rect) {
     open('[');
     number(int64_t{rect.x});
     number(int64_t{rect.y});
@@ -98,24 +98,24 @@ void PackedRecord::numbers(NSCam::MRect const& rect) {
     close(']');
 }
 
-void PackedRecord::word(std::string_view value) {
+void PackedRow::word(std::string_view value) {
     separate();
     scenario::appendJson(mWords, value);
 }
 
-void PackedRecord::separate() {
+void PackedRow::separate() {
     if (!mIsFirst) {
         mWords += ',';
     }
     mIsFirst = false;
 }
 
-void PackedRecord::literal(std::string_view text) {
+void PackedRow::literal(std::string_view text) {
     separate();
     mWords += text;
 }
 
-void PackedRecord::add(int64_t digits, uint8_t decimals) {
+void PackedRow::add(int64_t digits, uint8_t decimals) {
     separate();
     mWords += std::to_string(mValues.size());
     mValues.push_back({digits, decimals, false});
