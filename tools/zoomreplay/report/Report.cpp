@@ -11,6 +11,7 @@
 #include "PageText.h"
 #include "RequestData.h"
 #include "RigData.h"
+#include "scenario/text/ModeNames.h"
 
 namespace zoomreplay {
 namespace {
@@ -51,7 +52,11 @@ std::string Report::data(ReplaySummary const& replay) {
               {"logged", mShown.isLogged},
               {"compared", mShown.isCompared},
               {"requestsPerBlock", kRequestsPerBlock},
+              {"modes", Json::array()},
               {"rigs", Json::array()}};
+    for (auto const mode : scenario::allModes()) {
+        json["modes"].push_back(scenario::nameOf(mode));
+    }
     for (Rig const& rig : replay.rigs) {
         json["rigs"].push_back(rigData(rig));
     }

@@ -154,9 +154,6 @@ void addQuery(PackedRow& out, ReplayedQuery const& query) {
         out.key(query.need->overrideValid ? "valid" : "invalid").yes();
         out.key("from").number(int64_t{query.need->requestNo});
     }
-    if (query.broughtBy > 0) {
-        out.key("brought").number(static_cast<int64_t>(query.broughtBy));
-    }
     if (query.keptSince.has_value()) {
         out.key("kept").number(static_cast<int64_t>(*query.keptSince));
     }

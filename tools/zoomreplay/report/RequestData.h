@@ -6,7 +6,7 @@
 
 namespace zoomreplay {
 
-/// page/data.js tells its fields. Crops, ratios and states are those of the result lines; angles
+/// page/details.js tells its fields. Crops, ratios and states are those of the result lines; angles
 /// have two decimals.
 PackedRow requestData(ReplayedRequest const& request);
 

@@ -3,7 +3,7 @@
 // request   { no, rig, mode, modes: { sensor: mode or null }, deposit?, done?, repeating?,
 //             phone?: { zoom?, lens?, region? }, queries, lines: [[line, op, [sink, level, text]...]...] }
 // query     { stage, line, asked, sensor, state, manual?, cached?, override?, valid? or invalid?, from?,
-//             brought?: line, kept?: line, reason?: saying, trouble?, crops }
+//             kept?: line, reason?: saying, trouble?, crops }
 // crop      { s: sensor, c: rectangle, p?: ports, extra?, tg?, asked?, min?, area?, share?, deg?,
 //             centre?, diff?, steps?: [{ say: saying, tg?, rect }...], unexplained? }
 // saying    [words, numbers...]

@@ -4,7 +4,7 @@ const jumpsAt = new Map();  // by request
 let walk = null;  // { words, found }: the list in hand
 
 const knowJumps = () => {
-  for (const jump of data.jumps ?? []) {
+  for (const jump of data.jumps) {
     columnOf('marks')[jump.index] |= MARKS.jump;
     jumpsAt.set(jump.index, [...(jumpsAt.get(jump.index) ?? []), jump]);
   }
@@ -51,12 +51,12 @@ const showWalk = () => {
 };
 
 const showJumps = () => {
-  const jumps = data.jumps ?? [];
+  const { jumps, allJumps } = data;
   $('jumps').hidden = jumps.length === 0;
   const SHOWN = 20;
   $('jump-list').replaceChildren(...jumps.slice(0, SHOWN).map((jump) => html('li', {},
     html('a', { href: `#request=${nameOf(jump.index)}` }, `request ${nameOf(jump.index)}: ${jump.words}`))));
-  if (jumps.length > SHOWN) $('jump-list').append(html('li', { class: 'aside' }, `and ${jumps.length - SHOWN} smaller ones`));
+  if (allJumps > SHOWN) $('jump-list').append(html('li', { class: 'aside' }, `and ${allJumps - SHOWN} smaller ones`));
 };
 
 const showFindings = () => {

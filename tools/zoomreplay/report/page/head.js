@@ -7,7 +7,9 @@ const showHead = () => {
   const modes = [...new Set(columnOf('mode'))].filter((mode) => mode >= 0).map(modeName).join(', ');
   const total = `${data.total} ${data.total === 1 ? 'request' : 'requests'}`;
   const shown = count === data.total ? total : `${count} of ${total}`;
-  $('about').textContent = [modes, shown, `${requestsWith('overridden').length} overridden`].filter(Boolean).join(' \u00b7 ');
+  const isAsExpected = data.compared && differencesOf.size + strayDifferences.length === 0;
+  $('about').textContent = [modes, shown, `${requestsWith('overridden').length} overridden`,
+    isAsExpected && 'as expected'].filter(Boolean).join(' \u00b7 ');
   if (data.fatal) {
     $('fatal').hidden = false;
     $('fatal').textContent = `The library stopped the process on line ${data.fatal.line}, ${data.fatal.op}: ${data.fatal.text}`;

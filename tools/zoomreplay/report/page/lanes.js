@@ -23,7 +23,7 @@ const bitsOfStage = (value) => {
 const laneOf = (name, states, bitOf) => {
   const bits = new Uint32Array(count);
   for (let i = 0; i < count; ++i) bits[i] = bitOf(i);
-  return { name, states, steps: new BitSteps(bits), uses: bits.reduce((all, bit) => all | bit, 0) };
+  return { name, states, steps: new BitSteps(bits, CHANGE), uses: bits.reduce((all, bit) => all | bit, 0) };
 };
 
 // A state for each value that there is, and an edge where it changes.

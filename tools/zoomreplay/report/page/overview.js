@@ -1,6 +1,7 @@
 // What is known of every request from the start, a typed array for each thing.
 //
-// data      { scenario, total, shown, logged, requestsPerBlock, rigs, fatal?, overview, requests, jumps? }
+// data      { scenario, total, shown, logged, compared, requestsPerBlock, modes: names, rigs, fatal?, overview,
+//             requests, differences, jumps: [{ index, sensor, words }...], allJumps }
 // rig       { master?, sensors: { id: { array?, unconfigured?, degrees?, modes: { mode: { size?, readout? } } } } }
 // overview  { no, marks, mode, asked?, asker?, override?, phone?: { zoom?, lens? }, stages: { P1, P2, 3A: state },
 //             sensors: { id: { mode, corrected, angle?, right?, down?, share?, difference? } } }

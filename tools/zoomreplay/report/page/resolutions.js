@@ -38,9 +38,10 @@ class CurveSteps {
   }
 }
 
-/** Which bits are set anywhere in a step. */
+/** Which bits are set anywhere in a step. Those of edges are about the beginning of a request. */
 class BitSteps {
-  constructor(bits) {
+  constructor(bits, edges) {
+    this.edges = edges;
     this.levels = [{ size: 1, bits }];
     while (this.levels.at(-1).bits.length > STEP * STEP) {
       const { size, bits: fine } = this.levels.at(-1);
@@ -54,12 +55,14 @@ class BitSteps {
   pixels(from, requestsPerPixel, width) {
     const { size, bits } = this.levels.findLast((level) => level.size * STEP <= requestsPerPixel) ?? this.levels[0];
     const pixels = new Uint32Array(width);
+    const firstOf = (p) => Math.floor((from + p * requestsPerPixel) / size);
     for (let p = 0; p < width; ++p) {
-      const first = Math.max(0, Math.floor((from + p * requestsPerPixel) / size));
+      const first = Math.max(0, firstOf(p));
       const last = Math.min(bits.length, Math.max(first + 1, Math.ceil((from + (p + 1) * requestsPerPixel) / size)));
       const end = requestsPerPixel < 1 ? Math.min(first + 1, bits.length) : last;
       if (from + (p + 1) * requestsPerPixel <= 0) continue;
       for (let i = first; i < end; ++i) pixels[p] |= bits[i];
+      if (requestsPerPixel < 1 && firstOf(p - 1) === first) pixels[p] &= ~this.edges;
     }
     return pixels;
   }

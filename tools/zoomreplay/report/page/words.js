@@ -9,8 +9,7 @@ const percent = (value) => typeof value === 'number' ? (100 * value).toFixed(1) 
 const size = ([w, h]) => `${w}\u00d7${h}`;
 const rectText = ([x, y, w, h]) => `(${x}, ${y})/${w}\u00d7${h}`;
 const hex = (port) => '0x' + port.toString(16);
-const MODES = ['none', 'external API', 'by request', 'instant request'];
-const modeName = (mode) => MODES[mode] ?? `mode ${mode}`;
+const modeName = (mode) => data.modes[mode] ?? `mode ${mode}`;
 const PORTS = { 0x7001: 'R1', 0x7002: 'R2', 0x7003: 'R3' };
 const portName = (port) => PORTS[port] ?? hex(port);
 const whatIs = (crop) => crop.p ? crop.p.map(portName).join(' ') : crop.extra ? 'P2 extra' : 'P2';
