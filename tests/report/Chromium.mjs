@@ -72,15 +72,33 @@ export class Chromium {
     await loaded;
   }
 
+  /** Runs a script in each page that is opened from now on, before the page's own. */
+  async before(source) {
+    await this.send('Page.addScriptToEvaluateOnNewDocument', { source });
+  }
+
+  async resize(width, height, { mobile = false } = {}) {
+    await this.send('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: 1, mobile });
+  }
+
   async press(key) {
     const event = { key, code: key === ' ' ? 'Space' : key, windowsVirtualKeyCode: KEY_CODES[key] };
     await this.send('Input.dispatchKeyEvent', { type: 'rawKeyDown', ...event });
     await this.send('Input.dispatchKeyEvent', { type: 'keyUp', ...event });
   }
 
-  async mouse(type, x, y, buttons) {
+  async mouse(type, x, y, buttons, modifiers = 0) {
     await this.send('Input.dispatchMouseEvent',
-      { type, x, y, button: 'left', buttons, clickCount: type === 'mouseMoved' ? 0 : 1 });
+      { type, x, y, button: 'left', buttons, modifiers, clickCount: type === 'mouseMoved' ? 0 : 1 });
+  }
+
+  async wheel(x, y, deltaY, modifiers = 0) {
+    await this.send('Input.dispatchMouseEvent', { type: 'mouseWheel', x, y, deltaX: 0, deltaY, modifiers });
+  }
+
+  /** @param type touchStart, touchMove or touchEnd; points [[x, y]...] are the fingers that are down */
+  async touch(type, points) {
+    await this.send('Input.dispatchTouchEvent', { type, touchPoints: points.map(([x, y], id) => ({ x, y, id })) });
   }
 
   /** The value of a JavaScript expression in the page. */

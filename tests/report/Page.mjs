@@ -1,0 +1,83 @@
+// Reads what a report's page shows, and what it draws on its canvases.
+
+/** Run before the page: each canvas keeps what is drawn on it since it was cleared. */
+export const KEEP_DRAWINGS = `(() => {
+  const { width } = Object.getOwnPropertyDescriptors(HTMLCanvasElement.prototype);
+  Object.defineProperty(HTMLCanvasElement.prototype, 'width', { ...width, set(value) {
+    this.drawn = [];
+    width.set.call(this, value);
+  } });
+  for (const name of ['fillRect', 'strokeRect', 'fillText']) {
+    const draw = CanvasRenderingContext2D.prototype[name];
+    CanvasRenderingContext2D.prototype[name] = function (...what) {
+      const { e, f } = this.getTransform();
+      this.canvas.drawn?.push({ name, what, left: e, top: f, colour: this.fillStyle });
+      draw.apply(this, what);
+    };
+  }
+})()`;
+
+/** What the page tells of the request in hand. */
+export const SHOWN = `(() => {
+  const id = (name) => document.getElementById(name);
+  const texts = (selector, root = document) => [...root.querySelectorAll(selector)].map((node) => node.textContent);
+  const rows = (selector) => [...document.querySelectorAll(selector)].map((row) => [...row.cells].map((cell) => cell.textContent));
+  const box = (node) => ['x', 'y', 'width', 'height'].map((name) => Number(node.getAttribute(name)));
+  return {
+    title: id('request-title').textContent, mode: id('request-mode').textContent, link: id('link').textContent,
+    asked: id('asked').textContent, override: id('override').textContent, sentence: id('lines').textContent,
+    slider: id('timeline').getAttribute('aria-valuetext'), hover: id('hover').textContent,
+    stages: texts('#stages li'), angles: rows('#angles tbody tr'),
+    queries: texts('#numbers tr.query'), numbers: rows('#numbers tbody tr:not(.query)'),
+    reasons: texts('#why h3'), kept: texts('#why > p'),
+    steps: [...document.querySelectorAll('#why .steps')].map((part) => ({ title: part.querySelector('h4').textContent, items: texts('li', part) })),
+    log: texts('#log h3, #log pre > div'),
+    cards: [...document.querySelectorAll('#sensors .sensor')].map((card) => ({
+      heading: card.querySelector('h2').textContent, what: card.querySelector('.what').textContent,
+      note: card.querySelector('p.aside')?.textContent,
+      figures: [...card.querySelectorAll('figure')].map((figure) => ({ caption: figure.querySelector('figcaption').textContent,
+        label: figure.querySelector('svg').getAttribute('aria-label'), labels: texts('text.label', figure),
+        boxes: [...figure.querySelectorAll('rect')].map((node) => [node.getAttribute('class').split(' ')[0], box(node)]) })),
+    })),
+  };
+})()`;
+
+/** Opens the link to a request and waits until it is shown; returns what the page tells of it. */
+export const shownRequest = async (browser, name) => {
+  await browser.evaluate(`(async () => {
+    while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10));
+    if (location.hash !== '#request=${name}') location.hash = '#request=${name}';
+    for (let i = 0; i < 1000; ++i) {
+      if (document.getElementById('request-title').textContent === 'Request ${name}') return;
+      await new Promise((resolve) => setTimeout(resolve, 10));
+    }
+    throw new Error('request ${name} does not appear');
+  })()`);
+  return browser.evaluate(SHOWN);
+};
+
+const COLOURS = `Object.fromEntries(['--faint', '--overridden', '--cached', '--warn', '--alarm', '--corrected', '--jump',
+  '--step', '--ink', '--card', '--c0', '--c1', '--c2', '--c3', '--c4', '--c5'].map((name) => {
+  const context = document.createElement('canvas').getContext('2d');
+  context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+  return [name, context.fillStyle];
+}))`;
+
+/** The lanes as they are drawn with all requests in view: names, and by lane and request the colours and edges. */
+export const drawnAt = async (browser, canvas, count) => {
+  const LANE = 16;
+  const { drawn, width } = await browser.evaluate(`({ drawn: document.getElementById('${canvas}').drawn, width: document.getElementById('${canvas}').clientWidth })`);
+  const colours = await browser.evaluate(COLOURS);
+  const gutter = drawn.find(({ name }) => name === 'fillRect').left;
+  const pitch = (width - gutter) / count;
+  const bands = drawn.filter(({ name }) => name === 'fillRect');
+  const inLane = (lane) => bands.filter(({ what: [, y, , height] }) => Math.floor((y + height / 2) / LANE) === lane);
+  const covers = ({ what: [x, , w] }, from, to) => x < to && x + w > from;
+  return {
+    names: drawn.filter(({ name, left }) => name === 'fillText' && left === 0).map(({ what }) => what[0]),
+    colours: (lane, i) => [...new Set(inLane(lane).filter((band) => band.colour !== colours['--ink'])
+      .filter((band) => covers(band, (i + 0.5) * pitch - 1, (i + 0.5) * pitch + 1))
+      .map(({ colour }) => Object.keys(colours).find((name) => colours[name] === colour) ?? colour))].sort(),
+    hasEdge: (lane, i) => inLane(lane).some((band) => band.colour === colours['--ink'] && covers(band, i * pitch - 1, i * pitch + 2)),
+  };
+};

@@ -1,0 +1,303 @@
+// Walks through the report of tour.jsonl and holds everything that it tells and draws of each request to the
+// scenario, the result lines and the printed steps: node tour.mjs REPORT.html RESULTS.jsonl SCENARIO.jsonl STEPS.txt
+import assert from 'node:assert/strict';
+import { readFileSync } from 'node:fs';
+import { test, after, before } from 'node:test';
+import { pathToFileURL } from 'node:url';
+
+import { Chromium } from './Chromium.mjs';
+import {
+  areaOf, askedOf, explanationsIn, isNear, leadOf, modeOf, nameOfPorts, overrideOf, ratio, rect, requestsOf,
+  sentenceOf, shownCrops, stagesOf, titleOf,
+} from './Expected.mjs';
+import { KEEP_DRAWINGS, drawnAt, shownRequest, SHOWN } from './Page.mjs';
+
+const [report, resultFile, scenarioFile, stepsFile] = process.argv.slice(2);
+const linesOf = (file) => readFileSync(file, 'utf8').trim().split('\n');
+
+// By hand, with the scenario beside it: which lines give an earlier answer again, and what is wrong where.
+const KEPT = { 21: 19, 28: 26, 46: 45 };
+const FINDINGS = {
+  fatal: ['10'], exception: ['5'], outside: ['2:2'], corrected: ['2', '3', '1:2', '2:2', '8', '9'], stale: ['3'],
+  undone: ['2', '2:2', '9', '10'],
+};
+const FAULT_WORDS = { outside: 'crop outside of its sensor', jump: 'jump', corrected: 'corrected',
+  stale: 'kept answer of another sensor mode', undone: 'never done' };
+const STATE_WORDS = { refused: 'not overridden', overridden: 'overridden', exception: 'exception', fatal: 'stopped the process' };
+const SENSORS = [0, 1, 4];
+
+const requests = requestsOf(linesOf(scenarioFile), linesOf(resultFile).map((line) => JSON.parse(line)), KEPT);
+const explanations = explanationsIn(readFileSync(stepsFile, 'utf8'));
+const isFinding = (request, mark) => FINDINGS[mark].includes(request.name);
+
+// The last step before a crop was made to fit: what was asked for.
+const askedFor = (steps) => steps.findLast(({ words }) => /^(converted|mapped|custom|preview|second)/.test(words))?.rect;
+const explanationOf = (query, { sensor, kind, ports }) => explanations.get(query.kept ?? query.line)?.crops
+  .find((crop) => crop.sensor === sensor && (ports.length > 0 ? crop.port === ports[0] : crop.kind.includes(kind) || (kind === 'extra' && crop.kind === 'second crop')));
+const beforeCorrection = (query, crop) => {
+  const asked = askedFor(explanationOf(query, crop).steps);
+  return asked === rect(crop.crop) || crop.crop[2] === 0 ? '' : asked;
+};
+
+// The state of a stage: where its last answer left it, unless something broke.
+const stateIn = (request, stage) => {
+  const queries = request.queries.filter((query) => query.stage === stage);
+  const broken = queries.find(({ state }) => state === 'fatal') ?? queries.find(({ state }) => state === 'exception');
+  return { state: (broken ?? queries.at(-1))?.state, isKept: queries.some(({ kept }) => kept) };
+};
+
+let browser;
+let jumps;  // the requests that the list of jumps names
+let shown;  // what the page tells of each request
+before(async () => {
+  browser = await Chromium.start();
+  await browser.resize(1280, 1000);
+  await browser.before(KEEP_DRAWINGS);
+  await browser.open(pathToFileURL(report).href);
+  shown = [];
+  await shownRequest(browser, requests[0].name);
+  jumps = new Set(await browser.evaluate(`[...document.querySelectorAll('#jump-list a')].map((a) => a.hash.replace('#request=', ''))`));
+  for (const { name } of requests) shown.push(await shownRequest(browser, name));
+});
+after(() => browser.stop());
+
+const forEach = (check) => requests.forEach((request, i) => check(request, shown[i], `request ${request.name}`));
+
+test('the head', async () => {
+  const head = await browser.evaluate(`({ title: document.title, about: document.getElementById('about').textContent,
+    fatal: document.getElementById('fatal').textContent, findings: [...document.querySelectorAll('#findings button')].map((b) => b.textContent) })`);
+  assert.equal(head.title, 'tour.jsonl \u2013 zoom report');
+  assert.equal(head.about, `ExternalAPI, InstantRequest, ByRequest \u00b7 ${requests.length} requests \u00b7 7 overridden`);
+  assert.match(head.fatal, /^The library stopped the process on line 60, get3ACropSetting: .*still not support 3A/);
+  assert.deepEqual(head.findings.filter((text) => !text.startsWith('jump')), ['fatal condition: 1', 'exception: 1',
+    'crop outside of its sensor: 1', 'corrected: 6', 'kept answer of another sensor mode: 1', 'never done: 4']);
+});
+
+test('mode, ratios, answers and lines of each request', () => forEach((request, page, where) => {
+  assert.equal(page.mode, request.mode, where);
+  assert.equal(page.asked, ratio(askedOf(request)), where);
+  const override = overrideOf(request);
+  assert.equal(page.override, override === undefined ? '\u2013' : ratio(override), where);
+  assert.deepEqual(page.stages, stagesOf(request), where);
+  assert.equal(page.sentence, `${scenarioFile}: ${sentenceOf(request)}`, where);
+  const states = ['P1', 'P2', '3A'].map((stage) => [stage, stateIn(request, stage)]).filter(([, { state }]) => state);
+  const faults = Object.entries(FAULT_WORDS).filter(([mark]) => mark === 'jump' ? jumps.has(request.name) : isFinding(request, mark));
+  assert.equal(page.slider, `Request ${request.name}: ${[...states.map(([stage, { state, isKept }]) =>
+    `${stage} ${STATE_WORDS[state]}${isKept ? ' and from the cache' : ''}`), ...faults.map(([, words]) => words)].join(', ')}`);
+  assert.equal(page.link, `#request=${request.name}`);
+}));
+
+test('the table of angles', () => forEach((request, page, where) => {
+  const leads = SENSORS.map((sensor) => [sensor, leadOf(request, sensor)]).filter(([, lead]) => lead);
+  assert.deepEqual(page.angles.map(([sensor, what]) => [sensor, what]), leads.map(([sensor, { stage, crop }]) => [
+    sensor === request.camera.ids[0] ? `${sensor} master` : String(sensor),
+    stage === 'P1' ? `P1 ${nameOfPorts(crop).split(' ')[0]}` : 'P2']), where);
+  leads.forEach(([sensor, { crop }], i) => {
+    const [across, down, pointing, toMaster] = page.angles[i].slice(2);
+    const [right, below] = pointing.split(', ');
+    const told = [across, down, right, below, toMaster];
+    const { sight, difference } = crop;
+    const expected = [sight.across, sight.down, sight.right, sight.below, sensor === request.camera.ids[0] ? undefined : difference?.across];
+    expected.forEach((value, k) => assert.ok(isNear(told[k], value), `${where}, sensor ${sensor}: ${told[k]}, not ${value}`));
+  });
+}));
+
+test('the table of numbers', () => forEach((request, page, where) => {
+  assert.deepEqual(page.queries, request.queries.map(titleOf), where);
+  const crops = request.queries.flatMap((query) => query.crops.map((crop) => ({ query, crop })));
+  assert.deepEqual(page.numbers.map((row) => row.slice(0, 10)), crops.map(({ query, crop }) => [query.stage, crop.sensor,
+    crop.kind === 'port' ? crop.ports.join(' ') : crop.kind, crop.isTg ? 'TG' : 'active array', ...crop.crop,
+    beforeCorrection(query, crop), crop.min ? crop.min.join('\u00d7') : ''].map(String)), where);
+  crops.forEach(({ crop: { sight, difference } }, i) => {
+    const expected = [sight.across, sight.down, sight.right, sight.below, difference?.across, difference?.down];
+    expected.forEach((value, k) => assert.ok(isNear(page.numbers[i][10 + k], value), `${where}, row ${i}: ${page.numbers[i]}, not ${expected}`));
+  });
+}));
+
+test('reasons and steps', () => forEach((request, page, where) => {
+  const queries = request.queries.filter(({ line }) => explanations.has(line));
+  assert.deepEqual(page.reasons, queries.map(({ line, stage }) => `${stage} on line ${line}: ${explanations.get(line).reason}`), where);
+  assert.deepEqual(page.kept, queries.filter(({ kept }) => kept).map(({ kept }) => `The answer of line ${kept} was kept and given again.`), where);
+  const crops = queries.flatMap((query) => query.crops.map((crop) => ({ query, crop })));
+  assert.deepEqual(page.steps.map(({ title }) => title), crops.map(({ query, crop }) => `${query.stage} sensor ${crop.sensor} ${nameOfPorts(crop)}`), where);
+  crops.forEach(({ query, crop }, i) => assert.deepEqual(page.steps[i].items, explanationOf(query, crop).steps
+    .map(({ words, rect: box, isTg }) => `${words}${box} ${isTg ? 'TG' : 'active array'}`), `${where}, ${page.steps[i].title}`));
+}));
+
+test('the log', () => forEach((request, page, where) => {
+  assert.deepEqual(page.log, request.log.flatMap(({ line, op, log }) =>
+    [`line ${line}  ${op}`, ...log.map(({ sink, level, text }) => `${sink} ${level}  ${text}`)]), where);
+}));
+
+// Where no active array is configured, what the one mode of the sensor reads out stands for it.
+const arrayOf = ({ camera }, sensor) => camera.infos[sensor]?.activeArray ?? camera.modes[sensor][1].window;
+
+// What must stand in each picture: [class, box in its own pixels, label].
+const activeBoxes = (request, sensor) => {
+  const activeArray = arrayOf(request, sensor);
+  const mode = request.camera.modes[sensor][modeOf(request, sensor)];
+  const isWhole = !mode || String(mode.window) === String(activeArray);
+  const boxes = [['pixels', activeArray], ...(isWhole ? [] : [['readout', mode.window]])];
+  for (const crop of shownCrops(request, 'P1', sensor)) {
+    boxes.push(['projected', areaOf(request.camera.modes[sensor][crop.mode], crop.crop), nameOfPorts(crop)]);
+  }
+  for (const crop of shownCrops(request, 'P2', sensor)) {
+    const query = request.queries.findLast(({ crops }) => crops.includes(crop));
+    const asked = beforeCorrection(query, crop);
+    if (!crop.isTg) boxes.push(['bound', [0, 0, ...mode.size], 'bound']);
+    if (!crop.isTg && asked) boxes.push(['ghost', asked.match(/-?\d+/g).map(Number), 'before']);
+    boxes.push(['crop', crop.isTg ? areaOf(mode, crop.crop) : crop.crop, nameOfPorts(crop)]);
+  }
+  return boxes;
+};
+const outputBoxes = (request, sensor) => {
+  const { size } = request.camera.modes[sensor][modeOf(request, sensor)];
+  const boxes = [['pixels', [0, 0, ...size]]];
+  for (const crop of ['P1', 'P2'].flatMap((stage) => shownCrops(request, stage, sensor)).filter(({ isTg }) => isTg)) {
+    const query = request.queries.findLast(({ crops }) => crops.includes(crop));
+    const asked = beforeCorrection(query, crop);
+    if (asked) boxes.push(['ghost', asked.match(/-?\d+/g).map(Number), `${nameOfPorts(crop)} before`]);
+    boxes.push(['crop', crop.crop, nameOfPorts(crop)]);
+    const [x, y, w, h] = crop.crop;
+    if (crop.min) boxes.push(['min', [x + (w - crop.min[0]) / 2, y + (h - crop.min[1]) / 2, ...crop.min]]);
+  }
+  return boxes;
+};
+
+// Drawn rectangles have a tenth of a pixel; the first is the whole that gives the scale. What lies further out
+// than half of the sensor is cut off.
+const isPlaced = (drawn, whole, pixels, box) => {
+  const scale = whole[2] / pixels[2];
+  const expected = [whole[0] + (box[0] - pixels[0]) * scale, whole[1] + (box[1] - pixels[1]) * scale, box[2] * scale, box[3] * scale];
+  return drawn.every((value, i) => Math.abs(value - expected[i]) < 0.3);
+};
+const holdPicture = (figure, boxes, where) => {
+  for (const [, box] of boxes.filter(([name, box]) => name === 'crop' && box.every(Number.isInteger))) assert.ok(figure.label.includes(rect(box)), where);
+  const byText = (a, b) => String(a) < String(b) ? -1 : 1;
+  assert.deepEqual(figure.boxes.map(([name]) => name).sort(), boxes.map(([name]) => name).sort(), where);
+  assert.deepEqual([...figure.labels].sort(byText), boxes.map(([, , label]) => label).filter(Boolean).sort(byText), where);
+  const [, whole] = figure.boxes[0];
+  for (const [name, box] of boxes) {
+    assert.ok(figure.boxes.some(([drawnName, drawn]) => drawnName === name && isPlaced(drawn, whole, boxes[0][1], box)),
+      `${where}: ${name} ${box} is not among ${JSON.stringify(figure.boxes)}`);
+  }
+};
+
+test('the pictures', () => forEach((request, page, where) => {
+  assert.deepEqual(page.cards.map(({ heading }) => heading), SENSORS.map((sensor) =>
+    `Sensor ${sensor}${sensor === request.camera.ids[0] ? ', master' : ''}`), where);
+  SENSORS.forEach((sensor, i) => {
+    const card = page.cards[i];
+    const info = request.camera.infos[sensor];
+    const mode = modeOf(request, sensor);
+    const place = `${where}, sensor ${sensor}`;
+    assert.equal(card.what, info ? `${info.degreeH}\u00b0 \u00d7 ${info.degreeV}\u00b0` : 'no angles configured', place);
+    const figures = [...card.figures];
+    const array = figures.shift();
+    assert.equal(array.caption, `${info ? 'Active array' : 'Read out by its modes'}${arrayOf(request, sensor).slice(2).join('\u00d7')}`, place);
+    holdPicture(array, activeBoxes(request, sensor), `${place}, active array`);
+    if (mode === undefined) {
+      assert.match(card.note, sensor in request.deposit.sensorModes ? /^Does not stream/ : /^Has no mode/, place);
+    } else {
+      const figure = figures.shift();
+      const minima = [...new Set(shownCrops(request, 'P1', sensor).filter(({ min }) => min).map(({ min }) => min.join('\u00d7')))];
+      assert.equal(figure.caption, `Output of mode ${mode}${request.camera.modes[sensor][mode].size.join('\u00d7')}` +
+        (minima.length > 0 ? ` \u00b7 min ${minima.join(', ')}` : ''), place);
+      holdPicture(figure, outputBoxes(request, sensor), `${place}, output`);
+    }
+    assert.deepEqual(figures, [], place);
+  });
+}));
+
+const STATE_COLOURS = { refused: '--faint', overridden: '--overridden', exception: '--warn', fatal: '--alarm' };
+const ofStage = (stage) => (request) => {
+  const { state, isKept } = stateIn(request, stage);
+  return [STATE_COLOURS[state], isKept && '--cached'].filter(Boolean);
+};
+const colourOf = (sensor) => sensor === undefined ? [] : [`--c${SENSORS.indexOf(sensor)}`];
+const lensOf = ({ phone }) => /^\d+$/.test(phone?.activePhysicalId) ? Number(phone.activePhysicalId) : undefined;
+const LANES = [
+  ['P1', ofStage('P1')], ['P2', ofStage('P2')], ['3A', ofStage('3A')],
+  ['corrected', (request) => isFinding(request, 'corrected') ? ['--corrected'] : []],
+  ['asked by', (request) => colourOf(request.queries[0].input.sensorId), (request) => request.queries[0].input.sensorId],
+  ['phone', (request) => colourOf(lensOf(request)), lensOf],
+  ...SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => colourOf(modeOf(request, sensor) === undefined ? undefined : sensor),
+    (request) => modeOf(request, sensor)]),
+  ['findings', (request) => [jumps.has(request.name) && '--jump', isFinding(request, 'stale') && '--warn',
+    isFinding(request, 'outside') && '--alarm', isFinding(request, 'undone') && '--faint'].filter(Boolean)],
+];
+
+test('lanes: states, names and edges', async () => {
+  const drawn = await drawnAt(browser, 'lanes', requests.length);
+  assert.deepEqual(drawn.names, LANES.map(([name]) => name));
+  LANES.forEach(([name, statesOf, valueOf], lane) => requests.forEach((request, i) => {
+    assert.deepEqual(drawn.colours(lane, i), statesOf(request).sort(), `lane ${name}, request ${request.name}`);
+    const isEdge = valueOf !== undefined && i > 0 && valueOf(request) !== valueOf(requests[i - 1]);
+    assert.equal(drawn.hasEdge(lane, i), isEdge, `lane ${name}, edge before request ${request.name}`);
+  }));
+  const told = await browser.evaluate(`[...document.querySelectorAll('#legend li')].map((item) => item.textContent)`);
+  assert.deepEqual(told, ['not overridden', 'overridden', 'also from the cache', 'exception', 'stopped the process',
+    'crop corrected', 'jump', 'kept answer of another mode', 'outside of its sensor', 'never done', 'edge: sensor or mode changes']);
+});
+
+test('curves', async () => {
+  const charts = async () => browser.evaluate(`(async () => {
+    const { updateOptions } = Dygraph.prototype;
+    const graphs = [];
+    Dygraph.prototype.updateOptions = function (...options) { graphs.push(this); return updateOptions.apply(this, options); };
+    document.getElementById('zoom-all').click();
+    await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
+    Dygraph.prototype.updateOptions = updateOptions;
+    return graphs.map((graph) => ({ labels: graph.getLabels().slice(1), x: graph.xAxisRange(),
+      rows: Array.from({ length: graph.numRows() }, (_, row) => graph.getLabels().map((_, column) => graph.getValue(row, column))) }));
+  })()`);
+  const hold = ({ labels, rows, x }, curves) => {
+    assert.deepEqual(labels, Object.keys(curves));
+    assert.deepEqual(x, [-0.5, requests.length - 0.5]);
+    requests.forEach((request, i) => assert.ok(Object.values(curves).every((value, k) =>
+      isNear(String(rows[i][k + 1] ?? '-'), value(request)) && rows[i][0] === i), `request ${request.name}: ${rows[i]}`));
+  };
+  const [ratios, lower] = await charts();
+  hold(ratios, { asked: askedOf, override: overrideOf, phone: ({ phone }) => phone?.zoomRatio });
+  const bySensor = (value) => Object.fromEntries(SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => {
+    const crop = leadOf(request, sensor)?.crop;
+    return crop && value(crop);
+  }]));
+  hold(lower, bySensor(({ difference }) => difference?.across));
+  for (const [quantity, value] of [['angle', 'across'], ['right', 'right'], ['down', 'below']]) {
+    await browser.evaluate(`{ const list = document.getElementById('quantity');
+      list.value = '${quantity}'; list.dispatchEvent(new Event('change')); }`);
+    hold((await charts())[1], bySensor(({ sight }) => sight[value]));
+  }
+});
+
+test('the value of a request under the mouse', () => forEach((request, page, where) => {
+  const [name, ...parts] = page.hover.split(' \u00b7 ');
+  assert.equal(name, `request ${request.name}`);
+  assert.equal(parts[0], `asked ${ratio(askedOf(request))}`, where);
+  for (const sensor of SENSORS) {
+    const told = new RegExp(`sensor ${sensor} ([^,]+)`).exec(page.hover)?.[1] ?? '-';
+    assert.ok(isNear(told, leadOf(request, sensor)?.crop.difference?.across), `${where}: ${page.hover}`);
+  }
+}));
+
+test('each finding lists its requests', async () => {
+  for (const [mark, names] of Object.entries(FINDINGS)) {
+    const listed = await browser.evaluate(`(() => {
+      document.querySelector('[data-finding=${mark}]').click();
+      return [...document.querySelectorAll('#walk-list a')].map((link) => link.textContent);
+    })()`);
+    assert.deepEqual(listed, requests.map(({ name }) => name).filter((name) => names.includes(name)), mark);
+  }
+});
+
+test('copying takes the table as it is', async () => {
+  const page = await shownRequest(browser, '1:2');
+  await browser.evaluate(`Object.defineProperty(navigator, 'clipboard', { value: { writeText: async (text) => { globalThis.copied = text; } } })`);
+  await browser.evaluate(`document.getElementById('copy').click()`);
+  const rows = (await browser.evaluate('globalThis.copied')).trimEnd().split('\n').map((row) => row.split('\t'));
+  assert.deepEqual(rows[0].slice(0, 5), ['Request', 'Stage', 'Sensor', 'Port', 'Domain']);
+  assert.deepEqual(rows.slice(1), page.numbers.map((row) => ['1', ...row]));
+});
+
+test('nothing on the console', () => assert.deepEqual(browser.errors, []));
