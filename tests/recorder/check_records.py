@@ -9,12 +9,15 @@ import json
 import os
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 import tempfile
 import time
 
 GOES_ON = "// The record goes on here.\n"
+OF_PLATFORM = "(sensor|property|publish|logger|observed)$|SensorCropMapper"
+NAMES = {"None": 0, "ExternalAPI": 1, "ByRequest": 2, "InstantRequest": 3, "default": 0, "repeating": 1}
 SMALL = 65536  # the least that a record may take, in four parts
 FILLING = '{"op": "isPortExist", "sensorId": 0, "port": 1}\n' * 300
 
@@ -48,11 +51,57 @@ def check_times(record):
     assert all(0 < duration < 1e9 for duration in durations if duration is not None), durations
 
 
-def check_needs(record, scenario):
-    """What a caller's record holds before a query is in the line, also where no answer shows it."""
-    if pathlib.Path(scenario).stem == "many-turns":
-        counts = [pathlib.Path(file).read_text().count('"need": {') for file in (scenario, record)]
-        assert counts[0] == counts[1] > 0, counts
+def normal(value):
+    """A value as any spelling of it: names as numbers, and without what is left out by default."""
+    if isinstance(value, dict):
+        fields = {normal(name): normal(field) for name, field in value.items()}
+        return {name: field for name, field in fields.items() if field not in (0, {}, [], [0] * 4)}
+    if isinstance(value, list):
+        return [normal(item) for item in value]
+    if isinstance(value, str):
+        if re.fullmatch(r"-?(0x[0-9a-fA-F]+|[0-9]+)", value):
+            return int(value, 0) % 2**64
+        return NAMES.get(value, value)
+    return value
+
+
+def same(a, b):
+    """Numbers are the same that are in 32 bits; stream ids have more."""
+    if isinstance(a, dict) and isinstance(b, dict):
+        return a.keys() == b.keys() and all(same(a[name], b[name]) for name in a)
+    if isinstance(a, list) and isinstance(b, list):
+        return len(a) == len(b) and all(map(same, a, b))
+    if isinstance(a, (int, float)) and isinstance(b, (int, float)):
+        is_short = max(abs(a), abs(b)) <= 2**32
+        return a == b or is_short and (struct.pack("f", a) == struct.pack("f", b) or (a - b) % 2**32 == 0)
+    return a == b
+
+
+def normal_call(call):
+    """A call without what the recorder adds, and with the whole record that a query fills."""
+    if "need" in call:
+        call["need"] = {"requestNo": -1, "zoomRatio": 1} | call["need"]
+    return normal({name: value for name, value in call.items() if name not in ("t", "dur")})
+
+
+def check_calls(record, scenario, count):
+    """The record has each call with all that was handed in, also where no answer shows it, and the properties."""
+    def lines(path):
+        return [json.loads(line) for line in pathlib.Path(path).read_text().splitlines() if line.startswith("{")]
+
+    def calls(path):
+        return [normal_call(line) for line in lines(path) if not re.match(OF_PLATFORM, line["op"])]
+
+    recorded = calls(record)
+    assert len(recorded) == count, f"{scenario}: {count} calls, {len(recorded)} recorded"
+    for number, (call, wanted) in enumerate(zip(recorded, calls(scenario))):
+        assert same(call, wanted), f"{scenario}, call {number}:\n  {call}\nexpected:\n  {wanted}"
+
+    def properties(path):
+        return {line["name"]: line["value"] for line in lines(path) if line["op"] == "property"}
+
+    wanted = {f"vendor.debug.camera.zoomOverride.{name}": 0 for name in ("log", "closeP1Override", "closeP2Override")}
+    assert properties(record) == wanted | properties(scenario), scenario
 
 
 def check(zoomreplay, recorder, scenario, limit):
@@ -70,7 +119,7 @@ def check(zoomreplay, recorder, scenario, limit):
             return 0
         if limit > SMALL:
             check_times(record)
-            check_needs(record, scenario)
+            check_calls(record, scenario, len(of_manager(plain)))
         parts = [part for age in ("3", "2", "1") if (part := pathlib.Path(f"{record}.{age}")).exists()] + [record]
         answers = [answer for part in parts for answer in new_answers(zoomreplay, part)]
         expected = of_manager(plain)[-len(answers):]

@@ -1,0 +1,33 @@
+#!/usr/bin/env python3
+"""Runs a program whose threads call the manager at the same time, with the recorder in front of it.
+
+Each call is a line of the record by itself, and the calls follow each other.
+"""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+
+def main():
+    recorder, *program = sys.argv[1:]
+    with tempfile.TemporaryDirectory() as folder:
+        record = pathlib.Path(folder, "record.jsonl")
+        subprocess.run(program, check=True, env=os.environ | {
+            "LD_PRELOAD": recorder,
+            "ZOOMOVERRIDE_RECORD": str(record),
+            "ZOOMOVERRIDE_RECORD_BYTES": "1000000",
+            "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"})
+        parts = sorted(pathlib.Path(folder).iterdir())
+        assert len(parts) == 4, parts
+        for part in parts:
+            lines = part.read_text().split("// The record goes on here.\n")[1].splitlines()
+            times = [call["t"] for line in lines if not line.startswith("//") and "t" in (call := json.loads(line))]
+            assert len(times) > 100 and times == sorted(times), part
+
+
+if __name__ == "__main__":
+    main()
