@@ -63,16 +63,22 @@ class LocksTest : public testing::TestWithParam<Table> {
     ~LocksTest() override { GetParam().clear(); }
 };
 
+// The two meet again and again: on a busy machine one would be done before the other begins.
 TEST_P(LocksTest, NothingIsLostWhileThreadsFillATable) {
-    constexpr int32_t kThreads = 4;
+    constexpr int32_t kThreads = 2;
     constexpr int32_t kEntries = 40000;
+    constexpr int32_t kBetweenMeetings = 100;
     Table const& table = GetParam();
-    std::atomic<int> missing{0};
-    std::atomic<int> waiting{kThreads};
+    std::atomic<int32_t> missing{0};
+    std::atomic<int32_t> arrivals{0};
     auto const fill = [&](int32_t first) {
-        for (--waiting; waiting > 0;) {  // all begin at once
-        }
         for (int32_t i = first; i < kEntries; i += kThreads) {
+            if (i % kBetweenMeetings == first) {
+                int32_t const all = (i / kBetweenMeetings + 1) * kThreads;
+                for (++arrivals; arrivals < all;) {
+                    std::this_thread::yield();
+                }
+            }
             table.put(i);
             missing += table.has(i) ? 0 : 1;
         }

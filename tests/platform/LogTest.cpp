@@ -2,6 +2,7 @@
 #include <android/log.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 #include <thread>
 #include <utility>
@@ -87,17 +88,26 @@ TEST_F(LogTest, LevelsBecomePrioritiesOfLiblog) {
 }
 
 TEST_F(LogTest, KeepsLinesOfAllThreads) {
-    auto const work = [] {
-        for (int i = 0; i < 50; ++i) {
-            log_dbg_print("test", 0, "%d", i);
+    constexpr size_t kLines = 20000;
+    __android_log_set_logger([](__android_logger_data const*, char const*) {});
+    std::atomic<bool> isOver{false};
+    std::thread other([&] {
+        for (size_t i = 0; i < kLines; ++i) {
+            log_dbg_print("test", 0, "line");
             ULogger::sULogger->print(0, "test", 5, "line", 4);
         }
-    };
-    std::thread other(work);
-    work();
+        isOver = true;
+    });
+    size_t own = 0;
+    size_t taken = 0;
+    for (; !isOver; ++own) {
+        ULogger::sULogger->print(0, "test", 5, "line", 4);
+        taken += NSCam::Host::takeCapturedLog().size();
+    }
     other.join();
+    __android_log_set_logger(__android_log_stderr_logger);
 
-    EXPECT_EQ(NSCam::Host::takeCapturedLog().size(), 200U);
+    EXPECT_EQ(taken + NSCam::Host::takeCapturedLog().size(), 2 * kLines + own);
 }
 
 TEST_F(LogTest, ResetRestoresSwitches) {
