@@ -152,13 +152,18 @@ TEST_F(ImportWatchTest, ExternalApiPublishesWhatTheFrameBeforeAsked) {
     EXPECT_EQ(replay(scenario).status, 0);
 }
 
-TEST_F(ImportWatchTest, RigsOwnPortsStay) {
+TEST_F(ImportWatchTest, RigsOwnLinesStay) {
+    constexpr std::string_view kLog =
+        R"({"op": "logger", "detailsLevel": 5}
+{"op": "property", "name": "vendor.debug.camera.zoomOverride.log", "value": 1}
+)";
     constexpr std::string_view kPorts =
         R"({"op": "configSensorBehaviorInfo", "portSizes": {"0": {"3": [4000, 3000]}}})"
         "\n";
-    write("rig.jsonl", join({kSensors, kConfig, kPorts}));
+    write("rig.jsonl", join({kSensors, kLog, kConfig, kPorts}));
     auto const scenario = import(kTwoFrames, "ExternalAPI").out;
 
+    EXPECT_THAT(scenario, HasSubstr(join({kSensors, kLog, R"({"op": "initialize")"})));
     EXPECT_EQ(withoutHead(scenario).find("configSensorBehaviorInfo"),
               withoutHead(scenario).rfind("configSensorBehaviorInfo"));
     EXPECT_THAT(scenario, HasSubstr(kPorts));
@@ -336,7 +341,8 @@ TEST_F(ImportWatchTest, BadUsageHasStatusTwo) {
     EXPECT_EQ(run({"import-watch", "-", "--rig", "-", "--mode", "ByRequest"}).err,
               "<stdin>: cannot be both LOG and RIG\n");
     EXPECT_THAT(import(kTwoFrames, "None").err, HasSubstr("--mode: None not in"));
-    EXPECT_EQ(run({"import-watch", "zoom.log", "--mode", "ByRequest"}).status, 2);
+    EXPECT_THAT(run({"import-watch", "zoom.log", "--mode", "ByRequest"}).err,
+                HasSubstr("--rig is required"));
     EXPECT_EQ(run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", "ByRequest", "-o",
                    "./rig.jsonl"})
                   .status,
