@@ -1,5 +1,6 @@
-// A customer's mapper that throws what it should not: whenever it is configured, and for 8x and
-// more.
+// A customer's mapper that throws what it should not, whenever it is configured and for 8x and
+// more, and crashes for 16x and more.
+#include <cstdlib>
 #include <stdexcept>
 
 #include "CustomSensorCropMapper.h"
@@ -23,6 +24,10 @@ bool CustomSensorCropMapper::config(SensorCropMapperConfig const& /*config*/) {
 
 bool CustomSensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) {
     constexpr float kTooNarrow = 8.0F;
+    constexpr float kMuchTooNarrow = 16.0F;
+    if (in.zoomRatio >= kMuchTooNarrow) {
+        std::abort();
+    }
     if (in.zoomRatio >= kTooNarrow) {
         throw 42;
     }

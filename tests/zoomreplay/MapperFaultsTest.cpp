@@ -1,4 +1,5 @@
-// Replays with a customer's mapper that throws.
+// Replays with a customer's mapper that throws or crashes.
+#include <csignal>
 #include <cstdlib>
 
 #include "ToolTest.h"
@@ -49,6 +50,22 @@ TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
                 testing::EndsWith("{\"line\": 12, \"op\": \"onRequestDone\", \"result\": true}\n"));
     EXPECT_EQ(pictured.status, 0) << pictured.err;
     EXPECT_EQ(pictured.out, plain.out);
+}
+
+TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeIt) {
+    std::string const narrow =
+        R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
+    write("s.jsonl",
+          std::string(kModeLine) + narrow + "2}\n" + narrow + "16}\n" + std::string(kModeLine));
+    auto const result = runWithMapper({"s.jsonl", "-o", "-"});
+
+    EXPECT_EQ(result.status, -SIGABRT);
+    EXPECT_EQ(result.out,
+              std::string(kModeResult) +
+                  R"({"line": 2, "op": "SensorCropMapper.getSensorCrop", "result": true, )"
+                  R"("output": {"isValid": true, "zoomRatio": 2, )"
+                  R"("sensorCrops": {"0": [100, 100, 1000, 750]}}})"
+                  "\n");
 }
 
 TEST_F(MapperFaultsTest, TextsOfACustomerCannotSteerTheTerminal) {

@@ -111,7 +111,8 @@ void File::write(std::string_view text) {
             throw ClosedPipe(mName + ": nobody reads it any more");
         } else if (errno != EINTR) {
             int const error = errno;
-            takeBack(written);
+            size_t const whole = text.substr(0, written).rfind('\n') + 1;  // 0 where there is none
+            takeBack(written - whole);
             throw systemError(mName + ": cannot write", error);
         }
     }

@@ -46,6 +46,7 @@ class File {
     ~File();
 
     std::string const& name() const { return mName; }
+    int descriptor() const { return mDescriptor; }
     bool isTerminal() const;
 
     /// The width of a terminal; empty where it does not tell.
@@ -60,7 +61,7 @@ class File {
     /// Reads what is there, waiting for at least one byte. @return bytes read, 0 at the end.
     size_t read(std::span<char> buffer);
 
-    /// Writes all of text before it returns; nothing of it, when a disk is too full for all.
+    /// Writes all of text before it returns; whole lines of it, when a disk is too full for all.
     /// @throws ClosedPipe
     void write(std::string_view text);
 

@@ -73,6 +73,9 @@ bool LineReader::fill() {
         mBuffer.resize(mBuffer.size() + kChunk);
     }
 
+    if (!mFile.size().has_value()) {  // files on a disk keep nobody waiting
+        mBeforeWait();
+    }
     size_t const count = mFile.read(std::span(mBuffer).subspan(mEnd));
     mEnd += count;
     mBytesRead += count;

@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/File.h"
@@ -19,6 +21,9 @@ class LineReader {
     enum class LongLines { Refuse, Cut };
 
     explicit LineReader(File file, LongLines longLines = LongLines::Refuse);
+
+    /// Has beforeWait called whenever the next line may be long in coming, as out of a pipe.
+    void setBeforeWait(std::function<void()> beforeWait) { mBeforeWait = std::move(beforeWait); }
 
     /// The next line of JSON Lines: neither blank nor a comment, without its line end; empty
     /// at the end of the file. Valid until the next call.
@@ -47,6 +52,7 @@ class LineReader {
 
     File mFile;
     LongLines mLongLines;
+    std::function<void()> mBeforeWait = [] {};
     std::vector<char> mBuffer;
     size_t mBegin = 0;  // of what has been read and not yet handed out
     size_t mEnd = 0;

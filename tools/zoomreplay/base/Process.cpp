@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 
+#include "LineWriter.h"
 #include "UnfinishedFile.h"
 
 namespace zoomreplay {
@@ -27,6 +28,7 @@ void prepareProcess() {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     removeUnfinishedOnSignals();
+    writeLinesOnCrash();
 }
 
 }  // namespace zoomreplay

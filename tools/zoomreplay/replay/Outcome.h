@@ -93,8 +93,12 @@ class OutcomeConsumer {
     /// What a line is about to be answered from, or sets up. Comes before the line's outcome.
     virtual void prepare(uint64_t /*line*/, Input const& /*input*/) {}
 
-    /// Whatever is written is out when it returns. @throws UserError
+    /// What is written may be held back until flush or finish. @throws UserError
     virtual void consume(Outcome const& outcome) = 0;
+
+    /// Nothing may follow for a while, or at all: what was held back is out when it returns.
+    /// @throws UserError
+    virtual void flush() {}
 
     /// The replay is over, by the scenario's end or by a fatal condition. @throws UserError
     virtual void finish() {}

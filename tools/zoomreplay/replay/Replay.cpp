@@ -59,12 +59,24 @@ void Replay::run() {
     __android_log_set_logger(keepError);
     NSCam::Host::captureLog(mIsLogged);
 
+    mScenario.setBeforeWait([this] { flush(); });
+    try {
+        replayLines();
+    } catch (UserError const&) {
+        flush();  // what came before counts
+        throw;
+    }
+    finish();
+}
+
+void Replay::replayLines() {
     while (auto const line = mScenario.next()) {
         try {
             replayLine(*line);
         } catch (LineError const& e) {
             if (isCutOff(e)) {
                 mProgress.clear();
+                flush();
                 complain(mScenario.place() + ": cut off; the record ends with the line before");
                 break;
             }
@@ -73,7 +85,6 @@ void Replay::run() {
         }
         mProgress.tick();
     }
-    finish();
 }
 
 // As a record is whose process was killed while it wrote.
@@ -118,6 +129,12 @@ void Replay::deliver(Answer answer) {
     }
     for (OutcomeConsumer* consumer : mConsumers) {
         consumer->consume(outcome);
+    }
+}
+
+void Replay::flush() {
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->flush();
     }
 }
 

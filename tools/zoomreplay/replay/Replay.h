@@ -21,7 +21,8 @@ class Replay {
            Progress& progress);
 
     /// Calls the library with every line and hands each outcome to the consumers, in their order,
-    /// before the next line is read. A fatal condition of the library ends the process in here,
+    /// before the next line is read. They hold nothing back while the scenario keeps the replay
+    /// waiting, and at a bad line. A fatal condition of the library ends the process in here,
     /// with ExitStatus::Fatal, after the consumers have got it and have finished.
     /// A last line that has no line end and is no whole object is told and left out.
     /// @throws UserError a bad line, an unreadable scenario, or what a consumer throws.
@@ -32,9 +33,11 @@ class Replay {
     [[noreturn]] void endFatally(std::string_view text);
 
     bool isCutOff(scenario::LineError const& error) const;
+    void replayLines();
     void replayLine(std::string_view line);
     void announce(Input const& input);
     void deliver(Answer answer);
+    void flush();
     void finish();
 
     LineReader& mScenario;

@@ -84,10 +84,9 @@ void appendResultLine(std::string& out, Outcome const& outcome) {
 }
 
 void ResultWriter::consume(Outcome const& outcome) {
-    mLine.clear();
-    appendResultLine(mLine, outcome);
-    mLine += '\n';
-    mFile.write(mLine);
+    appendResultLine(mLines.text(), outcome);
+    mLines.text() += '\n';
+    mLines.endLine();
 }
 
 }  // namespace zoomreplay

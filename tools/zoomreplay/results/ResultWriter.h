@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "base/File.h"
+#include "base/LineWriter.h"
 #include "replay/Outcome.h"
 
 namespace zoomreplay {
@@ -14,13 +14,14 @@ void appendResultLine(std::string& out, Outcome const& outcome);
 class ResultWriter : public OutcomeConsumer {
  public:
     /// @param file outlives the writer.
-    explicit ResultWriter(File& file) : mFile(file) {}
+    explicit ResultWriter(File& file) : mLines(file) {}
 
     void consume(Outcome const& outcome) override;
+    void flush() override { mLines.flush(); }
+    void finish() override { flush(); }
 
  private:
-    File& mFile;
-    std::string mLine;  // kept for its memory
+    LineWriter mLines;
 };
 
 }  // namespace zoomreplay

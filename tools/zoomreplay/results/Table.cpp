@@ -269,22 +269,25 @@ void Table::consume(Outcome const& outcome) {
         appendLogLine(text, logLine, mTerminal.columns);
         text += '\n';
     }
-    write(std::move(text));
+    write(text);
 }
 
-void Table::write(std::string text) {
+void Table::write(std::string_view text) {
     if (!mHasHeader) {
         mHasHeader = true;
-        text.insert(
-            0, "   line    request  query    asked  override  answer    sensor, port and crop\n");
+        mLines.text() +=
+            "   line    request  query    asked  override  answer    sensor, port and crop\n";
     }
-    mFile.write(text);
+    mLines.text() += text;
+    mLines.endLine();
 }
 
 void Table::finish() {
     if (!mHasHeader) {
-        mFile.write("Nothing to show: no line asks for a crop.\n");
+        mLines.text() += "Nothing to show: no line asks for a crop.\n";
+        mLines.endLine();
     }
+    flush();
 }
 
 }  // namespace zoomreplay

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <string_view>
 
-#include "base/File.h"
+#include "base/LineWriter.h"
 #include "base/Terminal.h"
 #include "recording/RequestRange.h"
 #include "steps/Explainer.h"
@@ -21,21 +21,22 @@ class Table : public OutcomeConsumer {
     ///     left out, too.
     /// @param explainer gets each outcome before the table; like file, it lives longer
     Table(File& file, RequestRange range, Explainer const& explainer)
-        : mFile(file), mTerminal(Terminal::of(file)), mRange(range), mExplainer(explainer) {}
+        : mLines(file), mTerminal(Terminal::of(file)), mRange(range), mExplainer(explainer) {}
 
     /// What a phone observed has a row, too.
     void prepare(uint64_t line, Input const& input) override;
 
     void consume(Outcome const& outcome) override;
+    void flush() override { mLines.flush(); }
 
     /// Tells when there was nothing to show.
     void finish() override;
 
  private:
     bool isShown(bool isFatal) const;
-    void write(std::string text);
+    void write(std::string_view text);
 
-    File& mFile;
+    LineWriter mLines;
     Terminal mTerminal;
     RequestRange mRange;
     Explainer const& mExplainer;
