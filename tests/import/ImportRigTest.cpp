@@ -2,6 +2,8 @@
 // 40 digits and rounded to the nearest float.
 #include "ToolTest.h"
 
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
@@ -192,7 +194,7 @@ TEST_F(ImportRigTest, CamerasAndMasterCanBeChosen) {
     auto const sensorIds = [&](std::vector<std::string> const& options) {
         std::vector<std::string> arguments{"import-rig", phone("stereo.txt")};
         arguments.insert(arguments.end(), options.begin(), options.end());
-        auto const rig = run(arguments).out;
+        auto const rig = outputOf(run(arguments));
         auto const begin = rig.find("\"sensorIds\": ") + 13;
         return rig.substr(begin, rig.find(']', begin) + 1 - begin);
     };
@@ -206,7 +208,7 @@ TEST_F(ImportRigTest, CamerasAndMasterCanBeChosen) {
 
 // The pixel that an odd array has left over is not read out.
 TEST_F(ImportRigTest, BinnedModeReadsWholePairs) {
-    EXPECT_THAT(import(kDump, {"--binned"}).out,
+    EXPECT_THAT(outputOf(import(kDump, {"--binned"})),
                 HasSubstr(R"("1": {"size": [2040, 1536], "window": [4, 4, 4080, 3072]}}})"));
 }
 
@@ -215,7 +217,7 @@ TEST_F(ImportRigTest, NumbersWithoutRoomInAStreamIdAreReplaced) {
                              replaced(std::string(kDump), "legacy/7", "external/256") +
                              replaced(std::string(kDump), "legacy/7", "legacy/back") +
                              replaced(std::string(kDump), "legacy/7", "legacy/1");
-    EXPECT_THAT(import(dump).out,
+    EXPECT_THAT(outputOf(import(dump)),
                 AllOf(HasSubstr("Sensor 0 is camera 0:"), HasSubstr("Sensor 2 is camera 256:"),
                       HasSubstr("Sensor 3 is camera back:"), HasSubstr("Sensor 1 is camera 1:")));
 }
@@ -450,6 +452,15 @@ TEST_F(ImportRigTest, RestOfABrokenPhoneCanBeChosen) {
 }
 
 // Lines of any length around the dump, which is printed twice, the first time cut off.
+TEST_F(ImportRigTest, IdThatIsNoNameIsNotTaken) {
+    auto const sound = outputOf(run({"import-rig", phone("its.json")}));
+    std::ifstream file(phone("its.json"));
+    std::string const text{std::istreambuf_iterator<char>(file), {}};
+    write("its.json", replaced(text, R"("cameraId": "0")", R"("cameraId": "\u001b[31m")"));
+
+    EXPECT_EQ(outputOf(run({"import-rig", "its.json"})), sound);
+}
+
 TEST_F(ImportRigTest, BugreportIsSearched) {
     std::string const noise = std::string(3000000, 'x') + "\n";
     std::string const service =

@@ -11,6 +11,7 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 // The wide sensor 0 is the master: half its angle of view has the tangent 1. That of sensor 1 has
 // 1/2, on half as many pixels: both have as many pixels for the same view.
@@ -43,7 +44,7 @@ class ImportWatchTest : public ToolTest {
     /// The metadata's zoom and crops in each request of a log.
     std::vector<std::string> overrides(std::string_view log) const {
         std::vector<std::string> found;
-        std::string const scenario = import(log).out;
+        std::string const scenario = outputOf(import(log));
         constexpr std::string_view kName = "\"metadata\": ";
         for (auto begin = scenario.find(kName); begin != std::string::npos;
              begin = scenario.find(kName, begin)) {
@@ -72,8 +73,9 @@ TEST_F(ImportWatchTest, InstantRequestStoresWhatTheFrameBeforeAsked) {
     constexpr std::string_view kStore =
         R"({"op": "storeOverrideSetting", "metadata": {"zoomRatio": 2, "customStreamCrops": [0, 1004, 754, 2000, 1500, 1, 0, 0, 2000, 1500]}, "streamIdMap": {"0": "0x70010000000000", "1": "0x70010100000000"}}
 )";
-    auto const scenario = import(kTwoFrames).out;
+    auto const scenario = outputOf(import(kTwoFrames));
 
+    EXPECT_THAT(scenario, StartsWith("// Each request's metadata has the zoom"));
     EXPECT_EQ(withoutHead(scenario),
               join({"{\"op\": \"initialize\", \"mode\": \"InstantRequest\"}\n", kConfig,
                     "// Frame 7\n", kStore, kDeposits[0],
@@ -100,8 +102,9 @@ TEST_F(ImportWatchTest, ByRequestStoresWhatTheFrameToComeAsks) {
     constexpr std::string_view kCrops =
         R"("zoomRatio": 4, "overrideRect": [1504, 1129, 1000, 750], "previewAaCrops": {"0": [1504, 1129, 1000, 750], "1": [500, 375, 1000, 750]}}}
 )";
-    auto const scenario = import(kTwoFrames, "ByRequest").out;
+    auto const scenario = outputOf(import(kTwoFrames, "ByRequest"));
 
+    EXPECT_THAT(scenario, StartsWith("// Each request finds a setting"));
     EXPECT_EQ(
         withoutHead(scenario),
         join(
@@ -127,8 +130,9 @@ TEST_F(ImportWatchTest, ByRequestStoresWhatTheFrameToComeAsks) {
 }
 
 TEST_F(ImportWatchTest, ExternalApiPublishesWhatTheFrameBeforeAsked) {
-    auto const scenario = import(kTwoFrames, "ExternalAPI").out;
+    auto const scenario = outputOf(import(kTwoFrames, "ExternalAPI"));
 
+    EXPECT_THAT(scenario, StartsWith("// Each request finds published"));
     EXPECT_EQ(
         withoutHead(scenario),
         join(
@@ -161,7 +165,7 @@ TEST_F(ImportWatchTest, RigsOwnLinesStay) {
         R"({"op": "configSensorBehaviorInfo", "portSizes": {"0": {"3": [4000, 3000]}}})"
         "\n";
     write("rig.jsonl", join({kSensors, kLog, kConfig, kPorts}));
-    auto const scenario = import(kTwoFrames, "ExternalAPI").out;
+    auto const scenario = outputOf(import(kTwoFrames, "ExternalAPI"));
 
     EXPECT_THAT(scenario, HasSubstr(join({kSensors, kLog, R"({"op": "initialize")"})));
     EXPECT_EQ(withoutHead(scenario).find("configSensorBehaviorInfo"),
@@ -244,10 +248,12 @@ Log const kLogs[] = {
      "f4:0ns: REQ:android.scaler.cropRegion:  (Removed)\n",
      "3 1 100 1 ", ""},
     {"application, streams behind the value, CRLF, quoted, out of logcat",
-     "0:app  f0:123ns:  REQ:android.control.zoomRatio: [0.60000000] output stream ids:  0  1\r\n"
-     "> 0:app  f1:123ns:  REQ:android.control.zoomRatio: [0.70000000] output stream ids:  0\n"
-     "11-21 12:00:00.000  1234  5678 D dump: 0:app f2:1ns: REQ:android.control.zoomRatio: [0.8]\n"
-     "D/dump( 1234): 0:app f3:1ns: REQ:android.control.zoomRatio: [0.90000000]\n",
+     "0:org.lens  f0:123ns:  REQ:android.control.zoomRatio: [0.60000000] output stream ids:  0  "
+     "1\r\n"
+     "> 0:org.lens  f1:123ns:  REQ:android.control.zoomRatio: [0.70000000] output stream ids:  0\n"
+     "11-21 12:00:00.000  1234  5678 D dump: 0:org.lens f2:1ns: REQ:android.control.zoomRatio: "
+     "[0.8]\n"
+     "D/dump( 1234): 0:org.lens f3:1ns: REQ:android.control.zoomRatio: [0.90000000]\n",
      "0.6 0.7 0.8 0.9 ", ""},
     {"region outside the array",
      "f1:0ns: REQ:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
@@ -362,7 +368,7 @@ TEST_F(ImportWatchTest, ImportedPhonesReplayAZoomRamp) {
         ASSERT_EQ(run({"import-rig", std::string(PHONES) + '/' + phone, "-o", "rig.jsonl"}).status,
                   0);
         for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
-            auto const results = replay(import(ramp, mode).out);
+            auto const results = replay(outputOf(import(ramp, mode)));
             EXPECT_EQ(results.status, 0) << phone << ' ' << mode << '\n' << results.err;
             EXPECT_THAT(results.out, AllOf(HasSubstr("\"overrideValid\": true"),
                                            Not(HasSubstr("\"exception\""))))
@@ -381,14 +387,19 @@ TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
         "f8:1234000ns: RES:android.logicalMultiCamera.activePhysicalId: [50 48 0 ]\n"
         "f9:0ns: 5 RES:android.scaler.cropRegion: [0 0 1 1 ]\n"
         "f10:0ns: RES:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
-        "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 ]\n";
+        "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 ]\n"
+        "f20:0ns: REQ:android.control.zoomRatio: [5.00000000]\n"
+        "f21:0ns: REQ:android.control.zoomRatio: [6.00000000]\n"
+        "f22:0ns: REQ:android.control.zoomRatio: [7.00000000]\n"
+        "f20:0ns: RES:android.control.zoomRatio: [4.50000000]\n";
     for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
-        auto const scenario = import(kLog, mode).out;
+        auto const scenario = outputOf(import(kLog, mode));
         auto const first = scenario.find(
             R"({"op": "observed", "requestNo": 1, "zoomRatio": 1.9, "activePhysicalId": "20", "t": 1234000})");
         auto const second = scenario.find(
             R"({"op": "observed", "requestNo": 2, "zoomRatio": 1.9, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "5"})");
         ASSERT_NE(second, std::string::npos) << mode << '\n' << scenario;
+        EXPECT_THAT(scenario, HasSubstr(R"("requestNo": 3, "zoomRatio": 4.5)")) << mode;
         EXPECT_LT(scenario.find(R"("requestNo": 1)"), first) << mode;
         EXPECT_LT(scenario.find(R"({"op": "onRequestDone", "requestNo": 2})"), second) << mode;
         EXPECT_EQ(replay(scenario).status, 0) << mode;
@@ -479,12 +490,12 @@ TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
         close(ends[0]);
         return result;
     };
-    EXPECT_EQ(pipe(kTwoFrames).out, import(kTwoFrames, "ExternalAPI").out);
+    EXPECT_EQ(outputOf(pipe(kTwoFrames)), outputOf(import(kTwoFrames, "ExternalAPI")));
 
     auto const newestFirst = pipe(
         "f9:0ns: REQ:android.control.zoomRatio: [4.00000000]\n"
         "f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n");
-    EXPECT_EQ(newestFirst.out, import(kTwoFrames, "ExternalAPI").out);
+    EXPECT_EQ(newestFirst.out, outputOf(import(kTwoFrames, "ExternalAPI")));
     EXPECT_THAT(newestFirst.err, HasSubstr("is newest first, and so was written only at its end"));
 
     auto const secondCamera = pipe(join({"0:app ", kTwoFrames.substr(0, kTwoFrames.find('\n') + 1),
@@ -502,7 +513,7 @@ TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
 TEST_F(ImportWatchTest, ImportedAnglesGiveTheCrops) {
     ASSERT_EQ(run({"import-rig", std::string(PHONES) + "/triple.txt", "-o", "rig.jsonl"}).status,
               0);
-    auto const results = replay(import(kTwoFrames, "ExternalAPI").out);
+    auto const results = replay(outputOf(import(kTwoFrames, "ExternalAPI")));
 
     EXPECT_THAT(
         results.out,
@@ -514,7 +525,8 @@ TEST_F(ImportWatchTest, ImportedAnglesGiveTheCrops) {
 TEST_F(ImportWatchTest, ReportShowsThePhonesAngles) {
     ASSERT_EQ(run({"import-rig", std::string(PHONES) + "/triple.txt", "-o", "rig.jsonl"}).status,
               0);
-    ASSERT_EQ(replay(import(kTwoFrames, "ExternalAPI").out, {"--report", "report.html"}).status, 0);
+    ASSERT_EQ(
+        replay(outputOf(import(kTwoFrames, "ExternalAPI")), {"--report", "report.html"}).status, 0);
 
     EXPECT_THAT(read("report.html"),
                 AllOf(HasSubstr(R"("degrees":[73.976)"), HasSubstr(R"("degrees":[104.785)"),

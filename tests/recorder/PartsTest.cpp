@@ -77,14 +77,15 @@ TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
 
 TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {
     std::ofstream(mFolder + "/file") << "of somebody else";
-    for (auto const& name : {mPath + ".1", mPath}) {
+    for (auto const& name : {mPath + ".3", mPath + ".1", mPath}) {
         std::filesystem::create_symlink("file", name);
         PartWriter record({mPath, 4000});
 
         EXPECT_TRUE(record.hasFailed());
         EXPECT_TRUE(std::filesystem::is_symlink(name));
     }
-    EXPECT_THAT(sReports, ElementsAre(HasSubstr(mPath + ".1: not a regular file"),
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr(mPath + ".3: not a regular file"),
+                                      HasSubstr(mPath + ".1: not a regular file"),
                                       HasSubstr(mPath + ": not a regular file")));
     EXPECT_THAT(read(mFolder + "/file"), "of somebody else");
 }
