@@ -50,7 +50,7 @@ class TraceTest : public ToolTest {
 
 // Nanoseconds, of which a line without any takes up a microsecond.
 TEST_F(TraceTest, LinesHappenWhenTheySay) {
-    replay(R"({"op":"isPortExist","sensorId":0,"port":1,"t":5000000}
+    outputOf(replay(R"({"op":"isPortExist","sensorId":0,"port":1,"t":5000000}
 {"op":"getP1CropSetting","requestNo":1,"zoomRatio":1,"t":6002500,"dur":1500}
 {"op":"getP2CropSetting","requestNo":1,"zoomRatio":1}
 {"op":"onRequestDone","requestNo":1,"t":1,"dur":7}
@@ -58,7 +58,7 @@ TEST_F(TraceTest, LinesHappenWhenTheySay) {
 {"op":"onRequestDone","requestNo":3,"t":9223372036854775807,"dur":9223372036854775807}
 {"op":"onRequestDone","requestNo":4,"t":0}
 )",
-           {"--trace", "t.json"});
+                    {"--trace", "t.json"}));
 
     auto const found = calls();
     EXPECT_EQ(found[0], json({1, 5000.0, 1.0}));
@@ -90,8 +90,8 @@ constexpr std::string_view kScenario =
 
 // Line by line, a millisecond each from the first on: the P1 queries at 6, 8 and 9 ms.
 TEST_F(TraceTest, CountersHoldWhatCropsAreWorth) {
-    replay(std::string(kScenario) + R"({"op":"observed","requestNo":1,"zoomRatio":1.75})",
-           {"--trace", "t.json"});
+    outputOf(replay(std::string(kScenario) + R"({"op":"observed","requestNo":1,"zoomRatio":1.75})",
+                    {"--trace", "t.json"}));
 
     EXPECT_EQ(counter("observed ratio"), json({{12000.0, 1.75}}));
     EXPECT_EQ(counter("asked ratio"), json({{6000.0, 4.0}, {8000.0, 1.5}, {9000.0, 4.0}}));
@@ -105,8 +105,23 @@ TEST_F(TraceTest, CountersHoldWhatCropsAreWorth) {
     EXPECT_EQ(trace()["otherData"]["clock"], "none: a millisecond a line");
 }
 
+// Each configuration takes the place of the one before, which knew the sensor.
+TEST_F(TraceTest, AnglesNeedTheLatestConfiguration) {
+    outputOf(replay(std::string(kSensor) + R"({"op":"initialize","mode":"InstantRequest"}
+{"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":90,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
+{"op":"configSensorInfo","sensorIds":[1],"sensorInfos":{"1":{"degreeH":90,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48]}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":1,"customStreamCrops":[1,0,0,400,300]},"streamIdMap":{"1":"0x70010000000000"}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":2}
+)",
+                    {"--trace", "t.json"}));
+
+    EXPECT_EQ(counter("sensor 0 P1 R1 width"), json({{6000.0, 200}}));
+    EXPECT_EQ(counter("sensor 0 P1 R1 angle"), json::array());
+}
+
 TEST_F(TraceTest, ArrowsLeadToWhatWasUsed) {
-    replay(kScenario, {"--trace", "t.json"});
+    outputOf(replay(kScenario, {"--trace", "t.json"}));
 
     json found = json::array();
     auto const starts = events("s");
@@ -121,7 +136,7 @@ TEST_F(TraceTest, ArrowsLeadToWhatWasUsed) {
 }
 
 TEST_F(TraceTest, RangeKeepsTheTimesOfTheWholeReplay) {
-    replay(kScenario, {"--trace", "t.json", "--requests", "2"});
+    outputOf(replay(kScenario, {"--trace", "t.json", "--requests", "2"}));
 
     EXPECT_EQ(calls(), json({{8, 7000.0, 1000.0}, {9, 8000.0, 1000.0}}));
     auto const begins = events("b");

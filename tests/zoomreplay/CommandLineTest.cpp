@@ -31,7 +31,7 @@ class CommandLineTest : public ToolTest {
 
 // In their order: the first one writes what the others read.
 TEST_F(CommandLineTest, ExamplesOfTheHelpWork) {
-    std::istringstream help(run({"--help"}).out);
+    std::istringstream help(outputOf(run({"--help"})));
     int examples = 0;
     for (std::string line; std::getline(help, line);) {
         if (line.rfind("  zoomreplay ", 0) == 0) {
@@ -47,10 +47,10 @@ TEST_F(CommandLineTest, ExamplesOfTheHelpWork) {
 TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
     std::ostringstream man;
     man << std::ifstream(MAN_PAGE).rdbuf();
-    std::string help = run({"--help"}).out;
+    std::string help = outputOf(run({"--help"}));
     auto const commands = findAll(help, "\n  ([a-z][a-z-]+)  +[A-Z]");
     for (auto const& command : commands) {
-        help += run({command, "--help"}).out;
+        help += outputOf(run({command, "--help"}));
     }
 
     EXPECT_THAT(findAll(help, "\n([^\n]{81,})"), testing::IsEmpty());
@@ -60,7 +60,7 @@ TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
 
 TEST_F(CommandLineTest, CommandsDoNotHideFiles) {
     write("new", kModeLine);
-    EXPECT_EQ(run({"./new", "-o", "-"}).out, kModeResult);
+    EXPECT_EQ(outputOf(run({"./new", "-o", "-"})), kModeResult);
 }
 
 class NewTest : public ToolTest, public testing::WithParamInterface<std::string> {};
@@ -142,7 +142,7 @@ BadUsage const kBadUsages[] = {
 INSTANTIATE_TEST_SUITE_P(All, BadUsageTest, testing::ValuesIn(kBadUsages));
 
 TEST_F(CommandLineTest, DashIsAStandardStream) {
-    EXPECT_EQ(run({"-", "-o", "-"}, kModeLine).out, kModeResult);
+    EXPECT_EQ(outputOf(run({"-", "-o", "-"}, kModeLine)), kModeResult);
     EXPECT_EQ(run({"-"}, "{}\n").err, "<stdin>:1: op: missing\n");
     EXPECT_EQ(run({"s.jsonl", "-o", "-", "--compare", "-"}, kModeResult).status, 0);
 }

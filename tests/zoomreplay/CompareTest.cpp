@@ -160,11 +160,13 @@ std::vector<int> fromTo(int first, int last) {
 
 // What was added to or removed from a scenario is the only difference.
 TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
-    write("e.jsonl", replay(ramp(fromTo(100, 299)), {}).out);
+    write("e.jsonl", outputOf(replay(ramp(fromTo(100, 299)), {})));
     auto const differ = [&](std::string const& scenario) {
         return replay(scenario, {"--compare", "e.jsonl"});
     };
     EXPECT_EQ(differ("// a comment on top\n\n" + ramp(fromTo(100, 299))).status, 0);
+    EXPECT_THAT(differ(ramp(fromTo(100, 109))).err,
+                testing::EndsWith("\n760 results differ, in 0 requests\n"));
 
     auto added = fromTo(100, 299);
     added.insert(added.begin() + 100, 700);
@@ -225,7 +227,7 @@ TEST_F(CompareTest, LogsCountWhereBothSidesHaveThem) {
         std::string(kSensor) + "{\"op\":\"logger\",\"mode\":1}\n" +
         R"({"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[3500,0,1000,750]})" +
         '\n';
-    std::string expected = replay(scenario, {"--log"}).out;
+    std::string expected = outputOf(replay(scenario, {"--log"}));
     auto const number = expected.find(".cpp:") + 5;
     write("e.jsonl", expected.replace(number, 1, "1234"));
     EXPECT_EQ(replay(scenario, {"--log", "--compare", "e.jsonl"}).status, 0);

@@ -129,6 +129,18 @@ TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
     EXPECT_EQ(readAll().size(), 4U);
 }
 
+TEST_F(OutputTest, ReportIsWrittenWhenNobodyReadsTheResults) {
+    auto const closePipe = [] {
+        std::array<int, 2> out{};
+        if (pipe2(out.data(), O_CLOEXEC) != 0 || dup2(out[1], STDOUT_FILENO) < 0) {
+            _exit(126);
+        }
+        close(out[0]);
+    };
+    EXPECT_EQ(run({"s.jsonl", "-o", "-", "--report", "r.html"}, "", closePipe).status, 0);
+    EXPECT_THAT(read("r.html"), StartsWith("<!DOCTYPE html>"));
+}
+
 TEST_F(OutputTest, OneRunAtATimeWritesToAFile) {
     write("r.jsonl", "of the other run");
     int const other = open(pathOf("r.jsonl").c_str(), O_WRONLY | O_CLOEXEC);

@@ -52,8 +52,8 @@ TEST_F(RobustnessTest, FatalLineThatCannotBeWrittenIsTold) {
 
 TEST_F(RobustnessTest, UnusualLinesAreWhole) {
     std::string const noLineEnd = R"({"op":"getZoomOverrideMode"})";
-    EXPECT_EQ(replay(noLineEnd).out, kModeResult);
-    EXPECT_EQ(replay(" \t" + noLineEnd + "\r\n\r\n  // end").out, kModeResult);
+    EXPECT_EQ(outputOf(replay(noLineEnd)), kModeResult);
+    EXPECT_EQ(outputOf(replay(" \t" + noLineEnd + "\r\n\r\n  // end")), kModeResult);
     EXPECT_EQ(replay("").status, 0);
 
     std::string const zeroByte = noLineEnd + std::string(1, '\0') + "x\n";

@@ -128,6 +128,8 @@ constexpr BadLine kValues[] = {
     {R"({"op":"configSensorInfo","sensorIds":0})", "configSensorInfo: sensorIds: must be an array"},
     {R"({"op":"sensor","id":0,"modes":{"1":{"matrix":[1,0,1]}}})",
      "sensor: modes.1.matrix: must be [xScale, xOffset, yScale, yOffset]"},
+    {R"({"op":"sensor","id":0,"modes":{"1":{"matrix":[1,0,1,0,1]}}})",
+     "sensor: modes.1.matrix: must be [xScale, xOffset, yScale, yOffset]"},
 };
 INSTANTIATE_TEST_SUITE_P(Values, BadLineTest, testing::ValuesIn(kValues));
 

@@ -40,6 +40,12 @@ class ToolTest : public testing::Test {
     /// Replays a scenario under the name s.jsonl, results to standard output.
     ToolRun replay(std::string_view scenario, std::vector<std::string> const& more = {}) const;
 
+    /// What a run printed that must have gone well.
+    static std::string outputOf(ToolRun const& run) {
+        EXPECT_EQ(run.status, 0) << run.err;
+        return run.out;
+    }
+
  private:
     std::filesystem::path mFolder;
 };

@@ -42,6 +42,7 @@ Question const kQuestions[] = {
       "active  the setting was renewed for request 6 (line 36)\n",
       "(576, 324)/1152x648             TG      converted to sensor mode 1 (line 37), ",
       "(576.35, 324.15)/1152.45x648.25", "sensor 0, second crop: (0, 150)/2304x995\n",
+      "active  second crop of the setting (line 24)\n",
       "larger than the sensor's output of 2304x1296: shrunk"}},
     {{"by-request-settings.jsonl", "5", "--sensor", "0"},
      {"the setting is switched off (line 41)\n"}},
@@ -54,11 +55,11 @@ Question const kQuestions[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Examples, WhyTest, testing::ValuesIn(kQuestions));
 
-using WhyInstantTest = ToolTest;
+using WhyStateTest = ToolTest;
 
 // Stream ...1 is grown to stream ...2, which it follows, and moved; ...2 has no crop of its own.
 // The second query gets the first one's answer, whatever has come since.
-TEST_F(WhyInstantTest, TellsOfStreamsAndOfKeptAnswers) {
+TEST_F(WhyStateTest, TellsOfStreamsAndOfKeptAnswers) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":3}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000001":[64,48],"0x70020000000002":[640,480]},"constraintStreams":{"0x70010000000001":"0x70020000000002"}}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,4400,0,400,300]},"streamIdMap":{"1":"0x70010000000001"}}
@@ -84,6 +85,36 @@ Request 1, P1 of line 7 for 4.00x: overridden
 )");
     EXPECT_THAT(run({"why", "s.jsonl", "1", "--sensor", "3"}).err,
                 HasSubstr("request 1: has no crop of that sensor or port\n"));
+}
+
+// The deposit is replaced, what the caller holds counts for one query, a request that is done may
+// come again, and a mode's size is the first that was asked for.
+TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
+    write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
+{"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":90.12345,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
+{"op":"configSensorBehaviorInfo","portSizes":{"0":{"3":[2304,1296]}}}
+{"op":"publish","zoomRatio":2,"enable":true}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":-1}}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"getP2CropSetting","requestNo":1,"zoomRatio":2,"need":{"streamCrops":{"0":[1,2,3,4]}}}
+{"op":"getP2CropSetting","requestNo":1,"zoomRatio":2}
+{"op":"onRequestDone","requestNo":1}
+{"op":"sensor","id":0,"modes":{"1":{"size":[1000,500],"matrix":[0.5,0,0.5,0]}}}
+{"op":"publish","zoomRatio":1,"enable":true}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+)");
+    auto const result = run({"why", "s.jsonl", "1"});
+
+    EXPECT_EQ(result.status, 0) << result.out;
+    EXPECT_THAT(result.out,
+                testing::AllOf(HasSubstr("beside the master's 90.12345 by 60"),
+                               HasSubstr("port 0x7003: (576, 324)/1152x648\n"),
+                               HasSubstr("in the caller's record before the query\n"),
+                               HasSubstr("port 0x7003: (0, 0)/2304x1296\n"
+                                         "    (0, 0)/4608x2592                active  1x is "
+                                         "published (line 13)\n")));
 }
 
 }  // namespace
