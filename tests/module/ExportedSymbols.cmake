@@ -1,10 +1,9 @@
 # Holds the exported symbols of LIBRARY against the list of those that pipelines may rely on.
 cmake_minimum_required(VERSION 3.25)
 
-set(required
+set(wanted
     "NSCam::Feature::IZoomOverrideMgr::getInstance()"
-    "NSCam::Feature::ISensorCropMapperFactory::createSensorCropMapperInstance(NSCam::Feature::ISensorCropMapperFactory::CreationParams const&)")
-set(allowed ${required}
+    "NSCam::Feature::ISensorCropMapperFactory::createSensorCropMapperInstance(NSCam::Feature::ISensorCropMapperFactory::CreationParams const&)"
     "typeinfo for NSCam::Feature::IZoomOverrideMgr"
     "typeinfo for NSCam::Feature::ISensorCropMapper"
     "typeinfo name for NSCam::Feature::IZoomOverrideMgr"
@@ -16,13 +15,10 @@ string(REGEX REPLACE "\n$" "" table "${table}")
 string(REPLACE "\n" ";" lines "${table}")
 list(TRANSFORM lines REPLACE "^[0-9a-f]+ [A-Za-z] " "" OUTPUT_VARIABLE exported)
 
-foreach(symbol IN LISTS required)
-    if(NOT symbol IN_LIST exported)
-        message(SEND_ERROR "not exported: ${symbol}")
-    endif()
-endforeach()
-foreach(symbol IN LISTS exported)
-    if(NOT symbol IN_LIST allowed)
-        message(SEND_ERROR "exported: ${symbol}")
-    endif()
-endforeach()
+list(SORT wanted)
+list(SORT exported)
+if(NOT exported STREQUAL wanted)
+    list(JOIN exported "\n  " exported)
+    list(JOIN wanted "\n  " wanted)
+    message(FATAL_ERROR "exported:\n  ${exported}\nwanted:\n  ${wanted}")
+endif()
