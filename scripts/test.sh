@@ -10,6 +10,7 @@ preset=${1:-release}
 # shellcheck disable=SC2046 # one package a word
 scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
     scripts/packages-report-test.txt)
+scripts/install-axe.sh
 
 cmake --preset "$preset" "$@"
 cmake --build --preset "$preset"

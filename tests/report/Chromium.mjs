@@ -89,7 +89,7 @@ export class Chromium {
 
   async mouse(type, x, y, buttons, modifiers = 0) {
     await this.send('Input.dispatchMouseEvent',
-      { type, x, y, button: 'left', buttons, modifiers, clickCount: type === 'mouseMoved' ? 0 : 1 });
+      { type, x, y, button: buttons === 0 && type === 'mouseMoved' ? 'none' : 'left', buttons, modifiers, clickCount: type === 'mouseMoved' ? 0 : 1 });
   }
 
   async wheel(x, y, deltaY, modifiers = 0) {

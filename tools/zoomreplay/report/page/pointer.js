@@ -69,9 +69,9 @@ const onStrip = (event) => {
   if (event.buttons !== 1) return;
   const { left, width } = $('strip').getBoundingClientRect();
   const middle = (event.clientX - left) / width * count - 0.5;
-  const half = (shownWindow.to - shownWindow.from) / 2;
-  if (2 * half >= count) zoomAt(xOf(middle), 0.1);
-  else setWindow(middle - half, middle + half);
+  const length = shownWindow.to - shownWindow.from;
+  const half = (length < count ? length : count / 10) / 2;
+  setWindow(middle - half, middle + half);
 };
 
 const showHover = (x) => {

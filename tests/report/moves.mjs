@@ -1,0 +1,344 @@
+// Moves through the report of movesScenario.mjs with mouse, wheel, fingers and keys: node moves.mjs REPORT.html
+import assert from 'node:assert/strict';
+import { after, before, beforeEach, test } from 'node:test';
+import { pathToFileURL } from 'node:url';
+
+import { Chromium } from './Chromium.mjs';
+import { COUNT, DIFFERENT_BY, SPECIAL, askedOf, askerOf, modesOf, overrideOf } from './movesScenario.mjs';
+import { shownRequest } from './Page.mjs';
+
+const address = pathToFileURL(process.argv[2]).href;
+const SHIFT = 8;
+
+let browser;
+before(async () => {
+  browser = await Chromium.start();
+  await browser.resize(1280, 1200);
+  await browser.send('Emulation.setTouchEmulationEnabled', { enabled: true, maxTouchPoints: 2 });
+  await browser.before(`addEventListener('DOMContentLoaded', () => {
+    const { updateOptions } = Dygraph.prototype;
+    Dygraph.prototype.updateOptions = function (options) {
+      globalThis.drawnWindow = options.dateWindow;
+      globalThis.ranges = { ...globalThis.ranges, [this.graphDiv?.parentNode?.id ?? this.maindiv_.id]: options };
+      return updateOptions.call(this, options);
+    };
+  })`);
+});
+after(() => browser.stop());
+beforeEach(async () => {
+  await browser.open(`${address}?${Math.random()}#request=5`);
+  await shownRequest(browser, '5');
+  await browser.evaluate(`document.getElementById('zoom-all').click()`);
+});
+
+const drawn = () => browser.evaluate('new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)))');
+/** The requests in view, from edge to edge. */
+const view = async () => {
+  await drawn();
+  return browser.evaluate('globalThis.drawnWindow');
+};
+const current = () => browser.evaluate(`Number(document.getElementById('timeline').getAttribute('aria-valuenow'))`);
+const text = (id) => browser.evaluate(`document.getElementById('${id}').textContent`);
+const boxOf = (id) => browser.evaluate(`(() => {
+  const { left, top, width, height } = document.getElementById('${id}').getBoundingClientRect();
+  return { left, top, width, height, middle: top + height / 2 };
+})()`);
+const click = (id) => browser.evaluate(`document.getElementById('${id}').click()`);
+const near = (actual, expected, slack, what) => assert.ok(Math.abs(actual - expected) <= slack, `${what}: ${actual}, not ${expected}`);
+const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
+
+// The timeline's plot, right of the names: where each request of the window stands.
+const plot = async () => {
+  const { left, width, top } = await boxOf('timeline');
+  const gutter = 96;
+  return { y: top + 40, left: left + gutter, width: width - gutter,
+    xOf: (index, [from, to]) => left + gutter + (index - from) / (to - from) * (width - gutter) };
+};
+
+test('the wheel zooms where the mouse is, and moves with Shift', async () => {
+  const { xOf, y } = await plot();
+  const all = await view();
+  assert.deepEqual(all, [-0.5, COUNT - 0.5]);
+  const x = xOf(30, all);
+  await browser.wheel(x, y, -600);
+  const zoomed = await view();
+  near(zoomed[1] - zoomed[0], COUNT * 1.0015 ** -600, 0.01, 'length');
+  near(xOf(30, zoomed), x, 2, 'request 30 stays under the mouse');
+  await browser.wheel(x, y, 100, SHIFT);
+  const moved = await view();
+  near(moved[1] - moved[0], zoomed[1] - zoomed[0], 0.01, 'length');
+  assert.ok(moved[0] > zoomed[0] + 0.5, 'moved on');
+  await browser.wheel(x, y, 100000);
+  assert.deepEqual(await view(), all, 'no further out than all requests');
+  await browser.wheel(x, y, -100000);
+  const closest = await view();
+  near(closest[1] - closest[0], 5, 0.01, 'no further in than five requests');
+});
+
+test('two fingers stretch the timeline and keep what is under them', async () => {
+  const { xOf, y } = await plot();
+  const all = await view();
+  const [a, b] = [20, 28].map((index) => xOf(index, all));
+  await browser.touch('touchStart', [[a, y]]);
+  await browser.touch('touchStart', [[a, y], [b, y]]);
+  await browser.touch('touchMove', [[a - 60, y], [b + 100, y]]);
+  const pinched = await view();
+  near(xOf(20, pinched), a - 60, 2, 'under the left finger');
+  near(xOf(28, pinched), b + 100, 2, 'under the right finger');
+  await browser.touch('touchEnd', []);
+});
+
+test('a finger chooses requests', async () => {
+  const { xOf, y } = await plot();
+  const all = await view();
+  await browser.touch('touchStart', [[xOf(11, all), y]]);
+  await browser.touch('touchMove', [[xOf(17, all), y]]);
+  await browser.touch('touchEnd', []);
+  assert.equal(await current(), 18);
+});
+
+test('the mouse chooses, reads out, and moves the window with Shift', async () => {
+  const { xOf, y } = await plot();
+  const all = await view();
+  await browser.mouse('mouseMoved', xOf(24, all), y, 0);
+  assert.match(await text('hover'), /^request 25 /);
+  assert.equal(await current(), 5, 'looking chooses nothing');
+  await browser.mouse('mousePressed', xOf(11, all), y, 1);
+  await browser.mouse('mouseMoved', xOf(14, all), y, 1);
+  await browser.mouse('mouseReleased', xOf(14, all), y, 0);
+  assert.equal(await current(), 15);
+  await click('zoom-in');
+  const before = await view();
+  near((before[0] + before[1]) / 2, 14, 0.5 + COUNT / 4, 'zoomed in at the chosen request');
+  await browser.mouse('mousePressed', xOf(14, before), y, 1, SHIFT);
+  await browser.mouse('mouseMoved', xOf(14, before) - 90, y, 1, SHIFT);
+  await browser.mouse('mouseReleased', xOf(14, before) - 90, y, 0, SHIFT);
+  const after = await view();
+  const { width } = await plot();
+  near(after[0] - before[0], 90 / width * (before[1] - before[0]), 0.1, 'moved by the mouse');
+});
+
+test('the overview strip takes the window along', async () => {
+  const strip = await boxOf('strip');
+  const at = (index) => strip.left + (index + 0.5) / COUNT * strip.width;
+  await browser.mouse('mousePressed', at(30), strip.middle, 1);
+  const first = await view();
+  near((first[0] + first[1]) / 2, 30, 0.5, 'where it was pressed');
+  assert.ok(first[1] - first[0] < COUNT / 5, 'a part of all');
+  await browser.mouse('mouseMoved', at(20), strip.middle, 1);
+  await browser.mouse('mouseReleased', at(20), strip.middle, 0);
+  const second = await view();
+  near((second[0] + second[1]) / 2, 20, 0.5, 'dragged');
+  await browser.mouse('mouseMoved', at(10), strip.middle, 0);
+  assert.deepEqual(await view(), second, 'no more when it is let go');
+});
+
+test('keys move, zoom and play on the timeline, and scroll elsewhere', async () => {
+  const press = async (key) => {
+    await browser.press(key);
+    return current();
+  };
+  const scrolls = (key) => browser.evaluate(`document.body.dispatchEvent(new KeyboardEvent('keydown', { key: '${key}', bubbles: true, cancelable: true }))`);
+  await browser.evaluate('document.activeElement.blur()');
+  for (const key of ['PageDown', 'PageUp', 'Home', 'End', ' ']) assert.equal(await scrolls(key), true, `${key} elsewhere scrolls`);
+  assert.equal(await current(), 5, 'and chooses nothing');
+  assert.equal(await press('ArrowRight'), 6, 'the arrows work everywhere');
+  await browser.evaluate(`document.getElementById('go-to').focus()`);
+  assert.equal(await press('ArrowLeft'), 6, 'except in a field');
+  await browser.evaluate(`document.getElementById('timeline').focus()`);
+  for (const [key, expected] of [['PageDown', 16], ['ArrowLeft', 15], ['PageUp', 5], ['End', COUNT], ['ArrowRight', COUNT], ['Home', 1], ['ArrowLeft', 1]]) {
+    assert.equal(await press(key), expected, key);
+  }
+  await press('+');
+  near((await view())[1] - (await view())[0], COUNT / 2, 0.01, '+');
+  await press('-');
+  assert.deepEqual(await view(), [-0.5, COUNT - 0.5], '-');
+  await press(' ');
+  assert.equal(await text('play'), 'Pause');
+  await pause(450);
+  const reached = await press(' ');
+  assert.ok(reached >= 3 && reached <= 6, `ten a second: ${reached}`);
+  await pause(250);
+  assert.equal(await current(), reached, 'stopped');
+});
+
+test('buttons', async () => {
+  for (const [id, expected] of [['forward', 6], ['back', 5], ['last', COUNT], ['first', 1]]) {
+    await click(id);
+    assert.equal(await current(), expected, id);
+  }
+  await click('zoom-in');
+  near((await view())[1] - (await view())[0], COUNT / 2, 0.01, 'zoom in');
+  await click('last');
+  near((await view())[1], COUNT - 0.5, 0.01, 'the window follows');
+  await click('zoom-out');
+  await click('play');
+  await pause(350);
+  assert.ok(await current() > 1, 'playing from the end begins anew');
+});
+
+test('links and the history', async () => {
+  const visit = async (name) => {
+    await pause(450);  // quicker moves are one
+    await shownRequest(browser, name);
+  };
+  await visit('9');
+  await browser.evaluate(`document.getElementById('timeline').focus()`);
+  await pause(450);
+  for (const key of ['ArrowRight', 'ArrowRight', 'ArrowRight']) await browser.press(key);
+  assert.equal(await browser.evaluate('location.hash'), '#request=12');
+  assert.equal(await text('link'), '#request=12');
+  await browser.evaluate('history.back()');
+  await pause(100);
+  assert.equal(await current(), 9, 'three quick steps are one');
+  await browser.evaluate('history.back()');
+  await pause(100);
+  assert.equal(await current(), 5);
+  await browser.evaluate('history.forward()');
+  await pause(100);
+  assert.equal(await current(), 9);
+  await browser.evaluate(`location.hash = '#request=4711'`);
+  await pause(100);
+  assert.equal(await text('message'), 'There is no request 4711 in this report.');
+  await browser.evaluate(`location.hash = '#request=7'`);
+  await pause(100);
+  assert.equal(await browser.evaluate(`document.getElementById('message').hidden`), true, 'a known one takes it back');
+});
+
+test('findings lead both ways and around', async () => {
+  const finding = (mark) => browser.evaluate(`document.querySelector('[data-finding=${mark}]').click()`);
+  const all = await browser.evaluate(`document.querySelector('[data-finding=undone]').textContent`);
+  assert.equal(all, 'never done: 3');
+  await finding('undone');
+  assert.equal(await current(), 20, 'the next one from here');
+  assert.equal(await text('walk-title'), 'never done: 1 of 3');
+  await finding('undone');
+  assert.equal(await current(), 30, 'again: one further');
+  await click('walk-on');
+  assert.equal(await current(), 40);
+  await click('walk-on');
+  assert.equal(await current(), 20, 'around the end');
+  await click('walk-back');
+  assert.equal(await current(), 40, 'around the beginning');
+  await click('walk-back');
+  assert.equal(await current(), 30);
+  assert.equal(await browser.evaluate(`document.querySelector('#walk-list [aria-current=true]').textContent`), '30');
+});
+
+const every = (test) => Array.from({ length: COUNT }, (_, i) => i + 1).filter(test);
+const isOneOf = (list) => every((request) => list.includes(request));
+const isRatioIn = (low, high) => every((request) => [askedOf(request), overrideOf(request)].some((ratio) => ratio >= low - 1e-6 && ratio <= high + 1e-6));
+const { corrected, cached, refused, exception, shifted, undone, different } = SPECIAL;
+const FILTERS = {
+  overridden: every((request) => request !== refused && request !== exception),
+  refused: isOneOf([refused, exception]),
+  corrected: isOneOf(Object.values(corrected)),
+  cached: [cached], exception: [exception], exceptions: [exception], undone, differs: [different],
+  'sensor 2': every((request) => modesOf(request)[2] === 1),
+  'sensor 0 corrected': [corrected[0]],
+  'sensor 2 corrected': [corrected[2]],
+  'sensor 2 asks': every((request) => askerOf(request) === 2),
+  'mode 2': every((request) => modesOf(request)[0] === 2),
+  '2.5x': isRatioIn(2.496, 2.504),
+  '1.9-2.1x': isRatioIn(1.9, 2.1),
+  'Corrected, 2 - 3x': [corrected[2]],
+  'sensor 2 jump': [corrected[2], shifted, 26, exception],
+};
+
+test('filters find the requests that meet all their parts', async () => {
+  const goTo = async (words) => {
+    await browser.evaluate(`(() => {
+      document.getElementById('go-to').value = ${JSON.stringify(words)};
+      document.getElementById('go').requestSubmit();
+    })()`);
+    return browser.evaluate(`document.getElementById('message').hidden ? '' : document.getElementById('message').textContent`);
+  };
+  for (const [words, expected] of Object.entries(FILTERS)) {
+    assert.equal(await goTo(words), '', words);
+    assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('#walk-list a')].map((link) => Number(link.textContent))`), expected, words);
+    assert.ok(expected.includes(await current()), words);
+  }
+  assert.equal(await goTo('17'), '');
+  assert.equal(await current(), 17);
+  assert.match(await goTo('fatal'), /^No request is .fatal/);
+  assert.match(await goTo('41'), /^There is no request 41/);
+  assert.match(await goTo('corected'), /corected.+means nothing/);
+  assert.equal(await current(), 17, 'what is not found leads nowhere');
+});
+
+const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child text.label')].map((label) => label.textContent)`);
+
+test('a port is singled out', async () => {
+  await shownRequest(browser, '7');
+  assert.deepEqual(await browser.evaluate(`[...document.getElementById('port').options].map(({ text }) => text)`), ['all ports', 'R1', 'R3']);
+  const choose = (index) => browser.evaluate(`{ const list = document.getElementById('port');
+    list.selectedIndex = ${index}; list.dispatchEvent(new Event('change')); }`);
+  assert.deepEqual(await pictured(), ['R1', 'R3']);
+  await choose(2);
+  assert.deepEqual(await pictured(), ['R3']);
+  await browser.press('ArrowRight');
+  await shownRequest(browser, '8');
+  assert.deepEqual(await pictured(), ['R1 R3 before', 'R1 R3'], 'ports that share a crop');
+  await shownRequest(browser, '7');
+  assert.deepEqual(await pictured(), ['R3'], 'it stays chosen');
+  await choose(0);
+  assert.deepEqual(await pictured(), ['R1', 'R3']);
+});
+
+test('b blinks between the crop and the expected one', async () => {
+  const page = await shownRequest(browser, '7');
+  const crops = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child rect')]
+    .map((node) => [node.getAttribute('class').split(' ')[0], Number(node.getAttribute('width'))])`);
+  const widthOf = (list, name) => list.find(([own]) => own === name)?.[1];
+  const [now, scale] = [await crops(), await crops().then((list) => widthOf(list, 'pixels') / 2016)];
+  near(widthOf(now, 'crop') / scale, 1186 - DIFFERENT_BY, 3, 'the crop');
+  near(widthOf(now, 'expected') / scale, 1186, 3, 'the expected one');
+  await browser.press('b');
+  assert.deepEqual(await pictured(), ['R1 expected', 'R3 expected']);
+  assert.equal(widthOf(await crops(), 'crop'), undefined, 'away');
+  assert.equal(await browser.evaluate(`document.getElementById('blink').getAttribute('aria-pressed')`), 'true');
+  await click('blink');
+  assert.deepEqual(await crops(), now);
+  assert.deepEqual(page.numbers.map((row) => row.at(-1)), [`w \u2212${DIFFERENT_BY}`, 'as expected']);
+  assert.match(await text('differences'), /line 32, getP1CropSetting.*need.tgCrops.0.0x7001 expected \[415, 311, 1186, 889\], is \[415, 311, 1182, 889\]/);
+  await shownRequest(browser, '8');
+  assert.equal(await browser.evaluate(`document.getElementById('differences-card').hidden`), true, 'others differ in nothing');
+});
+
+test('curves are hidden, and the axis is set', async () => {
+  const options = async () => {
+    await drawn();
+    return browser.evaluate(`Object.fromEntries(Object.entries(globalThis.ranges).map(([id, { visibility, valueRange }]) => [id, { visibility, valueRange }]))`);
+  };
+  const before = await options();
+  assert.deepEqual(before['ratio-chart'].visibility, [true, true]);
+  await browser.evaluate(`document.querySelectorAll('#ratio-legend input')[1].click()`);
+  assert.deepEqual((await options())['ratio-chart'].visibility, [true, false]);
+  assert.deepEqual((await options())['angle-chart'].visibility, [true, true]);
+  const range = (words) => browser.evaluate(`{ const field = document.getElementById('range');
+    field.value = '${words}'; field.dispatchEvent(new Event('change')); }`);
+  await range('-5..7.5');
+  assert.deepEqual((await options())['angle-chart'].valueRange, [-5, 7.5]);
+  await range('7..-5');
+  assert.match(await text('message'), /written as -5\.\.5/);
+  await range('');
+  assert.deepEqual((await options())['angle-chart'].valueRange, before['angle-chart'].valueRange);
+});
+
+test('a step is drawn while it is pointed at', async () => {
+  await shownRequest(browser, '8');
+  const pointed = () => browser.evaluate(`[...document.querySelectorAll('.pointed')].map((node) => [
+    node.closest('[data-sensor]').dataset.sensor, node.closest('figure').querySelector('figcaption').textContent.split(/\\d/)[0],
+    Number(node.getAttribute('width')) / Number(node.parentNode.querySelector('.pixels').getAttribute('width'))])`);
+  const point = (item) => browser.evaluate(`document.querySelectorAll('#why li')[${item}].dispatchEvent(new Event('pointerenter'))`);
+  for (const [item, figure, part] of [[0, 'Active array', 400 / 4032], [1, 'Output of mode ', 200 / 2016], [2, 'Output of mode ', 320 / 2016]]) {
+    await point(item);
+    const [[sensor, title, share], ...more] = await pointed();
+    assert.deepEqual([sensor, title, more], ['0', figure, []]);
+    near(share, part, 0.003, `step ${item}`);
+  }
+  await browser.evaluate(`document.querySelectorAll('#why li')[2].dispatchEvent(new Event('pointerleave'))`);
+  assert.deepEqual(await pointed(), []);
+});
+
+test('nothing on the console', () => assert.deepEqual(browser.errors, []));
