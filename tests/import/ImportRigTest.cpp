@@ -319,6 +319,10 @@ Change const kChanges[] = {
      "wrong"},
     {"a lens that sees nearly everything", "[2.16000009 ]", "[0.2 ]",
      ": an angle of view of 171.25725 degrees; its physical size or focal length is wrong"},
+    {"pixels that cannot be read", kTitle,
+     "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 ]\n",
+     ": android.sensor.info.pixelArraySize cannot be read (line 2: [4081 ], announced as 2 "
+     "values)"},
     {"array outside the pixels", kTitle,
      "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 3076 ]\n",
      ": an active array outside its pixel array; crops may be shifted"},
@@ -397,10 +401,11 @@ Failure const kFailures[] = {
      "dump.txt: camera 7: none of its physical cameras (5) has its focal length "
      "and physical size; choose the main one with --master\n"},
     {std::string(kDump), {"--fast"}, "--fast: unknown option\n"},
-    {"== Camera Provider HAL legacy/0 (v2.4, remote) static info: 2 devices: ==\n" +
-         std::string(kDump),
+    {"== Camera Provider HAL legacy/0 (v2.4, remote) static info: 3 devices: ==\n" +
+         std::string(kDump) +
+         "== Camera HAL device device@1.0/legacy/7 (v1.0) static information: ==\n",
      {},
-     "dump.txt: announces 2 cameras, but has only 1; take the dump again, or choose among those "
+     "dump.txt: announces 3 cameras, but has only 2; take the dump again, or choose among those "
      "with --cameras\n"},
     {"Number of camera devices: 2\n" + std::string(kDump),
      {},

@@ -453,6 +453,8 @@ TEST_F(ImportWatchTest, OpenSessionTellsTheStreams) {
         "    Stream[2]: Output\n"
         "      Dims: 800 x 600, format 0x22, dataspace 0x0\n"
         "      Physical camera id: 1\n"
+        "    Stream[3]: Output\n"
+        "      Dims: 0 x 600, format 0x22, dataspace 0x0\n"
         "== Camera device 9 dynamic info: ==\n"
         "  Device 9 is closed, no client instance\n";
     write("open.txt", kOpenCamera);
@@ -476,6 +478,22 @@ TEST_F(ImportWatchTest, OpenSessionTellsTheStreams) {
         session("zoom.log").err,
         "zoom.log: has no open camera with streams; take it while the camera application is in "
         "use\n");
+
+    write("open.txt", std::string(kOpenCamera) +
+                          "  Device 9 is open. Client instance dump:\n"
+                          "    Stream[0]: Output\n"
+                          "      Dims: 640 x 480, format 0x22, dataspace 0x0\n");
+    EXPECT_EQ(session("open.txt").err,
+              "open.txt: has streams of open cameras 0, 9; choose one with --camera\n");
+    write("zoom.log", "0:app f7:0ns: REQ:android.control.zoomRatio: [2.00000000]\n");
+    outputOf(run({"import-watch", "zoom.log", "--rig", "rig.jsonl", "--mode", "ByRequest",
+                  "--session", "open.txt", "--camera", "0:app"}));
+}
+
+TEST_F(ImportWatchTest, FirstFrameHasAnAnswer) {
+    EXPECT_THAT(outputOf(import("f0:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+                                "f0:0ns: RES:android.control.zoomRatio: [1.90000000]\n")),
+                HasSubstr(R"({"op": "observed", "requestNo": 1, "zoomRatio": 1.9})"));
 }
 
 // From a pipe, lines are written as they come. What shows up too late is told.

@@ -27,6 +27,7 @@ using ::testing::ElementsAre;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 std::vector<std::string> sReports;
 
@@ -192,6 +193,18 @@ TEST_F(PartsTest, RequestLargerThanAPartStaysInOne) {
     EXPECT_THAT(readCalls(mPath),
                 AllOf(HasSubstr("{small}\n{\"op\": \"onRequestDone\", \"requestNo\": 3}\n"),
                       EndsWith("{after}\n")));
+}
+
+TEST_F(PartsTest, RequestInFlightIsInEachPart) {
+    PartWriter record({mPath, 4000});
+    std::string const request = "{deposit " + std::string(600, 'x') + "}\n{query}\n";
+    record.add({LineKind::Deposit, 1}, request.substr(0, request.size() - 8));
+    record.add({LineKind::P1Query, 1}, "{query}\n");
+    for (int i = 0; i < 200; ++i) {
+        record.add({}, "{anything}\n");
+    }
+    EXPECT_THAT(readCalls(mPath), StartsWith(request + "{anything}\n"));
+    EXPECT_THAT(readCalls(mPath + ".1"), StartsWith(request + "{anything}\n"));
 }
 
 TEST_F(PartsTest, BytesThatMakeNoSenseAreReported) {

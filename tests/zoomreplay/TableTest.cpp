@@ -105,6 +105,10 @@ TEST_F(TableTest, IsLimitedToRequests) {
     EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3) << result.out;
     EXPECT_THAT(result.out, testing::Not(testing::HasSubstr("0x7001")));
 
+    auto const fatal = show(kKeptAndCorrected + std::string(kFatalLine), {"--requests", "2"});
+    EXPECT_EQ(fatal.status, 3);
+    EXPECT_THAT(fatal.out, testing::HasSubstr("\n     10  getHistoryCropNeedData: fatal:\n"));
+
     auto const none = show(kKeptAndCorrected, {"--requests", "0"});
     EXPECT_EQ(none.status, 2);
     EXPECT_EQ(none.err, "--requests: the scenario has no such request\n");

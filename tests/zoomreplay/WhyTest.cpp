@@ -66,8 +66,9 @@ TEST_F(WhyStateTest, TellsOfStreamsAndOfKeptAnswers) {
 {"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":9},"streamIdMap":{}}
 {"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"getP1CropSetting","requestNo":2,"zoomRatio":4}
 )");
-    auto const result = run({"why", "s.jsonl", "1"});
+    auto const result = run({"why", "s.jsonl", "1-2"});
 
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out, R"(Request 1, P1 of line 5 for 4.00x: overridden
@@ -82,13 +83,16 @@ TEST_F(WhyStateTest, TellsOfStreamsAndOfKeptAnswers) {
 Request 1, P1 of line 7 for 4.00x: overridden
   the answer of line 5, kept until the request is done
   sensor 0, port 0x7001: (832, 408)/640x480
+
+Request 2, P1 of line 8 for 4.00x: not overridden
+  the metadata has no usable custom crops (line 6)
 )");
     EXPECT_THAT(run({"why", "s.jsonl", "1", "--sensor", "3"}).err,
                 HasSubstr("request 1: has no crop of that sensor or port\n"));
 }
 
 // The deposit is replaced, what the caller holds counts for one query, a request that is done may
-// come again, and a mode's size is the first that was asked for.
+// come again, a mode's size is the first that was asked for, and a new mode knows no angles.
 TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
 {"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":90.12345,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
@@ -104,10 +108,14 @@ TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
 {"op":"publish","zoomRatio":1,"enable":true}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
 {"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
+{"op":"initialize","mode":"ExternalAPI"}
+{"op":"getP2CropSetting","requestNo":1,"zoomRatio":4,"manual":true}
 )");
     auto const result = run({"why", "s.jsonl", "1"});
 
     EXPECT_EQ(result.status, 0) << result.out;
+    EXPECT_THAT(result.out, testing::EndsWith("published 1x (line 13) for the asked 4x, but the "
+                                              "sensor crop mapper has no crops\n"));
     EXPECT_THAT(result.out,
                 testing::AllOf(HasSubstr("beside the master's 90.12345 by 60"),
                                HasSubstr("port 0x7003: (576, 324)/1152x648\n"),
