@@ -1,4 +1,5 @@
 // The manager when it cannot be made, its strategy cannot, or the process ends.
+#include <cstdio>
 #include <cstdlib>
 #include <new>
 
@@ -57,7 +58,8 @@ TEST_F(MemoryTest, ManagerThatCannotBeMadeEndsTheProcess) {
     EXPECT_DEATH(make(), testing::HasSubstr("create ZoomOverrideMgr fail (getInstance){#"));
 }
 
-// Registered before the manager is made, so that it runs after the manager was let go.
+// Registered before the manager is made, so that it runs after the manager was let go, and with it
+// what a pipeline has handed over.
 TEST_F(MemoryTest, ManagerMayBeAskedForWhileTheProcessEnds) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     auto const end = [] {
@@ -68,10 +70,16 @@ TEST_F(MemoryTest, ManagerMayBeAskedForWhileTheProcessEnds) {
                 std::_Exit(1);
             }
         });
+        auto const letGo = [](ZoomOverrideSetting* setting) {
+            std::fputs("let go", stderr);
+            delete setting;
+        };
         IZoomOverrideMgr::getInstance()->initialize(ZoomOverrideMode::ByRequest);
+        IZoomOverrideMgr::getInstance()->storeOverrideSetting(1, OverrideNotice::Default,
+                                                              {new ZoomOverrideSetting, letGo});
         std::exit(0);
     };
-    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(end(), testing::ExitedWithCode(0), "let go");
 }
 
 // A customer's mapper may throw as well while it is made: wherever that happens, the manager is one
