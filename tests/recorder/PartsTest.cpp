@@ -91,21 +91,43 @@ TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {
     EXPECT_THAT(read(mFolder + "/file"), "of somebody else");
 }
 
+/// Files end after so many bytes.
+class FullDisk {
+ public:
+    explicit FullDisk(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &mBefore);
+        rlimit const full{bytes, mBefore.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &full);
+    }
+    ~FullDisk() { setrlimit(RLIMIT_FSIZE, &mBefore); }
+    FullDisk(FullDisk const&) = delete;
+    FullDisk& operator=(FullDisk const&) = delete;
+
+ private:
+    rlimit mBefore{};
+};
+
+TEST_F(PartsTest, FailureIsReportedWithItsReason) {
+    PartWriter record({mPath, 400000});
+    record.add({}, "{}\n");
+    FullDisk const full(std::filesystem::file_size(mPath));
+    record.add({}, "{}\n");
+
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr("record.jsonl: File too large; recording ends")));
+}
+
 TEST_F(PartsTest, FullDiskLeavesWholeLines) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
-    rlimit const full{1001, before.rlim_max};
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &full), 0);
     std::string const line = '{' + std::string(97, 'x') + "}\n";
     PartWriter record({mPath, 400000});
-    for (int i = 0; i < 30; ++i) {
-        record.add({}, line);
-        record.noteDuration(7);  // the disk is full in the middle of one
+    {
+        FullDisk const full(1001);
+        for (int i = 0; i < 30; ++i) {
+            record.add({}, line);
+            record.noteDuration(7);  // the disk is full in the middle of one
+        }
     }
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
-
-    EXPECT_EQ(sReports.size(), 1U);
+    EXPECT_THAT(sReports, ElementsAre(HasSubstr("record.jsonl: No space left on device; ")));
     EXPECT_THAT(read(mPath), EndsWith("\n" + line));
     EXPECT_GT(std::filesystem::file_size(mPath), 800U);
 }
@@ -174,6 +196,8 @@ TEST_F(PartsTest, RequestLargerThanAPartStaysInOne) {
     PartWriter record({mPath, 4000});
     std::string const deposit = "{deposit " + std::string(5000, 'x') + "}\n";
     std::string queries;
+    record.add({}, "{anything " + std::string(5000, 'x') + "}\n");
+    EXPECT_FALSE(std::filesystem::exists(mPath + ".1")) << "nothing was in the first part";
     record.add({LineKind::Deposit, 1}, "{earlier}\n");
     record.add({LineKind::Deposit, 2}, deposit);
     for (int i = 0; i < 20; ++i) {

@@ -21,12 +21,14 @@ def main():
             "ZOOMOVERRIDE_RECORD": str(record),
             "ZOOMOVERRIDE_RECORD_BYTES": "1000000",
             "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0"})
-        parts = sorted(pathlib.Path(folder).iterdir())
-        assert len(parts) == 4, parts
+        parts = list(pathlib.Path(folder).iterdir())
+        calls = 0
         for part in parts:
             lines = part.read_text().split("// The record goes on here.\n")[1].splitlines()
             times = [call["t"] for line in lines if not line.startswith("//") and "t" in (call := json.loads(line))]
-            assert len(times) > 100 and times == sorted(times), part
+            assert times == sorted(times), part
+            calls += len(times)
+        assert calls > 1000, calls
 
 
 if __name__ == "__main__":
