@@ -86,9 +86,9 @@ class Pictures : public OutcomeConsumer {
              Explainer const& explainer, std::string const& scenario, File& terminal) {
         std::vector<RequestConsumer*> consumers;
         if (outputs.report.has_value()) {
-            File& file = mReportFile.emplace(*outputs.report).file();
+            mReportFile.emplace(*outputs.report);
             consumers.push_back(&mReport.emplace(
-                file, scenario, Report::Shown{options.isLogged, options.expected.has_value()}));
+                scenario, Report::Shown{options.isLogged, options.expected.has_value()}));
         }
         if (outputs.trace.has_value()) {
             File& file = mTraceFile.emplace(*outputs.trace).file();
@@ -135,6 +135,9 @@ class Pictures : public OutcomeConsumer {
         }
         for (OutcomeConsumer* consumer : mConsumers) {
             consumer->finish();
+        }
+        if (mReport.has_value()) {
+            mReport->write(mReportFile->file());
         }
         for (auto* file : {&mReportFile, &mTraceFile}) {
             if (file->has_value()) {

@@ -57,7 +57,8 @@ File::File(int descriptor, std::string name) : mDescriptor(descriptor), mName(st
 File::File(File&& other) noexcept
     : mDescriptor(std::exchange(other.mDescriptor, -1)),
       mName(std::move(other.mName)),
-      mOutlivesReader(other.mOutlivesReader) {}
+      mOutlivesReader(other.mOutlivesReader),
+      mWait(std::move(other.mWait)) {}
 
 File::~File() {
     if (mDescriptor > STDERR_FILENO) {
@@ -88,6 +89,9 @@ std::optional<FileId> File::id() const {
 }
 
 size_t File::read(std::span<char> buffer) {
+    if (mWait && !mWait(mDescriptor)) {
+        return 0;
+    }
     while (true) {
         ssize_t const count = ::read(mDescriptor, buffer.data(), buffer.size());
         if (count >= 0) {

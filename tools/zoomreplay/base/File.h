@@ -2,10 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "Messages.h"
 
@@ -61,6 +63,11 @@ class File {
     /// Reads what is there, waiting for at least one byte. @return bytes read, 0 at the end.
     size_t read(std::span<char> buffer);
 
+    /// Gets the descriptor before each read, and does the waiting for it. The file ends where it
+    /// returns false.
+    using Wait = std::function<bool(int descriptor)>;
+    void waitBy(Wait wait) { mWait = std::move(wait); }
+
     /// Writes all of text before it returns; whole lines of it, when a disk is too full for all.
     /// @throws ClosedPipe
     void write(std::string_view text);
@@ -85,6 +92,7 @@ class File {
     int mDescriptor;
     std::string mName;
     bool mOutlivesReader = false;
+    Wait mWait;
 };
 
 }  // namespace zoomreplay

@@ -110,7 +110,9 @@ void Recording::take(uint64_t line, DoneInput const& input) {
 void Recording::take(uint64_t /*line*/, ObservedInput const& input) {
     auto const known = mByNumber.find(input.observation.requestNo);
     if (known != mByNumber.end()) {
-        mOpen.at(known->second).request.observed = input.observation;
+        Open& open = mOpen.at(known->second);
+        open.request.observed = input.observation;
+        show(open);
     }
 }
 
@@ -158,7 +160,17 @@ void Recording::consume(Outcome const& outcome) {
     if (open.isInRange) {
         open.request.lines.push_back({outcome.line, outcome.op, outcome.log});
     }
+    show(open);
     handOnDone();
+}
+
+void Recording::show(Open const& open) const {
+    if (!open.isInRange) {
+        return;
+    }
+    for (RequestConsumer* consumer : mConsumers) {
+        consumer->see(open.request, mReplay.rigs[open.request.rig]);
+    }
 }
 
 void Recording::answer(Open& open, Pending& pending, Answer const& answer) {

@@ -57,6 +57,7 @@ class Recording : public OutcomeConsumer {
     int64_t now() const;  // microseconds
     Place addRequest(uint64_t line, uint32_t requestNo);
     size_t currentRig();
+    void show(Open const& open) const;
     void answer(Open& open, Pending& pending, Answer const& answer);
     CropContext contextOf(ReplayedRequest const& request) const;
     std::vector<ReplayedCrop> p1Crops(ReplayedRequest const& request, ReplayedQuery const& query,

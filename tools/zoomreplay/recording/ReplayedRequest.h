@@ -101,6 +101,10 @@ class RequestConsumer {
  public:
     virtual ~RequestConsumer() = default;
 
+    /// What is known so far of a request that goes on, after each line about it.
+    /// @param request stays where it is until it is taken
+    virtual void see(ReplayedRequest const& /*request*/, Rig const& /*rig*/) {}
+
     /// In the order in which requests end; their index tells the order of their deposits.
     /// @param rig the sensors that the request was answered for
     virtual void take(ReplayedRequest const& request, Rig const& rig) = 0;

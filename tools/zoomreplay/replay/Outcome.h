@@ -102,6 +102,10 @@ class OutcomeConsumer {
 
     /// The replay is over, by the scenario's end or by a fatal condition. @throws UserError
     virtual void finish() {}
+
+    /// The library stopped the process, which ends when this returns: all has been told. The
+    /// library must not be called.
+    virtual void stay() {}
 };
 
 /// Makes one visitor of several lambdas.

@@ -164,6 +164,9 @@ void Replay::endFatally(std::string_view text) {
         complain(theLastError);
     }
     complain(mScenario.place() + ": " + std::string(mOp) + ": the library stopped the process");
+    for (OutcomeConsumer* consumer : mConsumers) {
+        consumer->stay();
+    }
     removeUnfinished();
     _exit(static_cast<int>(status));
 }

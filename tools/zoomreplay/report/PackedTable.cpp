@@ -74,7 +74,7 @@ void PackedTable::add(size_t index, PackedRow const& packed) {
     mTexts.insert(mTexts.end(), packed.texts().begin(), packed.texts().end());
     mRows.push_back(std::move(row));
     if (mRows.size() == mRowsPerBlock) {
-        closeBlock();
+        mBlocks.push_back(takeBlock());
     }
 }
 
@@ -86,7 +86,7 @@ size_t PackedTable::placeOf(std::string const& words) {
     return place->second;
 }
 
-void PackedTable::closeBlock() {
+std::string PackedTable::takeBlock() {
     std::vector<Value> words;
     std::vector<Value> indices;
     std::vector<std::vector<std::vector<Value>>> columns;  // of each words
@@ -117,14 +117,14 @@ void PackedTable::closeBlock() {
         appendUnsigned(bytes, text.size());
         bytes += text;
     }
-    mBlocks.push_back(base64(compressed(bytes)));
     mRows.clear();
     mTexts.clear();
+    return base64(compressed(bytes));
 }
 
 void PackedTable::appendJson(std::string& out) {
     if (!mRows.empty()) {
-        closeBlock();
+        mBlocks.push_back(takeBlock());
     }
     char const* separator = "";
     out += "{\"words\":[";

@@ -29,6 +29,12 @@ class PackedTable {
     /// A JSON object: "words", a list of texts, and "blocks", a list in base64. ASCII without "<".
     void appendJson(std::string& out);
 
+    /// What has been added since the last block, as one in base64 that the table keeps no more.
+    std::string takeBlock();
+
+    /// By their place in blocks. Blocks that are taken need them, too.
+    std::vector<std::string> const& words() const { return mWords; }
+
  private:
     struct Row {
         size_t index;
@@ -37,7 +43,6 @@ class PackedTable {
     };
 
     size_t placeOf(std::string const& words);
-    void closeBlock();
 
     size_t mRowsPerBlock;
     std::unordered_map<std::string, size_t> mPlaces;

@@ -8,6 +8,7 @@
 #include "DifferenceData.h"
 #include "Overview.h"
 #include "Page.h"
+#include "PageParts.h"
 #include "PageText.h"
 #include "RequestData.h"
 #include "RigData.h"
@@ -18,15 +19,12 @@ namespace {
 
 using scenario::Json;
 
-// The overview is unpacked whole, a request's block when somebody looks at the request.
-constexpr size_t kOverviewsPerBlock = 8192;
-constexpr size_t kRequestsPerBlock = 512;
+constexpr size_t kOverviewsPerBlock = 8192;  // the overview is unpacked whole
 
 }  // namespace
 
-Report::Report(File& file, std::string scenario, Shown shown)
-    : mFile(file),
-      mScenario(std::move(scenario)),
+Report::Report(std::string scenario, Shown shown)
+    : mScenario(std::move(scenario)),
       mShown(shown),
       mOverview(kOverviewsPerBlock),
       mRequests(kRequestsPerBlock),
@@ -86,27 +84,12 @@ std::string Report::data(ReplaySummary const& replay) {
 
 void Report::finish(ReplaySummary const& replay) {
     mJumps.finish(replay);
-    std::string_view rest = kPageHtml;
-    auto const writeUpTo = [&](std::string_view mark) {
-        auto const place = rest.find(mark);
-        mFile.write(rest.substr(0, place));
-        rest.remove_prefix(place + mark.size());
-    };
-    writeUpTo("/* style */");
-    mFile.write(kPageStyle);
-    writeUpTo("<!-- plain -->");
-    mFile.write(mPlain.text(replay));
-    writeUpTo("/* data */");
-    mFile.write(data(replay));
-    writeUpTo("/* charts */");
-    for (char const* const piece : kChartLibrary) {
-        mFile.write(piece);
-    }
-    writeUpTo("/* scripts */");
-    for (char const* const piece : kPageScripts) {
-        mFile.write(piece);
-    }
-    mFile.write(rest);
+    mReplay = &replay;
+}
+
+void Report::write(File& file) {
+    writePage({kPageHtml, kPageStyle, mPlain.text(*mReplay), data(*mReplay), kPageScripts},
+              [&file](std::string_view text) { file.write(text); });
 }
 
 }  // namespace zoomreplay

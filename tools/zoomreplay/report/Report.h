@@ -12,18 +12,20 @@
 
 namespace zoomreplay {
 
-/// Keeps of each request what the page shows of it, packed, and writes the page at the end.
+/// Keeps of each request what the page shows of it, packed.
 class Report : public RequestConsumer {
  public:
+    /// A request's block is unpacked when somebody looks at the request.
+    static constexpr size_t kRequestsPerBlock = 512;
+
     /// What there is beside the requests.
     struct Shown {
         bool isLogged;
         bool isCompared;
     };
 
-    /// @param file outlives the report
     /// @param scenario its name, as the page tells it
-    Report(File& file, std::string scenario, Shown shown);
+    Report(std::string scenario, Shown shown);
 
     void take(ReplayedRequest const& request, Rig const& rig) override;
     void finish(ReplaySummary const& replay) override;
@@ -31,10 +33,12 @@ class Report : public RequestConsumer {
     /// Something that differs from an earlier replay, before finish().
     void take(Difference const& difference);
 
+    /// The page, once the replay is over. @throws UserError
+    void write(File& file);
+
  private:
     std::string data(ReplaySummary const& replay);
 
-    File& mFile;
     std::string mScenario;
     Shown mShown;
     size_t mCount = 0;
@@ -44,6 +48,7 @@ class Report : public RequestConsumer {
     size_t mDifferenceCount = 0;
     JumpFinder mJumps;
     PlainReport mPlain;
+    ReplaySummary const* mReplay = nullptr;
 };
 
 }  // namespace zoomreplay
