@@ -128,6 +128,21 @@ TEST_F(SensorCropMapperTest, OtherAnglesFollowTheEffectiveRatio) {
     EXPECT_EQ(map(3).sensorCrops[1], (MRect{1530, 1155, 940, 689}));
 }
 
+// The infos stay the pipeline's: an angle that changes counts from the next query on.
+TEST_F(SensorCropMapperTest, FollowsAnglesThatChange) {
+    auto const master = std::make_shared<Info>(Info{80, 60, kArray});
+    auto const other = std::make_shared<Info>(Info{100, 80, kArray});
+    EXPECT_TRUE(mMapper.config({{0, 1}, {{0, master}, {1, other}}}));
+    EXPECT_EQ(map(2).sensorCrops[1], (MRect{1296, 984, 1408, 1032}));
+    EXPECT_EQ(map(2).sensorCrops[1], (MRect{1296, 984, 1408, 1032}));
+    other->degreeV = 90;  // tan 45 / tan 30 = 1.73205: 866.03
+    EXPECT_EQ(map(2).sensorCrops[1], (MRect{1296, 1067, 1408, 866}));
+    *master = {40, 30, kArray};  // tan 50 / tan 20 = 3.27432: 610.8; tan 45 / tan 15: 401.9
+    EXPECT_EQ(map(2).sensorCrops[1], (MRect{1695, 1299, 610, 401}));
+    EXPECT_TRUE(mMapper.config({{0}, {{0, master}, {1, std::make_shared<Info>(*master)}}}));
+    EXPECT_EQ(map(2).sensorCrops[1], (MRect{1000, 750, 2000, 1500}));
+}
+
 TEST_F(SensorCropMapperTest, KeepsCropsThatAreThere) {
     configure({80, 60, kArray}, {80, 60, kArray});
     SensorCropOutput out;

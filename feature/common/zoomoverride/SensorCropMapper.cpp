@@ -59,6 +59,7 @@ bool SensorCropMapper::config(SensorCropMapperConfig const& config) {
     std::lock_guard const guard(mLock);
     mvSensorId = config.sensorIds;
     mvInfo = config.sensorInfos;
+    mRatios.clear();
     return true;
 }
 
@@ -85,10 +86,16 @@ bool SensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCropOutput
         if (!info) {
             continue;
         }
-        MRect const crop = info->degreeH == master->degreeH
-                               ? cropLikeMaster(sensorId, info->activeArray, {region.w, region.h})
-                               : cropByAngle(sensorId, *info, *master, out.zoomRatio);
-        out.sensorCrops.try_emplace(sensorId, crop);
+        if (info->degreeH == master->degreeH) {
+            out.sensorCrops.try_emplace(
+                sensorId, cropLikeMaster(sensorId, info->activeArray, {region.w, region.h}));
+            continue;
+        }
+        auto& kept = mRatios[sensorId];
+        AngleRatios const ratios{kept.h.of(info->degreeH, master->degreeH),
+                                 kept.v.of(info->degreeV, master->degreeV)};
+        out.sensorCrops.try_emplace(
+            sensorId, cropByAngle(sensorId, info->activeArray, ratios, out.zoomRatio));
     }
     return true;
 }
@@ -127,20 +134,26 @@ MRect SensorCropMapper::cropLikeMaster(uint32_t sensorId, MRect const& array,
     return crop;
 }
 
-MRect SensorCropMapper::cropByAngle(uint32_t sensorId, ZoomOverrideSensorInfo const& info,
-                                    ZoomOverrideSensorInfo const& master, float zoomRatio) const {
-    float const ratioH = degreeRatio(info.degreeH, master.degreeH);
-    float const ratioV = degreeRatio(info.degreeV, master.degreeV);
-    auto const& array = info.activeArray;
-    auto const w = truncateToInt32(static_cast<float>(array.w) / (ratioH * zoomRatio));
-    auto const h = truncateToInt32(static_cast<float>(array.h) / (ratioV * zoomRatio));
+MRect SensorCropMapper::cropByAngle(uint32_t sensorId, MRect const& array, AngleRatios ratios,
+                                    float zoomRatio) const {
+    auto const w = truncateToInt32(static_cast<float>(array.w) / (ratios.h * zoomRatio));
+    auto const h = truncateToInt32(static_cast<float>(array.h) / (ratios.v * zoomRatio));
     MRect const crop = insideArray({wrapAdd(array.x, wrapSub(array.w, w) / 2),
                                     wrapAdd(array.y, wrapSub(array.h, h) / 2), w, h},
                                    array);
     ZLOG_DEBUG_FOR(kGetSensorCrop,
                    "cam(%d) activeCrop=(%d/%d/%dx%d) degreeRatio_H=%f degreeRatio_V=%f", sensorId,
-                   crop.x, crop.y, crop.w, crop.h, ratioH, ratioV);
+                   crop.x, crop.y, crop.w, crop.h, ratios.h, ratios.v);
     return crop;
+}
+
+float SensorCropMapper::KeptRatio::of(float degree, float masterDegree) {
+    if (degree != mDegree || masterDegree != mMasterDegree) {
+        mDegree = degree;
+        mMasterDegree = masterDegree;
+        mRatio = degreeRatio(degree, masterDegree);
+    }
+    return mRatio;
 }
 
 float SensorCropMapper::degreeToRadians(float degree) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -50,9 +51,31 @@ class SensorCropMapper : public ISensorCropMapper {
     /// The crop of a sensor that sees exactly as wide as the master.
     MRect cropLikeMaster(uint32_t sensorId, MRect const& array, MSize masterCrop) const;
 
+    /// How much wider a sensor sees than the master.
+    struct AngleRatios {
+        float h;
+        float v;
+    };
+
     /// The crop of a sensor that sees wider or narrower than the master.
-    MRect cropByAngle(uint32_t sensorId, ZoomOverrideSensorInfo const& info,
-                      ZoomOverrideSensorInfo const& master, float zoomRatio) const;
+    MRect cropByAngle(uint32_t sensorId, MRect const& array, AngleRatios ratios,
+                      float zoomRatio) const;
+
+    /// A ratio of two angles that is taken anew only when one of them is another one: tangents are
+    /// most of a query's work, and the pipeline, which shares the infos, may still change them.
+    class KeptRatio {
+     public:
+        float of(float degree, float masterDegree);
+
+     private:
+        float mDegree = std::numeric_limits<float>::quiet_NaN();  // equals none
+        float mMasterDegree = 0.0F;
+        float mRatio = 0.0F;
+    };
+    struct KeptRatios {
+        KeptRatio h;
+        KeptRatio v;
+    };
 
     std::mutex mLock;
 
@@ -64,6 +87,7 @@ class SensorCropMapper : public ISensorCropMapper {
     std::vector<int32_t> mvSensorId;  // the master first
     std::unordered_map<uint32_t, std::shared_ptr<ZoomOverrideSensorInfo>> mvInfo;
     std::string mName;
+    std::unordered_map<uint32_t, KeptRatios> mRatios;  // by sensor id
 };
 
 }  // namespace NSCam::Feature
