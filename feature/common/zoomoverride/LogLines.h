@@ -97,8 +97,9 @@ void writePrint(Level const& level, Site const& site, char const* format, Args..
     log_dbg_print(kLogTag, level.print, PrintFormat(level, site, format).text(), args...);
 }
 
+// Cold, so that the request path is laid out for lines that are off.
 template <typename... Args>
-void write(Level const& level, Site const& site, char const* format, Args... args) {
+[[gnu::cold]] void write(Level const& level, Site const& site, char const* format, Args... args) {
     if (isPrintOn(level)) {
         writePrint(level, site, format, args...);
     }

@@ -13,6 +13,19 @@ struct CopiedFields : ZoomOverrideNeedHeader {
 };
 static_assert(sizeof(ZoomOverrideP1Need) == sizeof(CopiedFields));
 
+using Crops = decltype(ZoomOverrideP1Need::tgCrops);
+
+// Copying the table as a whole would make the ports of each sensor anew.
+void copyInto(Crops& to, Crops const& from) {
+    for (auto sensor = to.begin(); sensor != to.end();) {
+        bool const isKept = from.count(sensor->first) != 0;
+        sensor = isKept ? std::next(sensor) : to.erase(sensor);
+    }
+    for (auto const& [sensorId, ports] : from) {
+        to[sensorId] = ports;
+    }
+}
+
 }  // namespace
 
 void copyNeed(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
@@ -21,14 +34,7 @@ void copyNeed(ZoomOverrideP1Need const& from, ZoomOverrideP1Need& to) {
         return;
     }
     static_cast<ZoomOverrideNeedHeader&>(to) = static_cast<ZoomOverrideNeedHeader const&>(from);
-    // Copying the table as a whole would make the ports of each sensor anew.
-    for (auto sensor = to.tgCrops.begin(); sensor != to.tgCrops.end();) {
-        bool const isKept = from.tgCrops.count(sensor->first) != 0;
-        sensor = isKept ? std::next(sensor) : to.tgCrops.erase(sensor);
-    }
-    for (auto const& [sensorId, ports] : from.tgCrops) {
-        to.tgCrops[sensorId] = ports;
-    }
+    copyInto(to.tgCrops, from.tgCrops);
 }
 
 P1Cache::Answer const* P1Cache::find(uint32_t requestNo) const {

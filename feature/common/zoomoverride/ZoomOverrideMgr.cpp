@@ -301,17 +301,17 @@ bool ZoomOverrideMgr::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, 
     }
 
     auto const crossed = moveInside(crop, sensor);
-    if (crossed.left) {
+    if ((crossed & kLeftEdge) != 0) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : point x < 0 fix to left", sensorId, sensorMode);
     }
-    if (crossed.top) {
+    if ((crossed & kTopEdge) != 0) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : point y < 0 fix to top", sensorId, sensorMode);
     }
-    if (crossed.right) {
+    if ((crossed & kRightEdge) != 0) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : width out of bound fix to right", sensorId,
                      sensorMode);
     }
-    if (crossed.bottom) {
+    if ((crossed & kBottomEdge) != 0) {
         ZLOG_WARNING("sensorId:%d sensorMode:%d : height out of bound fix to bottom", sensorId,
                      sensorMode);
     }
@@ -321,12 +321,16 @@ bool ZoomOverrideMgr::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, 
 }
 
 MSize ZoomOverrideMgr::sensorSize(int32_t sensorId, int32_t sensorMode) {
-    auto const key = static_cast<uint32_t>(sensorId);
-    if (auto const sensor = mSensorSizeCache.find(key); sensor != mSensorSizeCache.end()) {
+    auto const sensor = mSensorSizeCache.find(static_cast<uint32_t>(sensorId));
+    if (sensor != mSensorSizeCache.end()) {
         if (auto const mode = sensor->second.find(sensorMode); mode != sensor->second.end()) {
             return mode->second;
         }
     }
+    return askSensorSize(sensorId, sensorMode);
+}
+
+MSize ZoomOverrideMgr::askSensorSize(int32_t sensorId, int32_t sensorMode) {
     MSize size;
     auto const helper = utility::ICamsysSensorInfoHelper::getInstance();
     if (!helper) {
@@ -337,7 +341,7 @@ MSize ZoomOverrideMgr::sensorSize(int32_t sensorId, int32_t sensorMode) {
                        "CamsysSensorInfoHelper getSensorSize Failed sensorId %d ,sensorMode %d",
                        sensorId, sensorMode);
     }
-    mSensorSizeCache[key][sensorMode] = size;
+    mSensorSizeCache[static_cast<uint32_t>(sensorId)][sensorMode] = size;
     return size;
 }
 

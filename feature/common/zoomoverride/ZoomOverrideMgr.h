@@ -49,9 +49,11 @@ class ZoomOverrideMgr final : public IZoomOverrideMgr {
                              MRect& crop) override;
 
  private:
-    /// The output size of a sensor mode, asked of the platform once. The process ends when the
-    /// platform does not know it.
+    /// The output size of a sensor mode, asked of the platform once.
     MSize sensorSize(int32_t sensorId, int32_t sensorMode);
+
+    /// Asks the platform, and keeps the answer. The process ends when the platform has none.
+    [[gnu::cold]] MSize askSensorSize(int32_t sensorId, int32_t sensorMode);
 
     std::mutex mLock;
     std::string mName = "ZoomOverrideMgr";

@@ -33,20 +33,20 @@ void addMoves(CropPath& path, MSize output, Domain domain) {
     MRect moved = before;
     auto const crossed = moveInside(moved, output);
     MRect step = before;
-    if (crossed.left) {
+    if ((crossed & kLeftEdge) != 0) {
         step.x = 0;
         addStep(path, "reached over the left edge: moved inside", {}, domain, step);
     }
-    if (crossed.top) {
+    if ((crossed & kTopEdge) != 0) {
         step.y = 0;
         addStep(path, "reached over the upper edge: moved inside", {}, domain, step);
     }
-    if (crossed.right) {
+    if ((crossed & kRightEdge) != 0) {
         step.x = moved.x;
         addStep(path, "reached over the right edge of {}: moved inside",
                 {static_cast<double>(output.w)}, domain, step);
     }
-    if (crossed.bottom) {
+    if ((crossed & kBottomEdge) != 0) {
         step.y = moved.y;
         addStep(path, "reached over the lower edge of {}: moved inside",
                 {static_cast<double>(output.h)}, domain, step);

@@ -53,34 +53,35 @@ inline void growToMinSize(MRect& crop, MSize minSize, MSize sensor) {
     centreOn(sensor, crop);
 }
 
-/// The edges of the sensor's output that a crop reached over.
-struct CrossedEdges {
-    bool left = false;
-    bool top = false;
-    bool right = false;
-    bool bottom = false;
+/// Edges of the sensor's output that a crop reached over, as bits.
+enum CrossedEdges : uint8_t {
+    kNoEdge = 0,
+    kLeftEdge = 1U << 0U,
+    kTopEdge = 1U << 1U,
+    kRightEdge = 1U << 2U,
+    kBottomEdge = 1U << 3U,
 };
 
 /// Moves a crop inside the sensor's output, its size kept. The right and bottom edges come last: a
 /// crop that is too large keeps its far edges in view and ends with a negative corner.
-/// @return the edges that it was moved away from.
-inline CrossedEdges moveInside(MRect& crop, MSize sensor) {
-    CrossedEdges crossed;
-    crossed.left = crop.x < 0;
-    if (crossed.left) {
+/// @return the edges, CrossedEdges, that it was moved away from.
+inline uint32_t moveInside(MRect& crop, MSize sensor) {
+    uint32_t crossed = kNoEdge;
+    if (crop.x < 0) {
         crop.x = 0;
+        crossed |= kLeftEdge;
     }
-    crossed.top = crop.y < 0;
-    if (crossed.top) {
+    if (crop.y < 0) {
         crop.y = 0;
+        crossed |= kTopEdge;
     }
-    crossed.right = wrapAdd(crop.x, crop.w) > sensor.w;
-    if (crossed.right) {
+    if (wrapAdd(crop.x, crop.w) > sensor.w) {
         crop.x = wrapSub(sensor.w, crop.w);
+        crossed |= kRightEdge;
     }
-    crossed.bottom = wrapAdd(crop.y, crop.h) > sensor.h;
-    if (crossed.bottom) {
+    if (wrapAdd(crop.y, crop.h) > sensor.h) {
         crop.y = wrapSub(sensor.h, crop.h);
+        crossed |= kBottomEdge;
     }
     return crossed;
 }
