@@ -26,4 +26,5 @@ offers "pinch.jsonl" zoomreplay pinch
 offers "pinch.jsonl" zoomreplay pinch.jsonl -o pin
 offers "pinch.jsonl" zoomreplay pinch.jsonl --report pin
 offers "pinch.jsonl" zoomreplay why pin
+offers "--jobs --junit" zoomreplay run pinch.jsonl --j
 offers "" zoomreplay pinch.jsonl --requests p

@@ -11,6 +11,7 @@
 #include "import/ImportRig.h"
 #include "import/ImportWatch.h"
 #include "new/NewScenario.h"
+#include "run/Run.h"
 #include "scenario/json/NearMiss.h"
 #include "why/Why.h"
 
@@ -18,6 +19,7 @@ namespace zoomreplay {
 namespace {
 
 constexpr std::array kCommands{
+    Command{"run", "Replay many records, each in a process of its own", run},
     Command{"why", "Tell the steps that made each crop of a request", why},
     Command{"new", "Write a first scenario to replay and change", newScenario},
     Command{"import-rig", "Make a phone's sensors into scenario lines", importRig},

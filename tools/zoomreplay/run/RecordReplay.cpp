@@ -1,0 +1,116 @@
+#include "RecordReplay.h"
+
+#include <algorithm>
+#include <variant>
+#include <vector>
+
+#include "Records.h"
+#include "recording/Recording.h"
+#include "replay/Replay.h"
+#include "results/Compare.h"
+#include "steps/Explainer.h"
+
+namespace zoomreplay {
+namespace {
+
+/// Counts what comes of the lines.
+class LineCounter : public OutcomeConsumer {
+ public:
+    LineCounter(LineReader const& scenario, Tally& tally) : mScenario(scenario), mTally(tally) {}
+
+    void begin(uint64_t line, LineTime const& /*time*/) override {
+        mTally.line = line;
+        mTally.bytesRead = mScenario.bytesRead();
+    }
+
+    void consume(Outcome const& outcome) override {
+        mTally.counts.exceptions +=
+            std::holds_alternative<ExceptionAnswer>(outcome.answer) ? 1U : 0U;
+        mTally.counts.fatal += std::holds_alternative<FatalAnswer>(outcome.answer) ? 1U : 0U;
+    }
+
+ private:
+    LineReader const& mScenario;
+    Tally& mTally;
+};
+
+bool isOverridden(ReplayedQuery const& query) {
+    return query.state == QueryState::Overridden;
+}
+
+bool isCorrected(ReplayedQuery const& query) {
+    return std::any_of(query.crops.begin(), query.crops.end(),
+                       [](ReplayedCrop const& crop) { return crop.asked.has_value(); });
+}
+
+/// Counts the requests that are over.
+class RequestCounter : public RequestConsumer {
+ public:
+    explicit RequestCounter(Tally& tally) : mTally(tally) {}
+
+    void take(ReplayedRequest const& request, Rig const& /*rig*/) override {
+        auto const hasAny = [&](auto const& isSo) {
+            return std::any_of(request.queries.begin(), request.queries.end(), isSo) ? 1U : 0U;
+        };
+        mTally.counts.requests += 1;
+        mTally.counts.overridden += hasAny(isOverridden);
+        mTally.counts.corrected += hasAny(isCorrected);
+    }
+
+    void finish(ReplaySummary const& /*replay*/) override {}
+
+ private:
+    Tally& mTally;
+};
+
+std::optional<LineReader> openExpected(std::optional<std::string> const& expected,
+                                       std::string const& path) {
+    if (!expected.has_value()) {
+        return std::nullopt;
+    }
+    try {
+        return LineReader(File::openInput(*expected));
+    } catch (UserError const& e) {
+        complain(path + ": no expected results: " + e.what());
+        return std::nullopt;
+    }
+}
+
+}  // namespace
+
+ExitStatus replayRecord(std::string const& path, std::optional<std::string> const& expected,
+                        Tally& tally) {
+    if (isPacked(path)) {
+        throw UserError(path + ": is packed; only plain JSON Lines are replayed");
+    }
+    LineReader scenario(File::openInput(path));
+    auto expectedLines = openExpected(expected, path);
+
+    Explainer explainer;
+    LineCounter lines(scenario, tally);
+    RequestCounter requests(tally);
+    Recording recording(RequestRange{}, explainer, {&requests});
+    std::vector<OutcomeConsumer*> consumers{&lines, &explainer, &recording};
+    std::optional<Compare> compare;
+    if (expectedLines.has_value()) {
+        tally.counts.differences = 0;
+        compare.emplace(*expectedLines, path,
+                        [&](Difference const&) { ++*tally.counts.differences; });
+        consumers.push_back(&*compare);
+    }
+
+    Progress progress(scenario, scenario.file());
+    try {
+        Replay(scenario, false, consumers, progress).run();
+    } catch (UserError const&) {
+        recording.finish();  // what came before a bad line counts
+        throw;
+    }
+    tally.isOver = true;
+    if (expected.has_value() && !expectedLines.has_value()) {
+        return ExitStatus::BadInput;
+    }
+    return tally.counts.differences.value_or(0) > 0 ? ExitStatus::Different : ExitStatus::Success;
+}
+
+}  // namespace zoomreplay
