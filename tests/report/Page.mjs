@@ -56,8 +56,8 @@ export const shownRequest = async (browser, name) => {
   return browser.evaluate(SHOWN);
 };
 
-const COLOURS = `Object.fromEntries(['--faint', '--overridden', '--cached', '--warn', '--alarm', '--corrected', '--jump',
-  '--step', '--ink', '--card', '--c0', '--c1', '--c2', '--c3', '--c4', '--c5'].map((name) => {
+const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',
+  '--jump', '--stale', '--outside', '--undone', '--expected', '--ink', '--c0', '--c1', '--c2'].map((name) => {
   const context = document.createElement('canvas').getContext('2d');
   context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
   return [name, context.fillStyle];
@@ -73,10 +73,12 @@ export const drawnAt = async (browser, canvas, count) => {
   const bands = drawn.filter(({ name }) => name === 'fillRect');
   const inLane = (lane) => bands.filter(({ what: [, y, , height] }) => Math.floor((y + height / 2) / LANE) === lane);
   const covers = ({ what: [x, , w] }, from, to) => x < to && x + w > from;
+  const isHidden = ({ what: [, top, , height] }, i, list) => list.slice(i + 1).some(({ what: [, above, , over] }) => above <= top && above + over >= top + height);
   return {
     names: drawn.filter(({ name, left }) => name === 'fillText' && left === 0).map(({ what }) => what[0]),
     colours: (lane, i) => [...new Set(inLane(lane).filter((band) => band.colour !== colours['--ink'])
       .filter((band) => covers(band, (i + 0.5) * pitch - 1, (i + 0.5) * pitch + 1))
+      .filter((band, k, list) => !isHidden(band, k, list))
       .map(({ colour }) => Object.keys(colours).find((name) => colours[name] === colour) ?? colour))].sort(),
     hasEdge: (lane, i) => inLane(lane).some((band) => band.colour === colours['--ink'] && covers(band, i * pitch - 1, i * pitch + 2)),
   };

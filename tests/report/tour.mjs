@@ -209,7 +209,7 @@ test('the pictures', () => forEach((request, page, where) => {
   });
 }));
 
-const STATE_COLOURS = { refused: '--faint', overridden: '--overridden', exception: '--warn', fatal: '--alarm' };
+const STATE_COLOURS = { refused: '--refused', overridden: '--overridden', exception: '--exception', fatal: '--fatal' };
 const ofStage = (stage) => (request) => {
   const { state, isKept } = stateIn(request, stage);
   return [STATE_COLOURS[state], isKept && '--cached'].filter(Boolean);
@@ -223,8 +223,8 @@ const LANES = [
   ['phone', (request) => colourOf(lensOf(request)), lensOf],
   ...SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => colourOf(modeOf(request, sensor) === undefined ? undefined : sensor),
     (request) => modeOf(request, sensor)]),
-  ['findings', (request) => [jumps.has(request.name) && '--jump', isFinding(request, 'stale') && '--warn',
-    isFinding(request, 'outside') && '--alarm', isFinding(request, 'undone') && '--faint'].filter(Boolean)],
+  ['findings', (request) => [jumps.has(request.name) && '--jump', isFinding(request, 'stale') && '--stale',
+    isFinding(request, 'outside') && '--outside', isFinding(request, 'undone') && '--undone'].filter(Boolean)],
 ];
 
 test('lanes: states, names and edges', async () => {

@@ -5,14 +5,14 @@ const LANE_HEIGHT = 16;
 const CHANGE = 1 << 31;
 let lanes = [];
 
-// A lane's states, in the order in which they are drawn: the rarer and worse ones last.
-// { words, colour, top, height }: a band of the lane.
+// A lane's states, in the order in which they are drawn: the rarer and worse ones last. Each leaves something
+// of the others to be seen. { words, colour, top, height }: a band of the lane.
 const STAGE_STATES = [
-  { words: 'not overridden', colour: '--faint', top: 7, height: 2 },
-  { words: 'overridden', colour: '--overridden', top: 3, height: 10 },
-  { words: 'also from the cache', colour: '--cached', top: 11, height: 3 },
-  { words: 'exception', colour: '--warn', top: 1, height: 14, least: 2 },
-  { words: 'stopped the process', colour: '--alarm', top: 0, height: 16, least: 3 },
+  { words: 'not overridden', colour: '--refused', top: 12, height: 3 },
+  { words: 'overridden', colour: '--overridden', top: 2, height: 8 },
+  { words: 'also from the cache', colour: '--cached', top: 10, height: 3 },
+  { words: 'exception', colour: '--exception', top: 1, height: 7, least: 2 },
+  { words: 'stopped the process', colour: '--fatal', top: 0, height: 5, least: 3 },
 ];
 const bitsOfStage = (value) => {
   const state = STATES[value % CACHED];
@@ -47,10 +47,10 @@ const makeLanes = () => {
   });
   const faults = ['jump', 'stale', 'outside', 'undone'];
   const faultStates = [
-    { words: 'jump', colour: '--jump', top: 1, height: 14, least: 2 },
-    { words: 'kept answer of another mode', colour: '--warn', top: 5, height: 6, least: 2 },
-    { words: 'outside of its sensor', colour: '--alarm', top: 1, height: 14, least: 2 },
-    { words: 'never done', colour: '--faint', top: 10, height: 4, least: 1 },
+    { words: 'jump', colour: '--jump', top: 1, height: 4, least: 2 },
+    { words: 'kept answer of another mode', colour: '--stale', top: 5, height: 3, least: 2 },
+    { words: 'outside of its sensor', colour: '--outside', top: 8, height: 4, least: 2 },
+    { words: 'never done', colour: '--undone', top: 12, height: 3 },
   ];
   lanes = [
     ...stages,
@@ -59,7 +59,7 @@ const makeLanes = () => {
     changingLane('phone', 'phone.lens', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `camera ${id}`),
     ...sensorIds.map((id) => changingLane(`sensor ${id}`, `sensors.${id}.mode`, () => colourOfSensor(id), (mode) => `streams, mode ${mode}`)),
     laneOf('findings', faultStates, (i) => faults.reduce((bits, mark, k) => bits | (hasMark(i, mark) ? 1 << k : 0), 0)),
-    laneOf('differs', [{ words: 'differs from the expected result', colour: '--step', top: 3, height: 10, least: 2 }], (i) => hasMark(i, 'differs') ? 1 : 0),
+    laneOf('differs', [{ words: 'differs from the expected result', colour: '--expected', top: 3, height: 10, least: 2 }], (i) => hasMark(i, 'differs') ? 1 : 0),
   ].filter(({ uses }) => uses !== 0);
 };
 

@@ -167,7 +167,7 @@ const outputFigure = (request, id, scales) => {
 const sensorCard = (request, id, scales) => {
   const sensor = rigOf(request).sensors[id] ?? {};
   const mode = request.modes?.[id];
-  const card = html('section', { class: 'card sensor', 'data-sensor': id },
+  const card = html('section', { class: 'card sensor', 'data-sensor': id, style: `--own: var(${colourOfSensor(id)})` },
     html('div', { class: 'bar' },
       html('h2', {}, `Sensor ${id}${masterOf(request) === id ? ', master' : ''}`),
       html('span', { class: 'what' }, sensor.degrees ? sensor.degrees.map((d) => d + '\u00b0').join(' \u00d7 ') :

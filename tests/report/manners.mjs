@@ -1,0 +1,62 @@
+// What a report owes small screens and browsers without scripts: node manners.mjs REPORT.html...
+import assert from 'node:assert/strict';
+import { after, before, test } from 'node:test';
+import { pathToFileURL } from 'node:url';
+
+import { Chromium } from './Chromium.mjs';
+import { shownRequest } from './Page.mjs';
+
+const reports = process.argv.slice(2).map((file) => pathToFileURL(file).href);
+let browser;
+before(async () => { browser = await Chromium.start(); });
+after(() => browser.stop());
+
+// Everything that is seen: texts with their size on the screen, and what a finger may want to hit.
+const SEEN = `(() => {
+  const isSeen = (node) => node.checkVisibility() && node.getBoundingClientRect().width > 1 && !node.closest('.unseen');
+  const scaleOf = (node) => node.ownerSVGElement ? node.getScreenCTM().a : 1;
+  const all = [...document.querySelectorAll('body *')].filter(isSeen);
+  const hasText = (node) => [...node.childNodes].some(({ nodeType, textContent }) => nodeType === 3 && textContent.trim());
+  const name = (node) => (node.id || node.className.baseVal || node.className || node.tagName) + ' ' + node.textContent.trim().slice(0, 30);
+  return {
+    texts: all.filter(hasText).map((node) => [parseFloat(getComputedStyle(node).fontSize) * scaleOf(node), name(node)]),
+    targets: all.filter((node) => node.matches('button, a, input, select, summary, label:has(input[type=checkbox]), #timeline, #strip, #why li')).map((node) => {
+      const { width, height } = (node.closest('label') ?? node).getBoundingClientRect();
+      return [Math.min(width, height), name(node)];
+    }),
+    isWide: document.documentElement.scrollWidth > innerWidth,
+  };
+})()`;
+
+test('390 pixels are enough to read and to hit', async () => {
+  for (const report of reports) {
+    await browser.resize(390, 844, { mobile: true });
+    await browser.open(report);
+    await browser.evaluate(`(async () => { while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10)); })()`);
+    await browser.evaluate(`document.getElementById('jumps').open = true; document.querySelector('#findings button').click()`);
+    await shownRequest(browser, await browser.evaluate(`document.querySelector('#walk-list [aria-current]').textContent`));
+    const { texts, targets, isWide } = await browser.evaluate(SEEN);
+    assert.ok(texts.length > 100 && targets.length > 30);
+    assert.deepEqual(texts.filter(([size]) => size < 10.95), [], report);
+    assert.deepEqual(targets.filter(([size]) => size < 23.95), [], report);
+    assert.equal(isWide, false, 'nothing scrolls sideways');
+    const [pictures, numbers] = await browser.evaluate(`['sensors', 'request'].map((id) => document.getElementById(id).getBoundingClientRect())
+      .map(({ top, bottom }) => ({ top, bottom }))`);
+    assert.ok(Math.min(Math.abs(numbers.top - pictures.bottom), Math.abs(pictures.top - numbers.bottom)) < 40, 'numbers are near the pictures');
+  }
+});
+
+test('without scripts there is a plain table', async () => {
+  await browser.send('Emulation.setScriptExecutionDisabled', { value: true });
+  await browser.open(reports[0]);
+  const { root } = await browser.send('DOM.getDocument', { depth: -1 });
+  const seen = async (selector) => {
+    const { nodeIds } = await browser.send('DOM.querySelectorAll', { nodeId: root.nodeId, selector });
+    return Promise.all(nodeIds.map((nodeId) => browser.send('DOM.getBoxModel', { nodeId }).then(({ model }) => model.width > 1, () => false)));
+  };
+  assert.ok((await seen('#plain tbody tr')).length > 8 && (await seen('#plain tbody tr')).every(Boolean));
+  assert.ok((await seen('#plain li')).every(Boolean));
+  assert.ok((await seen('button')).every((isSeen) => !isSeen), 'no dead buttons');
+});
+
+test('nothing on the console', () => assert.deepEqual(browser.errors, []));
