@@ -20,8 +20,8 @@
 
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 using fuzz::Bytes;
 
 using Entry = std::shared_ptr<v3::CustomZoomRatioOverride>;

@@ -17,8 +17,8 @@
 
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 using fuzz::Bytes;
 
 constexpr double kMin32 = std::numeric_limits<int32_t>::min();

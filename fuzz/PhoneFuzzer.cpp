@@ -17,7 +17,7 @@
 
 namespace {
 
-using namespace zoomreplay;  // NOLINT(google-build-using-namespace)
+using namespace zoomreplay;
 using NSCam::Feature::ZoomOverrideMode;
 
 /// A file in memory that has a path.

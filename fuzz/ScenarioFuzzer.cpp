@@ -19,7 +19,7 @@
 namespace {
 
 using namespace scenario;
-using namespace zoomreplay;  // NOLINT(google-build-using-namespace)
+using namespace zoomreplay;
 
 void resetPlatform() {
     NSCam::Host::clearSensors();

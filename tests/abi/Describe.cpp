@@ -13,8 +13,8 @@
 
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 /// The slot that a pointer to a virtual operation stands for, counted from the first operation.
 /// Some CPUs mark such pointers in their lowest bit, which the division drops.

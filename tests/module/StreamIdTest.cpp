@@ -5,7 +5,7 @@
 
 // A camera system declares its DMA ports itself, by the names that they have here.
 enum { P1_PORT_R1 = 1, P1_PORT_R2, P1_PORT_R3 };
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;
 static_assert(P1_PORT_R1 + P1_PORT_R2 + P1_PORT_R3 == 6 && P1Port::P1_PORT_R3 == 0x7003);
 
 namespace NSCam::Feature {

@@ -160,8 +160,11 @@ class Worker {
             case ZoomOverrideMode::ByRequest:
                 askByRequest(requestNo, sensorMode);
                 break;
-            default:
+            case ZoomOverrideMode::ExternalAPI:
                 askExternal(requestNo, sensorMode);
+                break;
+            case ZoomOverrideMode::None:
+                break;
         }
         if (pick(8) == 0) {
             repeat(mode);

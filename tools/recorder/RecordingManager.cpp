@@ -9,8 +9,8 @@
 
 namespace zoomrecorder {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 namespace {
 

@@ -35,5 +35,5 @@ void log_dbg_print(char const* tag, int32_t level, char const* format, ...) {
     }
     NSCam::Host::deliverLogLine(NSCam::Host::LogSink::Print, tag, level,
                                 {line, static_cast<size_t>(length)});
-    std::free(line);  // NOLINT(cppcoreguidelines-no-malloc): vasprintf's
+    std::free(line);  // vasprintf's
 }

@@ -13,8 +13,8 @@
 namespace scenario {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 template <typename T>
 void readElements(Value const& value, char const* shape, std::initializer_list<T*> elements) {

@@ -14,7 +14,7 @@ namespace {
 
 template <typename Integer>
 void appendChars(std::string& out, Integer value, int base = 10) {
-    std::array<char, 32> text;  // NOLINT(*-member-init): to_chars fills what is used
+    std::array<char, 32> text;  // to_chars fills what is used
     auto const [end, error] = std::to_chars(text.data(), text.data() + text.size(), value, base);
     out.append(text.data(), end);
 }

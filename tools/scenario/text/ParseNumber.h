@@ -1,4 +1,4 @@
-// Numbers out of texts that hold nothing else.
+// Numbers out of texts.
 #pragma once
 
 #include <charconv>
@@ -11,6 +11,20 @@
 #include <type_traits>
 
 namespace scenario {
+
+/// Takes a whole number in decimal digits, for signed types with a minus sign, off the beginning of
+/// a text. Empty, and the text as it was, where there is none or it is beyond the type's range.
+template <typename T>
+std::optional<T> takeNumber(std::string_view& text) {
+    static_assert(std::is_integral_v<T>);
+    T number = 0;
+    auto const [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc{}) {
+        return std::nullopt;
+    }
+    text.remove_prefix(static_cast<size_t>(stop - text.data()));
+    return number;
+}
 
 /// Reads a whole text as a decimal number: digits, for signed types with a minus sign, for floats
 /// with fraction and exponent. Empty when it is something else, beyond the type's range or not
@@ -29,10 +43,8 @@ std::optional<T> parseNumber(std::string_view text) {
         bool const isWhole = stop == word.c_str() + word.size();
         return isWhole && std::isfinite(number) ? std::optional<T>(number) : std::nullopt;
     } else {
-        T number = 0;
-        char const* const end = text.data() + text.size();
-        auto const [stop, error] = std::from_chars(text.data(), end, number);
-        return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
+        auto const number = takeNumber<T>(text);
+        return text.empty() ? number : std::nullopt;
     }
 }
 

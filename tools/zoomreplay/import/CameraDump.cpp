@@ -2,13 +2,13 @@
 #include "CameraDump.h"
 
 #include <algorithm>
-#include <charconv>
 #include <map>
 #include <set>
 
 #include "CameraTags.h"
 #include "OpenSessions.h"
 #include "forms/Forms.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -37,10 +37,8 @@ TagLine parseTagLine(std::string_view line) {
     if (!skip(line, result.tag->type) || !skip(line, "[")) {
         return result;
     }
-    size_t count = 0;
-    auto const [stop, error] = std::from_chars(line.data(), line.data() + line.size(), count);
-    line.remove_prefix(static_cast<size_t>(stop - line.data()));
-    bool const isCount = error == std::errc{} && skip(line, "]");
+    auto const count = scenario::takeNumber<size_t>(line);
+    bool const isCount = count.has_value() && skip(line, "]");
     if (isCount && (line.empty() || line.find_first_not_of(' ') == line.find('['))) {
         result.count = count;
         result.values = line;

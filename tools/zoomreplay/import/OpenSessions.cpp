@@ -1,23 +1,23 @@
 #include "OpenSessions.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "PhoneText.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
 
-bool takeNumber(std::string_view& text, int32_t& number) {
-    auto const [stop, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    text.remove_prefix(static_cast<size_t>(stop - text.data()));
-    return error == std::errc{};
+bool takeInto(int32_t& number, std::string_view& text) {
+    auto const taken = scenario::takeNumber<int32_t>(text);
+    number = taken.value_or(0);
+    return taken.has_value();
 }
 
 // "Dims: 1920 x 1080, format 0x22"
 NSCam::MSize sizeOf(std::string_view text) {
     NSCam::MSize size;
-    bool const isSize = takeNumber(text, size.w) && skip(text, " x ") && takeNumber(text, size.h);
+    bool const isSize = takeInto(size.w, text) && skip(text, " x ") && takeInto(size.h, text);
     return isSize && size.w > 0 && size.h > 0 ? size : NSCam::MSize{};
 }
 
@@ -36,7 +36,7 @@ void OpenSessionReader::take(std::string_view line) {
     auto& streams = mSessions.back().streams;
     if (skip(line, "Stream[")) {
         OpenStream stream;
-        bool const isStream = takeNumber(line, stream.number) && stream.number >= 0;
+        bool const isStream = takeInto(stream.number, line) && stream.number >= 0;
         mIsOutput = isStream && skip(line, "]: Output");
         if (mIsOutput) {
             streams.push_back(stream);

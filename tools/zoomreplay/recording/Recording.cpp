@@ -7,8 +7,8 @@
 namespace zoomreplay {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 constexpr int64_t kMicrosecondsPerSecond = 1000000;
 constexpr int64_t kFramesPerSecond = 30;

@@ -9,8 +9,8 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 using Kind = ReplayedCrop::Kind;
 using SensorCrops = std::unordered_map<uint32_t, MRect>;

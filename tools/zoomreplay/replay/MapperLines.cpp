@@ -10,7 +10,7 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;
 
 std::optional<Answer> config(Fields& fields, Library& library) {
     SensorCropMapperConfig sensors;

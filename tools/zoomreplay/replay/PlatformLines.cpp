@@ -19,7 +19,7 @@
 namespace zoomreplay {
 
 using namespace scenario;
-using namespace NSCam;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
 
 namespace {
 

@@ -9,7 +9,7 @@ namespace {
 
 using scenario::Json;
 
-using namespace NSCam;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
 
 // Result files write numbers alike.
 Json number(float value) {

@@ -28,9 +28,10 @@ size_t costOf(Likeness likeness) {
             return 0;
         case Likeness::Changed:
             return kCostOfChange;
-        default:
-            return kNever;
+        case Likeness::Foreign:
+            break;
     }
+    return kNever;
 }
 
 }  // namespace

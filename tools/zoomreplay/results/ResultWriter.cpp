@@ -7,7 +7,7 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;
 
 void appendAnswer(std::string& out, BoolAnswer const& answer) {
     appendField(out, "result", answer.result);

@@ -15,8 +15,8 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 constexpr size_t kCellWidth = 46;  // of crops beside each other
 constexpr size_t kNoteIndent = 9;  // exceptions and log lines, below or beside the line number

@@ -4,8 +4,8 @@
 namespace zoomreplay {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 uint64_t broughtBy(Told::Setting const& setting) {
     return setting.renewedBy != 0 ? setting.renewedBy : setting.line;

@@ -12,8 +12,8 @@
 namespace zoomreplay {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 double withoutSignOfZero(double number) {
     return number == 0.0 ? 0.0 : number;

@@ -5,8 +5,8 @@
 namespace zoomreplay {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 CropPath heldByCaller(MRect const& crop) {
     CropPath path;
@@ -67,7 +67,7 @@ Explained explain(Told& told, P1Question const& question) {
         case ZoomOverrideMode::ByRequest:
             explained.reason = {"mode ByRequest overrides P2 only", {}};
             break;
-        default:
+        case ZoomOverrideMode::None:
             explained.reason = {"nothing is overridden without a mode", {}};
     }
     return explained;
@@ -95,7 +95,10 @@ Explained explain(Told& told, P2Question const& question) {
                 addExternalP2(told, requestNo, explained);
             }
             break;
-        default:
+        case ZoomOverrideMode::InstantRequest:
+            explained.reason = {"mode InstantRequest overrides P1 only", {}};
+            break;
+        case ZoomOverrideMode::None:
             explained.reason = {"nothing is overridden without a mode", {}};
     }
     return explained;

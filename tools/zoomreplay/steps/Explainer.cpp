@@ -2,7 +2,7 @@
 
 namespace zoomreplay {
 
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam::Feature;
 
 void Explainer::prepare(uint64_t line, Input const& input) {
     mTold.take(line, input);

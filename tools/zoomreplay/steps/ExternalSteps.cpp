@@ -8,8 +8,8 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 ZoomOverrideSensorInfo infoOf(Told const& told, uint32_t sensorId) {
     auto const& infos = told.angles().config.sensorInfos;
@@ -42,7 +42,7 @@ CropPath mappedPath(Told const& told, float mappedRatio, uint32_t sensorId, MRec
 
 std::map<uint16_t, CropPath> portPaths(Told const& told, uint32_t sensorId, MSize output,
                                        CropPath const& path) {
-    using namespace P1Port;  // NOLINT(google-build-using-namespace)
+    using namespace P1Port;
     std::map<uint16_t, CropPath> ports;
     for (uint16_t const port : {P1_PORT_R1, P1_PORT_R3}) {
         if (told.hasPort(sensorId, port)) {

@@ -4,8 +4,8 @@
 namespace zoomreplay {
 namespace {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 void addCustom(Told& told, Told::Deposit const& deposit, int64_t streamId, MRect const& active,
                Explained& explained) {

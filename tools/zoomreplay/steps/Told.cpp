@@ -6,8 +6,8 @@
 
 namespace zoomreplay {
 
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 void Told::take(uint64_t line, Input const& input) {
     std::visit([&](auto const& kind) { takeKind(line, kind); }, input);

@@ -10,8 +10,8 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam;           // NOLINT(google-build-using-namespace)
-using namespace NSCam::Feature;  // NOLINT(google-build-using-namespace)
+using namespace NSCam;
+using namespace NSCam::Feature;
 
 constexpr size_t kRectWidth = 32;  // of rectangles beside their steps
 

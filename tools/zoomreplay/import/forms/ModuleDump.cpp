@@ -1,6 +1,5 @@
-#include <charconv>
-
 #include "Forms.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -20,13 +19,12 @@ std::optional<DumpTitle> cameraTitle(std::string_view line) {
 }
 
 std::optional<DumpTitle> announcement(std::string_view line) {
-    DumpTitle title{Kind::Announcement, {}, {}};
     if (!skip(line, "Number of camera devices: ")) {
         return std::nullopt;
     }
-    auto const [stop, error] =
-        std::from_chars(line.data(), line.data() + line.size(), title.number);
-    return error == std::errc{} ? std::optional(title) : std::nullopt;
+    auto const number = scenario::takeNumber<size_t>(line);
+    return number.has_value() ? std::optional(DumpTitle{Kind::Announcement, {}, {}, *number})
+                              : std::nullopt;
 }
 
 // What an open camera last asked has tags, too.

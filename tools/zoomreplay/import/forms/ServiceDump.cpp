@@ -1,6 +1,5 @@
-#include <charconv>
-
 #include "Forms.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -31,14 +30,14 @@ std::optional<DumpTitle> deviceTitle(std::string_view line) {
 // "== Camera Provider HAL legacy/0 (v2.5, remote) static info: 4 devices: =="
 std::optional<DumpTitle> providerTitle(std::string_view line) {
     auto const provider = after(line, "Provider HAL ");
-    auto const count = after(line, "static info: ");
+    auto count = after(line, "static info: ");
     if (!provider.has_value() || !count.has_value()) {
         return std::nullopt;
     }
-    DumpTitle title{Kind::Announcement, std::string(word(*provider)), {}};
-    auto const [stop, error] =
-        std::from_chars(count->data(), count->data() + count->size(), title.number);
-    return error == std::errc{} ? std::optional(title) : std::nullopt;
+    auto const number = scenario::takeNumber<size_t>(*count);
+    return number.has_value() ? std::optional(DumpTitle{
+                                    Kind::Announcement, std::string(word(*provider)), {}, *number})
+                              : std::nullopt;
 }
 
 }  // namespace
