@@ -87,6 +87,26 @@ TEST_F(JumpsTest, ListsAsManyAsWanted) {
                 testing::EndsWith("\nand 1 more\n"));
 }
 
+// More than are kept: the asking sensor, which shows less or more, changes with each request.
+TEST_F(JumpsTest, CountsThemAll) {
+    std::ostringstream scenario;
+    scenario << R"({"op":"initialize","mode":1}
+{"op":"configSensorInfo","sensorIds":[0,1],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,4000,3000]},"1":{"degreeH":30,"degreeV":20,"activeArray":[0,0,4000,3000]}}}
+{"op":"setRunTimeCropNeedData","requestNo":0,"sensorModes":{"0":1,"1":1}}
+)";
+    for (int request = 1; request <= 2501; ++request) {
+        scenario << R"({"op":"setRunTimeCropNeedData","notice":"repeating","requestNo":)" << request
+                 << "}\n"
+                 << R"({"op":"getP1CropSetting","zoomRatio":1,"requestNo":)" << request
+                 << ",\"sensorId\":" << request % 2 << "}\n";
+    }
+    auto const list = jumps(scenario.str());
+
+    // tan 34 / tan 15 of the width that sensor 1 shows, and back.
+    EXPECT_THAT(list, testing::HasSubstr("from sensor 1 to 0: wider by 151.7 %\n"));
+    EXPECT_THAT(list, testing::EndsWith("\nand 2490 more\n"));
+}
+
 // P1 answers while the published ratio lags behind, P2 when it has caught up, and then nobody, at
 // the same ratio: the picture stays. It jumps when the override goes from 2x to 3x on its own.
 TEST_F(JumpsTest, TheHandOverIsNoneButAnUnaskedChangeIs) {
@@ -117,19 +137,6 @@ TEST_F(JumpsTest, TheHandOverIsNoneButAnUnaskedChangeIs) {
 
     EXPECT_THAT(list, testing::MatchesRegex(".*\n *[0-9]+ +4  sensor 0 narrower by 33.3 %\n"
                                             " *[0-9]+ +6  sensor 0 narrower by 9.3 %\n"));
-}
-
-// tan 15 / tan 34 of the width that the first shows is left.
-TEST_F(JumpsTest, TheQueryGoesOverToASensorThatShowsLess) {
-    std::string const scenario = R"({"op":"initialize","mode":1}
-{"op":"configSensorInfo","sensorIds":[0,1],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,4000,3000]},"1":{"degreeH":30,"degreeV":20,"activeArray":[0,0,4000,3000]}}}
-{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1,"1":1}}
-{"op":"getP1CropSetting","requestNo":1,"zoomRatio":1,"sensorId":0}
-{"op":"setRunTimeCropNeedData","requestNo":2,"sensorModes":{"0":1,"1":1}}
-{"op":"getP1CropSetting","requestNo":2,"zoomRatio":1,"sensorId":1}
-)";
-    EXPECT_THAT(jumps(scenario),
-                testing::EndsWith("      6          2  from sensor 0 to 1: narrower by 60.3 %\n"));
 }
 
 }  // namespace

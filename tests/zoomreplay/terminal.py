@@ -1,14 +1,16 @@
-"""How the table looks on a terminal, and what becomes of a reader that goes away.
+"""How the table looks on a terminal, and what becomes of a reader that goes away. And the progress.
 
 terminal.py ZOOMREPLAY SCENARIO: the scenario has crops for several ports.
 """
 import fcntl
 import os
 import pty
+import re
 import struct
 import subprocess
 import sys
 import termios
+import time
 
 
 def show(command, columns, **environment):
@@ -29,6 +31,24 @@ def show(command, columns, **environment):
     return text.decode()
 
 
+def show_progress(zoomreplay):
+    """What stands on a terminal while a scenario comes slowly and the results go elsewhere."""
+    ours, theirs = pty.openpty()
+    process = subprocess.Popen([zoomreplay, "-", "-o", os.devnull], stdin=subprocess.PIPE, stderr=theirs,
+                               env={**os.environ, "TERM": "xterm"})
+    os.close(theirs)
+    line = b'{"op": "getZoomOverrideMode"}\n'
+    process.stdin.write(line * 255)
+    process.stdin.flush()
+    time.sleep(1.1)  # nobody wants to know before
+    process.stdin.write(line)
+    process.stdin.close()
+    assert process.wait() == 0
+    text = os.read(ours, 4096)
+    os.close(ours)
+    return text.decode()
+
+
 def main():
     command = sys.argv[1:]
     narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
@@ -36,6 +56,9 @@ def main():
     assert len(wide.splitlines()) < len(narrow.splitlines()), wide
     assert "\x1b[" not in narrow + show(command, 100, TERM="dumb")
     assert "\x1b[" in show(command, 100)
+
+    progress = show_progress(command[0])
+    assert re.fullmatch(r"\r256 lines  \d+ lines/s\x1b\[K\r\x1b\[K", progress), repr(progress)
 
     readable, writable = os.pipe()
     os.close(readable)
