@@ -88,7 +88,7 @@ TEST_F(LogTest, LevelsBecomePrioritiesOfLiblog) {
 }
 
 TEST_F(LogTest, KeepsLinesOfAllThreads) {
-    constexpr size_t kLines = 20000;
+    constexpr size_t kLines = 200000;
     __android_log_set_logger([](__android_logger_data const*, char const*) {});
     std::atomic<bool> isOver{false};
     std::thread other([&] {

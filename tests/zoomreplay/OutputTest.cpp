@@ -129,7 +129,8 @@ TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
     EXPECT_EQ(readAll().size(), 4U);
 }
 
-TEST_F(OutputTest, ReportIsWrittenWhenNobodyReadsTheResults) {
+TEST_F(OutputTest, TraceIsWholeWhenNobodyReadsTheResults) {
+    write("s.jsonl", std::string(kModeLine) + std::string(kModeLine));
     auto const closePipe = [] {
         std::array<int, 2> out{};
         if (pipe2(out.data(), O_CLOEXEC) != 0 || dup2(out[1], STDOUT_FILENO) < 0) {
@@ -137,8 +138,8 @@ TEST_F(OutputTest, ReportIsWrittenWhenNobodyReadsTheResults) {
         }
         close(out[0]);
     };
-    EXPECT_EQ(run({"s.jsonl", "-o", "-", "--report", "r.html"}, "", closePipe).status, 0);
-    EXPECT_THAT(read("r.html"), StartsWith("<!DOCTYPE html>"));
+    EXPECT_EQ(run({"s.jsonl", "-o", "-", "--trace", "t.json"}, "", closePipe).status, 0);
+    EXPECT_THAT(read("t.json"), testing::HasSubstr("{\"line\": 2}"));
 }
 
 TEST_F(OutputTest, OneRunAtATimeWritesToAFile) {

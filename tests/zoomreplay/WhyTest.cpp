@@ -125,5 +125,14 @@ TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
                                          "published (line 13)\n")));
 }
 
+TEST_F(WhyStateTest, RectanglesKeepTheirFractions) {
+    write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
+{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[10000.125,0,100,100]}}}
+{"op":"getP2CropSetting","requestNo":1,"zoomRatio":1}
+)");
+    EXPECT_THAT(outputOf(run({"why", "s.jsonl", "1"})), HasSubstr("    (10000.125, 0)/100x100 "));
+}
+
 }  // namespace
 }  // namespace zoomreplay::test
