@@ -45,10 +45,10 @@ export const SHOWN = `(() => {
 /** Opens the link to a request and waits until it is shown; returns what the page tells of it. */
 export const shownRequest = async (browser, name) => {
   await browser.evaluate(`(async () => {
-    while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10));
-    if (location.hash !== '#request=${name}') location.hash = '#request=${name}';
-    for (let i = 0; i < 1000; ++i) {
-      if (document.getElementById('request-title').textContent === 'Request ${name}') return;
+    for (let i = 0; i < 500; ++i) {
+      const isReady = document.documentElement.dataset.ready;
+      if (isReady && location.hash !== '#request=${name}') location.hash = '#request=${name}';
+      if (isReady && document.getElementById('request-title').textContent === 'Request ${name}') return;
       await new Promise((resolve) => setTimeout(resolve, 10));
     }
     throw new Error('request ${name} does not appear');

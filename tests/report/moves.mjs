@@ -303,6 +303,7 @@ test('b blinks between the crop and the expected one', async () => {
   assert.match(await text('differences'), /line 32, getP1CropSetting.*need.tgCrops.0.0x7001 expected \[415, 311, 1186, 889\], is \[415, 311, 1182, 889\]/);
   await shownRequest(browser, '8');
   assert.equal(await browser.evaluate(`document.getElementById('differences-card').hidden`), true, 'others differ in nothing');
+  assert.match(await text('stray'), /^Differences that belong to no request: 1line \d+, isPortExist: not expected$/);
 });
 
 test('curves are hidden, and the axis is set', async () => {

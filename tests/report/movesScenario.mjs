@@ -1,5 +1,5 @@
 // Writes the scenario of moves.mjs: node movesScenario.mjs [now]
-// Forty requests zoom in over two sensors. What is special of each is listed here; "now" adds a difference.
+// Forty requests zoom in over two sensors. What is special of each is listed here; "now" adds one difference, and a line more.
 
 export const COUNT = 40;
 export const askedOf = (request) => 1 + request / 10;
@@ -37,6 +37,7 @@ const linesOf = (isNow) => {
     if (requestNo === SPECIAL.cached) lines.push(query);
     if (!SPECIAL.undone.includes(requestNo)) lines.push({ op: 'onRequestDone', requestNo });
   }
+  if (isNow) lines.push({ op: 'isPortExist', sensorId: 0, port: 1 });
   return lines;
 };
 

@@ -54,13 +54,23 @@ const deltaText = (crop, expected) => expected === undefined ? '' : expected ===
   crop.map((value, i) => value - expected[i]).map((delta, i) => delta === 0 ? null :
     `${'xywh'[i]} ${delta > 0 ? '+' : MINUS}${Math.abs(delta)}`).filter(Boolean).join(', ') || 'as expected';
 
+const differenceItem = ({ line, op, expected, fields }) => html('li', {},
+  line === 0 ? `${op}: expected, and nothing came of it` : !expected ? `line ${line}, ${op}: not expected` :
+    html('span', {}, `line ${line}, ${op}`, html('ul', {}, fields.map(([path, before, now]) => html('li', {},
+      html('code', {}, path), ` expected ${before}, is ${now}`)))));
+
 const showDifferences = (index) => {
   const list = differencesOf.get(index) ?? [];
   $('differences-card').hidden = list.length === 0;
-  $('differences').replaceChildren(...list.map(({ line, op, expected, fields }) => html('li', {},
-    line === 0 ? `${op}: expected, and nothing came of it` : !expected ? `line ${line}, ${op}: not expected` :
-      html('span', {}, `line ${line}, ${op}`, html('ul', {}, fields.map(([path, before, now]) => html('li', {},
-        html('code', {}, path), ` expected ${before}, is ${now}`)))))));
+  $('differences').replaceChildren(...list.map(differenceItem));
+};
+
+const showStrayDifferences = () => {
+  $('stray').hidden = strayDifferences.length === 0;
+  $('stray-title').textContent = `Differences that belong to no request: ${strayDifferences.length}`;
+  const SHOWN = 20;
+  $('stray-list').replaceChildren(...strayDifferences.slice(0, SHOWN).map(differenceItem));
+  if (strayDifferences.length > SHOWN) $('stray-list').append(html('li', { class: 'aside' }, `and ${strayDifferences.length - SHOWN} more`));
 };
 
 // Blinking between both sides shows what moved.

@@ -22,6 +22,7 @@ const start = async () => {
   showLaneLegend();
   showCurveLegend();
   showFindings();
+  showStrayDifferences();
   describeTimeline();
   $('timeline').setAttribute('aria-valuemin', 1);
   $('timeline').setAttribute('aria-valuemax', count);
