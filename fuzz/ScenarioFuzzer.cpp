@@ -14,6 +14,7 @@
 #include "replay/Library.h"
 #include "replay/Operations.h"
 #include "results/ResultWriter.h"
+#include "scenario/json/Document.h"
 #include "scenario/json/LineError.h"
 
 namespace {
@@ -31,10 +32,10 @@ void resetPlatform() {
 }
 
 void replayLine(std::string_view line, Library& library) {
-    Json const json = parseObject(line);
-    Value const value(json);
+    Document document;
+    Value const value(document.parse(line));
     Fields fields(value);
-    std::string op;
+    std::string_view op;
     fields.required("op", op);
     Operation const& operation = findOperation(op);
     auto answer = operation.run(fields, library);

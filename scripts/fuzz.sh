@@ -7,7 +7,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 seconds=${1:-60}
-targets=(interface numbers scenario phone)
+targets=(interface numbers lines scenario phone)
 # shellcheck disable=SC2046 # one package a word
 scripts/install-packages.sh $(cat scripts/packages-build.txt scripts/packages-test.txt \
     scripts/packages-fuzz.txt)
@@ -20,6 +20,7 @@ fuzz() {
     local folders=("build/asan/corpus/$name" "fuzz/regressions/$name")
     # Scenarios and what phones print are text, and long.
     local length=512
+    [ "$name" != lines ] || folders+=(fuzz/seeds/lines)
     [ "$name" != scenario ] || { folders+=(examples); length=8192; }
     [ "$name" != phone ] || { folders+=(tests/import); length=8192; }
     # The library's last words are no news, hence the closed stream.

@@ -10,9 +10,6 @@
 namespace scenario {
 namespace {
 
-// No line of ours comes near it; it bounds what a damaged line can cost.
-constexpr size_t kDeepest = 16;
-
 // Builds the value from the parser's events. What a parser of ours must not let pass, and the
 // library's own builder does, is refused here.
 class Builder : public nlohmann::json_sax<Json> {

@@ -1,6 +1,7 @@
 // The JSON of one line, parsed strictly.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -13,6 +14,9 @@ namespace scenario {
 /// Fractions are single precision from the start, so that decimal text is rounded only once.
 using Json =
     nlohmann::basic_json<std::map, std::vector, std::string, bool, int64_t, uint64_t, float>;
+
+/// Containers in each other. No line of ours comes near it; it bounds what a damaged line can cost.
+constexpr size_t kDeepest = 16;
 
 /// Parses a line that holds one object.
 /// @throws LineError anything else, an object that names a field twice, a number beyond the range

@@ -1,7 +1,9 @@
 // Reads what is not just an object of described fields: geometry, enumerations, the platform.
 #include "scenario/json/Records.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <initializer_list>
 #include <utility>
 #include <vector>
@@ -18,12 +20,13 @@ using namespace NSCam::Feature;
 
 template <typename T>
 void readElements(Value const& value, char const* shape, std::initializer_list<T*> elements) {
-    if (!value.json().is_array() || value.json().size() != elements.size()) {
+    auto const* const nodes = value.as<Elements>();
+    if (nodes == nullptr || nodes->size() != elements.size()) {
         value.fail(std::string("must be ") + shape);
     }
     size_t index = 0;
     for (T* element : elements) {
-        read(Value(value.json()[index], value, index), *element);
+        read(Value((*nodes)[index], value, index), *element);
         ++index;
     }
 }
@@ -33,16 +36,20 @@ using Names = std::vector<std::pair<std::string_view, Enum>>;
 
 template <typename Enum>
 void readEnum(Value const& value, Names<Enum> const& names, Enum& result) {
-    std::string choices;
-    for (auto const& [name, number] : names) {
-        if (value.json().is_string() && value.json().get_ref<std::string const&>() == name) {
-            result = number;
-            return;
-        }
-        choices.append(", \"").append(name).append("\"");
+    auto const* const text = value.as<std::string_view>();
+    auto const named = std::find_if(names.begin(), names.end(), [text](auto const& choice) {
+        return text != nullptr && choice.first == *text;
+    });
+    if (named != names.end()) {
+        result = named->second;
+        return;
     }
 
     if (!isInteger(value)) {
+        std::string choices;
+        for (auto const& [name, number] : names) {
+            choices.append(", \"").append(name).append("\"");
+        }
         value.fail("must be an integer or one of" + choices.substr(1));
     }
     int32_t number = 0;
@@ -88,7 +95,7 @@ void read(Value const& value, std::shared_ptr<ZoomOverrideSensorInfo>& result) {
 }
 
 void read(Value const& value, std::shared_ptr<ZoomOverrideSetting>& result) {
-    if (value.json().is_null()) {
+    if (value.as<std::nullptr_t>() != nullptr) {
         result = nullptr;
         return;
     }

@@ -47,20 +47,20 @@ std::optional<Integer> parseInteger(std::string_view text) {
 }
 
 // A number of more than 64 bits is read as a float, and is beyond any field's range.
-std::optional<Integer> integerOf(Json const& json) {
+std::optional<Integer> integerOf(Value const& value) {
     constexpr float kBeyondAll = 0x1p63F;
-    if (json.is_number_unsigned()) {
-        return Integer{.magnitude = json.get<uint64_t>()};
+    if (auto const* positive = value.as<uint64_t>()) {
+        return Integer{.magnitude = *positive};
     }
-    if (json.is_number_integer()) {
-        return Integer{.isNegative = true,
-                       .magnitude = 0 - static_cast<uint64_t>(json.get<int64_t>())};
+    if (auto const* negative = value.as<int64_t>()) {
+        return Integer{.isNegative = true, .magnitude = 0 - static_cast<uint64_t>(*negative)};
     }
-    if (json.is_string()) {
-        return parseInteger(json.get_ref<std::string const&>());
+    if (auto const* text = value.as<std::string_view>()) {
+        return parseInteger(*text);
     }
-    if (json.is_number_float() && std::abs(json.get<float>()) >= kBeyondAll) {
-        return Integer{.isNegative = json.get<float>() < 0.0F,
+    auto const* const number = value.as<float>();
+    if (number != nullptr && std::abs(*number) >= kBeyondAll) {
+        return Integer{.isNegative = *number < 0.0F,
                        .magnitude = std::numeric_limits<uint64_t>::max()};
     }
     return std::nullopt;
@@ -101,23 +101,25 @@ void store(Value const& value, std::string const& what, std::optional<Integer> i
 
 template <typename T>
 void storeNumber(Value const& value, T& result) {
-    store(value, "", integerOf(value.json()), result);
+    store(value, "", integerOf(value), result);
 }
 
 }  // namespace
 
-Json::object_t const& Value::object() const {
-    if (!mJson.is_object()) {
+Members const& Value::object() const {
+    auto const* const members = as<Members>();
+    if (members == nullptr) {
         fail("must be an object");
     }
-    return mJson.get_ref<Json::object_t const&>();
+    return *members;
 }
 
-Json::array_t const& Value::array() const {
-    if (!mJson.is_array()) {
+Elements const& Value::array() const {
+    auto const* const elements = as<Elements>();
+    if (elements == nullptr) {
         fail("must be an array");
     }
-    return mJson.get_ref<Json::array_t const&>();
+    return *elements;
 }
 
 void Value::fail(std::string const& what) const {
@@ -130,17 +132,18 @@ std::string Value::path() const {
         return {};
     }
     std::string const around = mParent->path();
-    if (mParent->mJson.is_array()) {
+    if (mParent->as<Elements>() != nullptr) {
         return around + '[' + std::to_string(mIndex) + ']';
     }
     return around.empty() ? std::string(mName) : around + '.' + std::string(mName);
 }
 
 void read(Value const& value, bool& result) {
-    if (!value.json().is_boolean()) {
+    auto const* const answer = value.as<bool>();
+    if (answer == nullptr) {
         value.fail("must be true or false");
     }
-    result = value.json().get<bool>();
+    result = *answer;
 }
 
 void read(Value const& value, uint8_t& result) {
@@ -167,26 +170,39 @@ void read(Value const& value, uint64_t& result) {
 }
 
 void read(Value const& value, float& result) {
-    Json const& json = value.json();
     using Limits = std::numeric_limits<float>;
-    if (json.is_number()) {
-        result = floatOf(json);
-    } else if (json == "nan") {
+    std::string_view const text = value.as<std::string_view>() != nullptr
+                                      ? *value.as<std::string_view>()
+                                      : std::string_view();
+    if (auto const* number = value.as<float>()) {
+        result = *number;
+    } else if (auto const* positive = value.as<uint64_t>()) {
+        result = static_cast<float>(*positive);
+    } else if (auto const* negative = value.as<int64_t>()) {
+        result = *negative == 0 ? -0.0F : static_cast<float>(*negative);
+    } else if (text == "nan") {
         result = Limits::quiet_NaN();
-    } else if (json == "inf") {
+    } else if (text == "inf") {
         result = Limits::infinity();
-    } else if (json == "-inf") {
+    } else if (text == "-inf") {
         result = -Limits::infinity();
     } else {
         value.fail("must be a number, \"nan\", \"inf\" or \"-inf\"");
     }
 }
 
-void read(Value const& value, std::string& result) {
-    if (!value.json().is_string()) {
+void read(Value const& value, std::string_view& result) {
+    auto const* const text = value.as<std::string_view>();
+    if (text == nullptr) {
         value.fail("must be a string");
     }
-    result = value.json().get_ref<std::string const&>();
+    result = *text;
+}
+
+void read(Value const& value, std::string& result) {
+    std::string_view text;
+    read(value, text);
+    result = text;
 }
 
 void readKey(Value const& entry, std::string_view name, uint8_t& result) {
@@ -206,29 +222,29 @@ void readKey(Value const& entry, std::string_view name, int64_t& result) {
 }
 
 bool isInteger(Value const& value) {
-    return integerOf(value.json()).has_value();
+    return integerOf(value).has_value();
 }
 
 void Fields::finish() const {
-    if (mFound == mFields.size()) {
+    if (mFound == mMembers.size()) {
         return;
     }
-    for (auto const& [name, json] : mFields) {
+    for (auto const& [name, node] : mMembers) {
         if (std::find(mKnown.begin(), mKnown.end(), name) == mKnown.end()) {
-            Value(json, mObject, name).fail("unknown field" + didYouMean(name, mKnown));
+            Value(node, mObject, name).fail("unknown field" + didYouMean(name, mKnown));
         }
     }
 }
 
 void Fields::failMissing(std::string_view name) const {
     std::vector<std::string_view> others;
-    for (auto const& [other, json] : mFields) {
+    for (auto const& [other, node] : mMembers) {
         if (std::find(mKnown.begin(), mKnown.end(), other) == mKnown.end()) {
             others.push_back(other);
         }
     }
     auto const misspelt = nearMiss(name, others);
-    Value(mObject.json(), mObject, name)
+    Value({}, mObject, name)
         .fail(misspelt.empty() ? "missing" : "missing; there is " + std::string(misspelt));
 }
 

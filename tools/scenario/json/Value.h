@@ -9,27 +9,35 @@
 #include <unordered_map>
 #include <vector>
 
-#include "scenario/json/Json.h"
+#include "scenario/json/Node.h"
 
 namespace scenario {
 
-/// A JSON value and where it stands in its line. Refers to the JSON and to the value around it.
+/// A JSON value and where it stands in its line. Refers to the node and to the value around it.
 class Value {
  public:
     /// A whole line.
-    explicit Value(Json const& json) : mJson(json) {}
+    explicit Value(Node const& node) : mNode(node) {}
 
     /// The value of an object's field; name is not copied.
-    Value(Json const& json, Value const& parent, std::string_view name)
-        : mJson(json), mParent(&parent), mName(name) {}
+    Value(Node const& node, Value const& parent, std::string_view name)
+        : mNode(node), mParent(&parent), mName(name) {}
 
     /// The element of an array.
-    Value(Json const& json, Value const& parent, size_t index)
-        : mJson(json), mParent(&parent), mIndex(index) {}
+    Value(Node const& node, Value const& parent, size_t index)
+        : mNode(node), mParent(&parent), mIndex(index) {}
 
-    Json const& json() const { return mJson; }
-    Json::object_t const& object() const;
-    Json::array_t const& array() const;
+    /// Null where it is of another of the types that a Node can have.
+    template <typename T>
+    T const* as() const {
+        return std::get_if<T>(&mNode.value);
+    }
+
+    /// @throws LineError it is no object.
+    Members const& object() const;
+
+    /// @throws LineError it is no array.
+    Elements const& array() const;
 
     /// @throws LineError always: "path: what".
     [[noreturn]] void fail(std::string const& what) const;
@@ -37,7 +45,7 @@ class Value {
     std::string path() const;
 
  private:
-    Json const& mJson;
+    Node const& mNode;
     Value const* mParent = nullptr;
     std::string_view mName;
     size_t mIndex = 0;
@@ -56,6 +64,9 @@ void read(Value const& value, int64_t& result);
 void read(Value const& value, float& result);
 void read(Value const& value, std::string& result);
 
+/// The text lives as long as the value's node.
+void read(Value const& value, std::string_view& result);
+
 // readKey converts the name of a table's entry; entry tells where it stands.
 void readKey(Value const& entry, std::string_view name, uint8_t& result);
 void readKey(Value const& entry, std::string_view name, uint16_t& result);
@@ -67,8 +78,8 @@ bool isInteger(Value const& value);
 
 template <typename Table>
 void readTable(Value const& value, Table& table) {
-    for (auto const& [name, json] : value.object()) {
-        Value const entry(json, value, name);
+    for (auto const& [name, node] : value.object()) {
+        Value const entry(node, value, name);
         typename Table::key_type key{};
         readKey(entry, name, key);
         auto const [place, isNew] = table.try_emplace(key);
@@ -91,10 +102,10 @@ void read(Value const& value, std::map<Key, Item>& result) {
 
 template <typename Item>
 void read(Value const& value, std::vector<Item>& result) {
-    auto const& items = value.array();
-    result.resize(items.size());
-    for (size_t i = 0; i < items.size(); ++i) {
-        read(Value(items[i], value, i), result[i]);
+    auto const& elements = value.array();
+    result.resize(elements.size());
+    for (size_t i = 0; i < elements.size(); ++i) {
+        read(Value(elements[i], value, i), result[i]);
     }
 }
 
@@ -103,20 +114,22 @@ void read(Value const& value, std::vector<Item>& result) {
 class Fields {
  public:
     /// @param object outlives the fields.
-    explicit Fields(Value const& object) : mObject(object), mFields(object.object()) {}
+    explicit Fields(Value const& object) : mObject(object), mMembers(object.object()) {
+        mKnown.reserve(kUsualFields);
+    }
 
-    bool has(std::string_view name) const { return mFields.find(name) != mFields.end(); }
+    bool has(std::string_view name) const { return findMember(mMembers, name) != nullptr; }
 
     /// Leaves result alone where the field is left out. @return whether it is there.
     template <typename T>
     bool optional(std::string_view name, T& result) {
         mKnown.push_back(name);
-        auto const field = mFields.find(name);
-        if (field == mFields.end()) {
+        auto const* const field = findMember(mMembers, name);
+        if (field == nullptr) {
             return false;
         }
         ++mFound;
-        read(Value(field->second, mObject, name), result);
+        read(Value(field->node, mObject, name), result);
         return true;
     }
 
@@ -133,10 +146,12 @@ class Fields {
     [[noreturn]] void fail(std::string const& what) const { mObject.fail(what); }
 
  private:
+    static constexpr size_t kUsualFields = 16;
+
     [[noreturn]] void failMissing(std::string_view name) const;
 
     Value const& mObject;
-    Json::object_t const& mFields;
+    Members mMembers;
     std::vector<std::string_view> mKnown;
     size_t mFound = 0;
 };

@@ -6,6 +6,7 @@
 
 #include "ActiveArray.h"
 #include "base/Messages.h"
+#include "scenario/json/Document.h"
 #include "scenario/json/LineError.h"
 #include "scenario/json/Records.h"
 
@@ -47,8 +48,7 @@ using RigModes = std::map<uint32_t, RigMode>;
 class RigReader {
  public:
     void take(std::string_view line) {
-        Json const json = parseObject(line);
-        Value const value(json);
+        Value const value(mDocument.parse(line));
         Fields fields(value);
         std::string op;
         fields.required("op", op);
@@ -136,6 +136,7 @@ class RigReader {
 
     static bool isAngle(float degrees) { return degrees > 0.0F && degrees < 180.0F; }
 
+    Document mDocument;
     PhoneRig mRig;
     std::map<int32_t, RigModes> mModes;
     std::optional<ZoomOverrideSensorInfoConfig> mConfig;

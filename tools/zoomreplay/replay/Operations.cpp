@@ -28,17 +28,17 @@ OperationsByName const& allOperations() {
     return kByName;
 }
 
-[[noreturn]] void failUnknown(std::string const& name) {
+[[noreturn]] void failUnknown(std::string_view name) {
     std::vector<std::string_view> names;
     for (auto const& [known, operation] : allOperations()) {
         names.push_back(known);
     }
-    throw LineError(name + ": unknown operation" + didYouMean(name, names));
+    throw LineError(std::string(name) + ": unknown operation" + didYouMean(name, names));
 }
 
 }  // namespace
 
-Operation const& findOperation(std::string const& name) {
+Operation const& findOperation(std::string_view name) {
     auto const found = allOperations().find(name);
     if (found == allOperations().end()) {
         failUnknown(name);

@@ -22,7 +22,7 @@ struct Operation {
 };
 
 /// @throws scenario::LineError there is no such operation.
-Operation const& findOperation(std::string const& name);
+Operation const& findOperation(std::string_view name);
 
 // One group a source file.
 std::span<Operation const> platformOperations();

@@ -94,10 +94,9 @@ bool Replay::isCutOff(LineError const& error) const {
 
 void Replay::replayLine(std::string_view line) {
     mOp = {};
-    Json const json = parseObject(line);
-    Value const value(json);
+    Value const value(mDocument.parse(line));
     Fields fields(value);
-    std::string op;
+    std::string_view op;
     fields.required("op", op);
     Operation const& operation = findOperation(op);
     if (fields.has("line")) {

@@ -9,6 +9,7 @@
 #include "Progress.h"
 #include "base/LineReader.h"
 #include "base/Messages.h"
+#include "scenario/json/Document.h"
 #include "scenario/json/LineError.h"
 
 namespace zoomreplay {
@@ -45,6 +46,7 @@ class Replay {
     std::vector<OutcomeConsumer*> mConsumers;
     Progress& mProgress;
     Library mLibrary;
+    scenario::Document mDocument;
     std::string_view mOp;  // of the line in hand
     LineTime mTime;        // likewise
 };
