@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "CellText.h"
@@ -142,8 +143,19 @@ Row observedRow(Observation const& observation) {
     return row;
 }
 
-std::optional<Row> rowOf(Answer const& answer, Explained const* explained) {
-    using MaybeRow = std::optional<Row>;
+using MaybeRow = std::optional<Row>;
+
+// The kinds of answers that are told in results only: one that is named nowhere does not compile.
+template <typename... Answers>
+struct WithoutRow {
+    template <typename Other>
+    requires(std::is_same_v<Other, Answers> || ...) MaybeRow operator()(
+        Other const& /*answer*/) const {
+        return std::nullopt;
+    }
+};
+
+MaybeRow rowOf(Answer const& answer, Explained const* explained) {
     return std::visit(
         Overloaded{
             [&](P1Answer const& query) -> MaybeRow { return queryRow("P1", query, explained); },
@@ -151,7 +163,7 @@ std::optional<Row> rowOf(Answer const& answer, Explained const* explained) {
             [](ThreeAAnswer const& query) -> MaybeRow { return queryRow("3A", query, nullptr); },
             [](MapperAnswer const& mapper) -> MaybeRow { return mapperRow(mapper); },
             [](CorrectionAnswer const& fit) -> MaybeRow { return correctionRow(fit); },
-            [](auto const& /*other*/) -> MaybeRow { return std::nullopt; }},
+            WithoutRow<BoolAnswer, ModeAnswer, HistoryAnswer, ExceptionAnswer, FatalAnswer>{}},
         answer);
 }
 
