@@ -27,7 +27,10 @@ export const SHOWN = `(() => {
     title: id('request-title').textContent, mode: id('request-mode').textContent, link: id('link').textContent,
     asked: id('asked').textContent, override: id('override').textContent, sentence: id('lines').textContent,
     slider: id('timeline').getAttribute('aria-valuetext'), hover: id('hover').textContent,
-    stages: texts('#stages li'), angles: rows('#angles tbody tr'),
+    stages: texts('#stages li'), symbols: [...document.querySelectorAll('#stages li')].map((item) => [...item.querySelectorAll('path')].map((path) => path.getAttribute('class'))),
+    cursor: (({ left, width }) => left + width / 2)(id('cursor').getBoundingClientRect()),
+    timeline: (({ left, width }) => [left, width])(id('timeline').getBoundingClientRect()),
+    angles: rows('#angles tbody tr'),
     queries: texts('#numbers tr.query'), numbers: rows('#numbers tbody tr:not(.query)'),
     reasons: texts('#why h3'), kept: texts('#why > p'),
     steps: [...document.querySelectorAll('#why .steps')].map((part) => ({ title: part.querySelector('h4').textContent, items: texts('li', part) })),
@@ -42,12 +45,12 @@ export const SHOWN = `(() => {
   };
 })()`;
 
-/** Opens the link to a request and waits until it is shown; returns what the page tells of it. */
-export const shownRequest = async (browser, name) => {
+/** Opens the link to a request, or none, waits until it is shown; returns what the page tells of it. */
+export const shownRequest = async (browser, name, isChosen = true) => {
   await browser.evaluate(`(async () => {
-    for (let i = 0; i < 500; ++i) {
+    for (let i = 0; i < 1500; ++i) {
       const isReady = document.documentElement.dataset.ready;
-      if (isReady && location.hash !== '#request=${name}') location.hash = '#request=${name}';
+      if (isReady && ${isChosen} && location.hash !== '#request=${name}') location.hash = '#request=${name}';
       if (isReady && document.getElementById('request-title').textContent === 'Request ${name}') return;
       await new Promise((resolve) => setTimeout(resolve, 10));
     }
@@ -57,17 +60,19 @@ export const shownRequest = async (browser, name) => {
 };
 
 const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',
-  '--jump', '--stale', '--outside', '--undone', '--expected', '--ink', '--c0', '--c1', '--c2'].map((name) => {
+  '--jump', '--stale', '--outside', '--undone', '--expected', '--override', '--phone', '--ink', '--c0', '--c1', '--c2'].map((name) => {
   const context = document.createElement('canvas').getContext('2d');
   context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
   return [name, context.fillStyle];
 }))`;
 
+export const coloursOf = (browser) => browser.evaluate(COLOURS);
+
 /** The lanes as they are drawn with all requests in view: names, and by lane and request the colours and edges. */
 export const drawnAt = async (browser, canvas, count) => {
   const LANE = 16;
   const { drawn, width } = await browser.evaluate(`({ drawn: document.getElementById('${canvas}').drawn, width: document.getElementById('${canvas}').clientWidth })`);
-  const colours = await browser.evaluate(COLOURS);
+  const colours = await coloursOf(browser);
   const gutter = drawn.find(({ name }) => name === 'fillRect').left;
   const pitch = (width - gutter) / count;
   const bands = drawn.filter(({ name }) => name === 'fillRect');

@@ -10,21 +10,22 @@ import {
   areaOf, askedOf, explanationsIn, isNear, leadOf, modeOf, nameOfPorts, overrideOf, ratio, rect, requestsOf,
   sentenceOf, shownCrops, stagesOf, titleOf,
 } from './Expected.mjs';
-import { KEEP_DRAWINGS, drawnAt, shownRequest, SHOWN } from './Page.mjs';
+import { KEEP_DRAWINGS, coloursOf, drawnAt, shownRequest, SHOWN } from './Page.mjs';
 
 const [report, resultFile, scenarioFile, stepsFile] = process.argv.slice(2);
 const linesOf = (file) => readFileSync(file, 'utf8').trim().split('\n');
 
 // By hand, with the scenario beside it: which lines give an earlier answer again, and what is wrong where.
-const KEPT = { 21: 19, 28: 26, 46: 45 };
+const KEPT = { 22: 20, 29: 27, 47: 46 };
 const FINDINGS = {
-  fatal: ['10'], exception: ['5'], outside: ['2:2'], corrected: ['2', '3', '1:2', '2:2', '8', '9'], stale: ['3'],
+  fatal: ['10'], exception: ['5'], outside: ['2:2'], corrected: ['1', '2', '3', '1:2', '2:2', '8', '9'], stale: ['3'],
   undone: ['2', '2:2', '9', '10'],
 };
 const FAULT_WORDS = { outside: 'crop outside of its sensor', jump: 'jump', corrected: 'corrected',
   stale: 'kept answer of another sensor mode', undone: 'never done' };
 const STATE_WORDS = { refused: 'not overridden', overridden: 'overridden', exception: 'exception', fatal: 'stopped the process' };
 const SENSORS = [0, 1, 4];
+const GUTTER = 96;  // pixels, left of the plots
 
 const requests = requestsOf(linesOf(scenarioFile), linesOf(resultFile).map((line) => JSON.parse(line)), KEPT);
 const explanations = explanationsIn(readFileSync(stepsFile, 'utf8'));
@@ -48,6 +49,7 @@ const stateIn = (request, stage) => {
 
 let browser;
 let jumps;  // the requests that the list of jumps names
+let opened;  // what it tells when nothing is chosen
 let shown;  // what the page tells of each request
 before(async () => {
   browser = await Chromium.start();
@@ -55,6 +57,7 @@ before(async () => {
   await browser.before(KEEP_DRAWINGS);
   await browser.open(pathToFileURL(report).href);
   shown = [];
+  opened = await shownRequest(browser, '10', false);
   await shownRequest(browser, requests[0].name);
   jumps = new Set(await browser.evaluate(`[...document.querySelectorAll('#jump-list a')].map((a) => a.hash.replace('#request=', ''))`));
   for (const { name } of requests) shown.push(await shownRequest(browser, name));
@@ -68,9 +71,24 @@ test('the head', async () => {
     fatal: document.getElementById('fatal').textContent, findings: [...document.querySelectorAll('#findings button')].map((b) => b.textContent) })`);
   assert.equal(head.title, 'tour.jsonl \u2013 zoom report');
   assert.equal(head.about, `ExternalAPI, InstantRequest, ByRequest \u00b7 ${requests.length} requests \u00b7 7 overridden`);
-  assert.match(head.fatal, /^The library stopped the process on line 60, get3ACropSetting: .*still not support 3A/);
-  assert.deepEqual(head.findings.filter((text) => !text.startsWith('jump')), ['fatal condition: 1', 'exception: 1',
-    'crop outside of its sensor: 1', 'corrected: 6', 'kept answer of another sensor mode: 1', 'never done: 4']);
+  assert.match(head.fatal, /^The library stopped the process on line 61, get3ACropSetting: .*still not support 3A/);
+  assert.equal(opened.title, 'Request 10', 'it opens where the process was stopped');
+  assert.deepEqual(head.findings, ['fatal condition: 1', 'exception: 1', 'crop outside of its sensor: 1', `jump: ${jumps.size}`, 'corrected: 7', 'kept answer of another sensor mode: 1', 'never done: 4']);
+});
+
+test('the timeline in words', async () => {
+  const ranged = (name, values, write) => `${name} ${write(Math.min(...values))} to ${write(Math.max(...values))}`;
+  const stages = ['P1', 'P2', '3A'].map((stage) =>
+    `${stage} overridden in ${requests.filter((request) => stateIn(request, stage).state === 'overridden').length} of ${requests.length} requests`);
+  const text = await browser.evaluate(`document.getElementById('timeline-text').textContent`);
+  const [asked, override, ...rest] = text.replace(/\.$/, '').split('; ');
+  assert.deepEqual([asked, override, ...rest.slice(0, 3)], [ranged('Asked ratio', requests.map(askedOf), ratio),
+    ranged('override ratio', requests.map(overrideOf).filter(Boolean), ratio), ...stages]);
+  SENSORS.forEach((sensor, i) => {
+    const [low, high] = rest[3 + i].replace(/^sensor \d+ to master /, '').split(' to ');
+    const values = requests.map((request) => leadOf(request, sensor)?.crop.difference?.across).filter((value) => value !== undefined);
+    assert.ok(isNear(low, Math.min(...values)) && isNear(high, Math.max(...values)), rest[3 + i]);
+  });
 });
 
 test('mode, ratios, answers and lines of each request', () => forEach((request, page, where) => {
@@ -79,6 +97,8 @@ test('mode, ratios, answers and lines of each request', () => forEach((request, 
   const override = overrideOf(request);
   assert.equal(page.override, override === undefined ? '\u2013' : ratio(override), where);
   assert.deepEqual(page.stages, stagesOf(request), where);
+  assert.deepEqual(page.symbols, request.queries.map(({ state, kept }) => [`mark-${state}`,
+    ...(kept ? [state === 'overridden' ? 'mark-cached' : 'mark-cached-refused'] : [])]), where);
   assert.equal(page.sentence, `${scenarioFile}: ${sentenceOf(request)}`, where);
   const states = ['P1', 'P2', '3A'].map((stage) => [stage, stateIn(request, stage)]).filter(([, { state }]) => state);
   const faults = Object.entries(FAULT_WORDS).filter(([mark]) => mark === 'jump' ? jumps.has(request.name) : isFinding(request, mark));
@@ -248,26 +268,35 @@ test('curves', async () => {
     document.getElementById('zoom-all').click();
     await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
     Dygraph.prototype.updateOptions = updateOptions;
-    return graphs.map((graph) => ({ labels: graph.getLabels().slice(1), x: graph.xAxisRange(),
+    return graphs.map((graph) => ({ labels: graph.getLabels().slice(1), x: graph.xAxisRange(), y: graph.yAxisRange(), colours: graph.getColors(),
       rows: Array.from({ length: graph.numRows() }, (_, row) => graph.getLabels().map((_, column) => graph.getValue(row, column))) }));
   })()`);
-  const hold = ({ labels, rows, x }, curves) => {
+  const colours = await coloursOf(browser);
+  const hold = ({ labels, rows, x, y, colours: drawn }, curves, names) => {
     assert.deepEqual(labels, Object.keys(curves));
+    assert.deepEqual(drawn, names.map((name) => colours[name]));
+    const values = rows.flatMap((row) => row.slice(1)).filter((value) => typeof value === 'number');
+    assert.ok(y[0] < Math.min(...values) && y[1] > Math.max(...values), `${y} has room for all`);
     assert.deepEqual(x, [-0.5, requests.length - 0.5]);
     requests.forEach((request, i) => assert.ok(Object.values(curves).every((value, k) =>
       isNear(String(rows[i][k + 1] ?? '-'), value(request)) && rows[i][0] === i), `request ${request.name}: ${rows[i]}`));
   };
   const [ratios, lower] = await charts();
-  hold(ratios, { asked: askedOf, override: overrideOf, phone: ({ phone }) => phone?.zoomRatio });
+  hold(ratios, { asked: askedOf, override: overrideOf, phone: ({ phone }) => phone?.zoomRatio }, ['--ink', '--override', '--phone']);
   const bySensor = (value) => Object.fromEntries(SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => {
     const crop = leadOf(request, sensor)?.crop;
     return crop && value(crop);
   }]));
-  hold(lower, bySensor(({ difference }) => difference?.across));
+  const names = ['--c0', '--c1', '--c2'];
+  hold(lower, bySensor(({ difference }) => difference?.across), names);
+  const ticks = (axis) => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-${axis}')].map((label) => label.textContent)`);
+  assert.deepEqual(await ticks('x'), requests.map(({ name }) => name));
+  const heights = await ticks('y');
+  assert.ok(heights.includes('0\u00b0') && heights.some((label) => label.startsWith('+')) && heights.some((label) => label.startsWith('\u2212')), heights.join());
   for (const [quantity, value] of [['angle', 'across'], ['right', 'right'], ['down', 'below']]) {
     await browser.evaluate(`{ const list = document.getElementById('quantity');
       list.value = '${quantity}'; list.dispatchEvent(new Event('change')); }`);
-    hold((await charts())[1], bySensor(({ sight }) => sight[value]));
+    hold((await charts())[1], bySensor(({ sight }) => sight[value]), names);
   }
 });
 
@@ -276,9 +305,18 @@ test('the value of a request under the mouse', () => forEach((request, page, whe
   assert.equal(name, `request ${request.name}`);
   assert.equal(parts[0], `asked ${ratio(askedOf(request))}`, where);
   for (const sensor of SENSORS) {
-    const told = new RegExp(`sensor ${sensor} ([^,]+)`).exec(page.hover)?.[1] ?? '-';
-    assert.ok(isNear(told, leadOf(request, sensor)?.crop.difference?.across), `${where}: ${page.hover}`);
+    const told = new RegExp(`sensor ${sensor} ([^,]+)`).exec(page.hover)?.[1];
+    const difference = leadOf(request, sensor)?.crop.difference?.across;
+    assert.ok(difference === undefined ? told === undefined : isNear(told, difference), `${where}: ${page.hover}`);
   }
+  const override = overrideOf(request);
+  assert.equal(parts.find((part) => part.startsWith('override')), override && `override ${ratio(override)}`, where);
+}));
+
+test('the cursor stands at its request', () => requests.forEach(({ name }, i) => {
+  const { cursor, timeline: [left, width] } = shown[i];
+  const x = left + GUTTER + (i + 0.5) / requests.length * (width - GUTTER);
+  assert.ok(Math.abs(cursor - x) < 1, `request ${name}: ${cursor}, not ${x}`);
 }));
 
 test('each finding lists its requests', async () => {
