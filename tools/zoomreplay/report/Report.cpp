@@ -19,7 +19,9 @@ namespace {
 
 using scenario::Json;
 
-constexpr size_t kOverviewsPerBlock = 8192;  // the overview is unpacked whole
+// The overview is unpacked whole, a request's block when somebody looks at the request.
+constexpr size_t kOverviewsPerBlock = 8192;
+constexpr size_t kRequestsPerBlock = 512;
 
 }  // namespace
 
@@ -43,18 +45,20 @@ void Report::take(Difference const& difference) {
     mDifferences.add(mDifferenceCount++, differenceData(difference));
 }
 
-std::string Report::data(ReplaySummary const& replay) {
-    Json json{{"scenario", mScenario},
-              {"total", replay.total},
-              {"shown", mCount},
-              {"logged", mShown.isLogged},
-              {"compared", mShown.isCompared},
-              {"requestsPerBlock", kRequestsPerBlock},
-              {"modes", Json::array()},
-              {"rigs", Json::array()}};
+Json Report::head(std::string const& scenario, Shown shown) {
+    Json json{{"scenario", scenario},         {"logged", shown.isLogged},
+              {"compared", shown.isCompared}, {"requestsPerBlock", kRequestsPerBlock},
+              {"modes", Json::array()},       {"rigs", Json::array()}};
     for (auto const mode : scenario::allModes()) {
         json["modes"].push_back(scenario::nameOf(mode));
     }
+    return json;
+}
+
+std::string Report::data(ReplaySummary const& replay) {
+    Json json = head(mScenario, mShown);
+    json["total"] = replay.total;
+    json["shown"] = mCount;
     for (Rig const& rig : replay.rigs) {
         json["rigs"].push_back(rigData(rig));
     }

@@ -9,20 +9,21 @@
 #include "jumps/Jumps.h"
 #include "recording/ReplayedRequest.h"
 #include "results/Compare.h"
+#include "scenario/json/Json.h"
 
 namespace zoomreplay {
 
 /// Keeps of each request what the page shows of it, packed.
 class Report : public RequestConsumer {
  public:
-    /// A request's block is unpacked when somebody looks at the request.
-    static constexpr size_t kRequestsPerBlock = 512;
-
     /// What there is beside the requests.
     struct Shown {
         bool isLogged;
         bool isCompared;
     };
+
+    /// What a page's data has whatever the requests. page/overview.js tells its fields.
+    static scenario::Json head(std::string const& scenario, Shown shown);
 
     /// @param scenario its name, as the page tells it
     Report(std::string scenario, Shown shown);

@@ -122,11 +122,15 @@ const requestTicks = (low, high, pixels) => {
   return ticks;
 };
 
+// What is no ratio has no place on the axis.
+const dropNoRatio = (path, i) => { if (!(columns.get(path)[i] > 0)) columns.get(path)[i] = NO_VALUE; };
+
 let ratioChart = null;
 let angleChart = null;
 let quantity = null;
 
 const makeCharts = () => {
+  for (const chart of [ratioChart, angleChart]) chart?.graph?.destroy();
   ratioChart = new Chart($('ratio-chart'), { logscale: true, axes: {
     x: { drawAxis: false, drawGrid: false },
     y: { ticker: (low, high) => ratioTicks(low, high).map((v) => ({ v, label: `${v}\u00d7` })) },
@@ -136,14 +140,15 @@ const makeCharts = () => {
     { path: 'override', words: 'override', colour: '--override', dash: [6, 3], width: 2.2 },
     { path: 'phone.zoom', words: 'phone', colour: '--phone', dash: [2, 2], width: 2 },
   ].filter(({ path }) => columns.has(path));
-  for (const { path } of ratioChart.curves) columnOf(path).forEach((v, i, all) => { if (!(v > 0)) all[i] = NO_VALUE; });
+  for (const { path } of ratioChart.curves) columnOf(path).forEach((_, i) => dropNoRatio(path, i));
   angleChart = new Chart($('angle-chart'), { axes: {
     x: { ticker: requestTicks, axisLabelFormatter: (v) => nameOf(v) },
     y: { axisLabelFormatter: (v) => tidy(v, QUANTITIES[quantity].unit, QUANTITIES[quantity].isSigned), pixelsPerLabel: 24 },
   } });
   const known = Object.keys(QUANTITIES).filter((name) => hasColumn(QUANTITIES[name].path));
-  $('quantity').append(...known.map((name) => html('option', { value: name }, QUANTITIES[name].words)));
-  chooseQuantity(known[0] ?? 'share');
+  $('quantity').replaceChildren(...known.map((name) => html('option', { value: name }, QUANTITIES[name].words)));
+  chooseQuantity(known.includes(quantity) ? quantity : known[0] ?? 'share');
+  $('quantity').value = quantity;
 };
 
 const chooseQuantity = (name) => {

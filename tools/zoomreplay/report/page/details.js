@@ -21,10 +21,10 @@ const keptBlock = (number) => {
   return block;
 };
 
-/** Requests stand in the order in which they ended, near the place of their index. */
+/** Requests stand in the order in which they ended, near the place of their index, unless it is known. */
 const findRequest = async (index) => {
   const blocks = data.requests.blocks.length;
-  const start = Math.min(Math.floor(index / data.requestsPerBlock), blocks - 1);
+  const start = at('block', index) ?? Math.min(Math.floor(index / data.requestsPerBlock), blocks - 1);
   for (let distance = 0; distance < blocks; ++distance) {
     for (const number of distance === 0 ? [start] : [start - distance, start + distance]) {
       if (number < 0 || number >= blocks) continue;

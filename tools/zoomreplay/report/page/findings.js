@@ -60,6 +60,7 @@ const showJumps = () => {
 };
 
 const showFindings = () => {
+  $('findings').replaceChildren();
   for (const { mark, words, alarm } of FINDINGS) {
     const found = requestsWith(mark);
     if (found.length === 0) continue;
@@ -68,6 +69,4 @@ const showFindings = () => {
     $('findings').append(html('li', {}, button));
   }
   showJumps();
-  $('walk-back').addEventListener('click', () => step(-1));
-  $('walk-on').addEventListener('click', () => step(1));
 };

@@ -3,7 +3,9 @@
 
 const LANE_HEIGHT = 16;
 const CHANGE = 1 << 31;
-let lanes = [];
+const MOST_VALUES = 16;
+let allLanes = [];
+let lanes = [];  // those that show something
 
 // A lane's states, in the order in which they are drawn: the rarer and worse ones last. Each leaves something
 // of the others to be seen. { words, colour, top, height }: a band of the lane.
@@ -21,23 +23,29 @@ const bitsOfStage = (value) => {
 };
 
 const laneOf = (name, states, bitOf) => {
-  const bits = new Uint32Array(count);
+  const bits = new Uint32Array(capacity);
   for (let i = 0; i < count; ++i) bits[i] = bitOf(i);
-  return { name, states, steps: new BitSteps(bits, CHANGE), uses: bits.reduce((all, bit) => all | bit, 0) };
+  return { name, states, bitOf, steps: new BitSteps(bits, CHANGE), uses: bits.reduce((all, bit) => all | bit, 0) };
 };
 
 // A state for each value that there is, and an edge where it changes.
 const changingLane = (name, path, colourOf, wordsOf) => {
   const column = columnOf(path);
-  const values = [...new Set(column)].filter((value) => value >= 0).sort((a, b) => a - b).slice(0, 16);
-  const lane = laneOf(name, values.map((value, i) => ({
-    words: wordsOf(value), text: String(value), colour: colourOf(value), top: i % 2 ? 5 : 2, height: i % 2 ? 8 : 11,
-  })), (i) => {
-    const own = values.indexOf(column[i]);
+  const values = [];
+  const states = [];
+  const placeOf = (value) => {
+    const known = values.indexOf(value);
+    if (known >= 0 || !(value >= 0) || values.length === MOST_VALUES) return known;
+    const i = values.push(value) - 1;
+    states.push({ words: wordsOf(value), text: String(value), colour: colourOf(value), top: i % 2 ? 5 : 2, height: i % 2 ? 8 : 11 });
+    return i;
+  };
+  [...new Set(column)].sort((a, b) => a - b).forEach(placeOf);
+  return laneOf(name, states, (i) => {
+    const own = placeOf(column[i]);
     const isChange = i > 0 && column[i] !== column[i - 1] && !(Number.isNaN(column[i]) && Number.isNaN(column[i - 1]));
     return (own < 0 ? 0 : 1 << own) | (isChange ? CHANGE : 0);
   });
-  return lane;
 };
 
 const makeLanes = () => {
@@ -52,7 +60,7 @@ const makeLanes = () => {
     { words: 'outside of its sensor', colour: '--outside', top: 8, height: 4, least: 2 },
     { words: 'never done', colour: '--undone', top: 12, height: 3 },
   ];
-  lanes = [
+  allLanes = [
     ...stages,
     laneOf('corrected', [{ words: 'crop corrected', colour: '--corrected', top: 3, height: 10 }], (i) => hasMark(i, 'corrected') ? 1 : 0),
     changingLane('asked by', 'asker', (id) => sensorIds.includes(id) ? colourOfSensor(id) : '--faint', (id) => `sensor ${id}`),
@@ -60,7 +68,8 @@ const makeLanes = () => {
     ...sensorIds.map((id) => changingLane(`sensor ${id}`, `sensors.${id}.mode`, () => colourOfSensor(id), (mode) => `streams, mode ${mode}`)),
     laneOf('findings', faultStates, (i) => faults.reduce((bits, mark, k) => bits | (hasMark(i, mark) ? 1 << k : 0), 0)),
     laneOf('differs', [{ words: 'differs from the expected result', colour: '--expected', top: 3, height: 10, least: 2 }], (i) => hasMark(i, 'differs') ? 1 : 0),
-  ].filter(({ uses }) => uses !== 0);
+  ];
+  lanes = allLanes.filter(({ uses }) => uses !== 0);
 };
 
 const drawRuns = (context, pixels, bit, { top, height, least = 1 }, y) => {

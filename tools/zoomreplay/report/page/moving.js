@@ -29,7 +29,15 @@ const readOut = (index) => {
     values.length > 0 ? `${words.toLowerCase()}: ${values.join(', ')}` : null].filter(Boolean).join(' \u00b7 ');
 };
 
-const show = (index, { isPassing = false, isFromHistory = false } = {}) => {
+// A replay that goes on is followed until somebody moves elsewhere.
+let isFollowing = data.live === true;
+const setFollowing = (isOn) => {
+  isFollowing = isOn && data.live === true;
+  $('follow')?.setAttribute('aria-pressed', String(isFollowing));
+};
+
+const show = (index, { isPassing = false, isFromHistory = false, isNewest = false } = {}) => {
+  setFollowing(isNewest);
   current = Math.max(0, Math.min(count - 1, index));
   isPassingBy = isPassing;
   reveal(current);
@@ -41,8 +49,8 @@ const show = (index, { isPassing = false, isFromHistory = false } = {}) => {
     detailsTimer ??= setTimeout(showDetails, DETAILS_PAUSE);
     return;
   }
-  if (!timer) $('status').textContent = summary(current);
-  if (!isFromHistory) remember();
+  if (!timer && !isNewest) $('status').textContent = summary(current);
+  if (!isFromHistory && !isNewest) remember();
   showWalk();
   showDetails();
 };
@@ -115,17 +123,18 @@ const MOVES = {
   PageUp: () => show(current - 10),
   PageDown: () => show(current + 10),
   Home: () => show(0),
-  End: () => show(count - 1),
+  End: () => show(count - 1, { isNewest: data.live }),
   ' ': play,
   '+': () => zoomAt(xOf(current), 0.5),
   '-': () => zoomAt(xOf(current), 2),
   b: () => differencesOf.has(current) && blink(),
+  f: () => data.live && show(count - 1, { isNewest: true }),
 };
 // Keys that scroll belong to the page unless the timeline has the focus.
 const onKey = (event) => {
   const isOnTimeline = event.target === $('timeline');
   const isOnControl = event.target instanceof Element && event.target.closest('a, input, select, textarea');
-  const isFree = ['ArrowLeft', 'ArrowRight', 'b'].includes(event.key);
+  const isFree = ['ArrowLeft', 'ArrowRight', 'b', 'f'].includes(event.key);
   const move = MOVES[event.key];
   if (!move || event.ctrlKey || event.altKey || event.metaKey) return;
   if (!isOnTimeline && (isOnControl || !isFree)) return;

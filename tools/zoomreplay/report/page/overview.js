@@ -7,7 +7,8 @@
 //             sensors: { id: { mode, corrected, angle?, right?, down?, share?, difference? } } }
 
 const data = JSON.parse(document.getElementById('data').textContent);
-const count = data.shown;
+let count = data.shown;
+let capacity = count;  // of the columns
 
 const STATES = ['none', 'overridden', 'refused', 'exception', 'fatal'];
 const CACHED = 8;
@@ -15,7 +16,7 @@ const NO_VALUE = Number.NaN;
 
 const columns = new Map();
 const columnOf = (path) => {
-  if (!columns.has(path)) columns.set(path, new Float64Array(count).fill(NO_VALUE));
+  if (!columns.has(path)) columns.set(path, new Float64Array(capacity).fill(NO_VALUE));
   return columns.get(path);
 };
 /** The value of a column for a request; undefined where there is none. */
@@ -35,37 +36,40 @@ const pathsOf = (words) => {
   return paths;
 };
 
+const putIntoColumns = ({ groups, indices }, paths) => {
+  for (const [which, group] of groups) {
+    paths[which].forEach((path, i) => {
+      if (path === null) return;
+      const whole = columnOf(path);
+      const part = group.columns[i];
+      group.rows.forEach((row, k) => { whole[indices[row]] = part[k]; });
+    });
+  }
+};
+
 const unpackOverview = async () => {
   const table = new Table(data.overview);
   const paths = data.overview.words.map(pathsOf);
   for (let number = 0; number < table.blocks.length; ++number) {
-    const { groups, indices } = await table.block(number);
-    for (const [which, group] of groups) {
-      paths[which].forEach((path, i) => {
-        if (path === null) return;
-        const whole = columnOf(path);
-        const part = group.columns[i];
-        group.rows.forEach((row, k) => { whole[indices[row]] = part[k]; });
-      });
-    }
+    putIntoColumns(await table.block(number), paths);
   }
   data.overview.blocks = [];
 };
 
 const sensorIds = [];
-let names = null;  // of requests whose number came before: "17:2"
+const names = new Map();  // of requests whose number came before: "17:2"
 const numbers = new Map();  // the requests of each name, where numbers come again
+const timesOf = new Map();  // how often each number has come
+let rising = 1;  // so many requests have rising numbers
 
+/** Requests that came since the last time count as well. */
 const knowNames = () => {
   const no = columnOf('no');
-  names = new Map();
-  let isRising = true;
-  for (let i = 1; i < count && isRising; ++i) isRising = no[i] > no[i - 1];
-  if (isRising) return;
-  const seen = new Map();
-  for (let i = 0; i < count; ++i) {
-    const times = (seen.get(no[i]) ?? 0) + 1;
-    seen.set(no[i], times);
+  while (rising < count && no[rising] > no[rising - 1]) ++rising;
+  if (rising >= count) return;
+  for (let i = numbers.size; i < count; ++i) {
+    const times = (timesOf.get(no[i]) ?? 0) + 1;
+    timesOf.set(no[i], times);
     if (times > 1) names.set(i, `${no[i]}:${times}`);
     numbers.set(nameOf(i), i);
   }
@@ -92,7 +96,7 @@ const knowSensors = () => {
     const id = /^sensors\.(\d+)\./.exec(path)?.[1];
     if (id !== undefined) ids.add(Number(id));
   }
-  sensorIds.push(...[...ids].sort((a, b) => a - b));
+  sensorIds.splice(0, sensorIds.length, ...[...ids].sort((a, b) => a - b));
 };
 
 const askedStages = () => ['P1', 'P2', '3A'].filter((stage) =>

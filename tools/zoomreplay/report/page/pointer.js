@@ -67,6 +67,7 @@ const onWheel = (event) => {
 const onStrip = (event) => {
   if (event.type === 'pointerdown') $('strip').setPointerCapture(event.pointerId);
   if (event.buttons !== 1) return;
+  setFollowing(false);
   const { left, width } = $('strip').getBoundingClientRect();
   const middle = (event.clientX - left) / width * count - 0.5;
   const length = shownWindow.to - shownWindow.from;

@@ -59,7 +59,7 @@ const showLines = (request) => {
     if (op === 'storeOverrideSetting') parts.push(`override stored on ${line}`);
   }
   if (request.phone) parts.push(phoneWords(request.phone));
-  parts.push(request.done ? `done on ${request.done}` : 'never reported done');
+  parts.push(request.done ? `done on ${request.done}` : hasMark(request.index, 'undone') ? 'never reported done' : 'not yet reported done');
   const sentence = parts.join(', ') + '.';
   $('lines').textContent = `${data.scenario}: ${sentence}`;
 };

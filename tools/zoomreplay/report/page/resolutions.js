@@ -12,17 +12,28 @@ class CurveSteps {
   coarser({ size, low, high }) {
     const length = Math.ceil(low.length / STEP);
     const next = { size: size * STEP, low: new Float64Array(length), high: new Float64Array(length) };
-    for (let i = 0; i < length; ++i) {
-      let least = Number.NaN;
-      let most = Number.NaN;
-      for (let k = i * STEP; k < Math.min((i + 1) * STEP, low.length); ++k) {
-        if (!(least <= low[k])) least = Number.isNaN(low[k]) ? least : low[k];
-        if (!(most >= high[k])) most = Number.isNaN(high[k]) ? most : high[k];
-      }
-      next.low[i] = least;
-      next.high[i] = most;
-    }
+    for (let i = 0; i < length; ++i) this.setStep({ low, high }, next, i);
     return next;
+  }
+
+  setStep({ low, high }, next, i) {
+    let least = Number.NaN;
+    let most = Number.NaN;
+    for (let k = i * STEP; k < Math.min((i + 1) * STEP, low.length); ++k) {
+      if (!(least <= low[k])) least = Number.isNaN(low[k]) ? least : low[k];
+      if (!(most >= high[k])) most = Number.isNaN(high[k]) ? most : high[k];
+    }
+    next.low[i] = least;
+    next.high[i] = most;
+  }
+
+  /** The value of a request has changed. */
+  update(request) {
+    let i = request;
+    for (let level = 1; level < this.levels.length; ++level) {
+      i = Math.floor(i / STEP);
+      this.setStep(this.levels[level - 1], this.levels[level], i);
+    }
   }
 
   /** The coarsest level whose steps are at most two pixels wide. */
@@ -48,6 +59,16 @@ class BitSteps {
       const next = new Uint32Array(Math.ceil(fine.length / STEP));
       for (let i = 0; i < fine.length; ++i) next[Math.floor(i / STEP)] |= fine[i];
       this.levels.push({ size: size * STEP, bits: next });
+    }
+  }
+
+  /** The bits of a request are others. */
+  update(request, bits) {
+    this.levels[0].bits[request] = bits;
+    let i = request;
+    for (let level = 1; level < this.levels.length; ++level) {
+      i = Math.floor(i / STEP);
+      this.levels[level].bits[i] = this.levels[level - 1].bits.subarray(i * STEP, (i + 1) * STEP).reduce((all, bit) => all | bit, 0);
     }
   }
 

@@ -16,20 +16,30 @@ const start = async () => {
   knowJumps();
   await unpackDifferences();
   stages.push(...askedStages());
-  showHead();
-  makeCharts();
-  makeLanes();
-  showLaneLegend();
-  showCurveLegend();
+  build();
   showFindings();
   showStrayDifferences();
-  describeTimeline();
-  $('timeline').setAttribute('aria-valuemin', 1);
-  $('timeline').setAttribute('aria-valuemax', count);
+  describe();
   setWindow(-0.5, count - 0.5);
   openLink();
   listen();
   document.documentElement.dataset.ready = 'yes';
+};
+
+// Curves and lanes, for the sensors and stages that are known.
+const build = () => {
+  makeCharts();
+  makeLanes();
+  showLaneLegend();
+  showCurveLegend();
+};
+
+// What is said about all requests.
+const describe = () => {
+  showHead();
+  describeTimeline();
+  $('timeline').setAttribute('aria-valuemin', 1);
+  $('timeline').setAttribute('aria-valuemax', count);
 };
 
 const listen = () => {
@@ -54,6 +64,8 @@ const listen = () => {
     chosenPort = $('port').value === '' ? null : Number($('port').value);
     showSensors(shownRequest);
   });
+  $('walk-back').addEventListener('click', () => step(-1));
+  $('walk-on').addEventListener('click', () => step(1));
   $('blink').addEventListener('click', blink);
   watchPointer();
   document.addEventListener('keydown', onKey);
@@ -68,4 +80,4 @@ const listen = () => {
   }).observe($('timeline'));
 };
 
-start();
+if (!data.live) start();

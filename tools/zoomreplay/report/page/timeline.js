@@ -35,7 +35,10 @@ const zoomAt = (x, factor) => {
   const fixed = Math.min(Math.max(requestAt(x), shownWindow.from), shownWindow.to);
   setWindow(fixed - (fixed - shownWindow.from) * factor, fixed + (shownWindow.to - fixed) * factor);
 };
-const pan = (requests) => setWindow(shownWindow.from + requests, shownWindow.to + requests);
+const pan = (requests) => {
+  setFollowing(false);
+  setWindow(shownWindow.from + requests, shownWindow.to + requests);
+};
 
 const placeCursor = () => {
   const pitch = plotWidth() / (shownWindow.to - shownWindow.from);

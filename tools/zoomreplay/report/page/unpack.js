@@ -45,15 +45,22 @@ class Bytes {
 
 class Table {
   constructor({ words, blocks }) {
-    this.words = words;
+    this.words = [];
+    this.widths = [];
     this.blocks = blocks;
-    this.widths = words.map((text) => {
+    this.learn(0, words);
+  }
+
+  /** Words by their places, from the first one on. */
+  learn(first, words) {
+    words.forEach((text, i) => {
       let width = 0;
       JSON.parse(text, (_, value) => {
         if (typeof value === 'number' || (typeof value === 'string' && value[0] === '$')) ++width;
         return value;
       });
-      return width;
+      this.words[first + i] = text;
+      this.widths[first + i] = width;
     });
   }
 
