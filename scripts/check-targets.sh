@@ -34,7 +34,8 @@ configure() {
     case $name in
         gcc) options+=(-DCMAKE_CXX_COMPILER=g++) ;;
         clang) options+=(-DCMAKE_CXX_COMPILER=clang++) ;;
-        libc++) options+=(-DCMAKE_CXX_COMPILER=clang++ "-DCMAKE_CXX_FLAGS=-$level -stdlib=libc++") ;;
+        libc++) options+=(-DCMAKE_CXX_COMPILER=clang++ "-DCMAKE_CXX_FLAGS=-$level -stdlib=libc++"
+                          -DZOOMOVERRIDE_BUILD_LIVE=OFF) ;; # cpp-httplib is packaged for libstdc++
         aarch64) options+=(--toolchain cmake/toolchains/aarch64-linux-gnu.cmake) ;;
     esac
     cmake -S . -B "$work/$target" "${options[@]}" >"$work/$target.configure.log" ||

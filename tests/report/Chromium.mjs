@@ -81,6 +81,12 @@ export class Chromium {
     await this.send('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: 1, mobile });
   }
 
+  async reload() {
+    const loaded = new Promise((resolve) => this.waiting.set('Page.loadEventFired', resolve));
+    await this.send('Page.reload');
+    await loaded;
+  }
+
   async press(key) {
     const event = { key, code: key === ' ' ? 'Space' : key, windowsVirtualKeyCode: KEY_CODES[key] };
     await this.send('Input.dispatchKeyEvent', { type: 'rawKeyDown', ...event });

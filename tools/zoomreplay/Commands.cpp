@@ -10,6 +10,9 @@
 #include "ReplayCommand.h"
 #include "import/ImportRig.h"
 #include "import/ImportWatch.h"
+#ifdef ZOOMREPLAY_HAS_LIVE
+#include "live/Live.h"
+#endif
 #include "new/NewScenario.h"
 #include "run/Run.h"
 #include "scenario/json/NearMiss.h"
@@ -21,6 +24,9 @@ namespace {
 constexpr std::array kCommands{
     Command{"run", "Replay many records, each in a process of its own", run},
     Command{"why", "Tell the steps that made each crop of a request", why},
+#ifdef ZOOMREPLAY_HAS_LIVE
+    Command{"live", "Show a replay in a browser while it goes on", live},
+#endif
     Command{"new", "Write a first scenario to replay and change", newScenario},
     Command{"import-rig", "Make a phone's sensors into scenario lines", importRig},
     Command{"import-watch", "Make what an application asked into a scenario", importWatch},

@@ -1,0 +1,110 @@
+// Follows a live replay in a browser: node browser.mjs ZOOMREPLAY SECONDS MEDIAN WORST
+// Feeds 60 requests a second, and prints how long it took from a request's last line until it was shown; at
+// most MEDIAN milliseconds for half of them, and WORST for all.
+import assert from 'node:assert/strict';
+import { execFileSync } from 'node:child_process';
+
+import { Chromium } from '../report/Chromium.mjs';
+import { Live, SETUP, pause, requestLines } from './Live.mjs';
+
+const [tool, seconds, mostMedian, mostWorst] = process.argv.slice(2);
+const REQUESTS = 60 * seconds;
+const JUMP = Math.round(REQUESTS / 2);
+
+// Slowly to and fro, with one leap.
+const publishedAt = (no) => Number((2 + Math.sin(no / 200) + (no === JUMP ? 0.5 : 0)).toFixed(3));
+const lines = [...SETUP];
+
+const live = await Live.start(tool);
+const browser = await Chromium.start();
+const until = async (expression, what = expression) => {
+  for (let i = 0; i < 500; ++i, await pause(20)) if (await browser.evaluate(expression)) return;
+  throw new Error(`${what} does not come true; state: ${await browser.evaluate(`document.getElementById('live-state').textContent`)}`);
+};
+const title = `document.getElementById('request-title').textContent`;
+const pressed = `document.getElementById('follow').getAttribute('aria-pressed')`;
+const feed = (no) => {
+  const own = requestLines(no, publishedAt(no));
+  lines.push(...own);
+  live.write(...own);
+};
+
+try {
+  await browser.open(live.address);
+  live.write(...SETUP);
+  feed(1);
+  await until(`${title} === 'Request 1'`);
+
+  // When each request's picture appeared, by the clock of this machine.
+  await browser.evaluate(`(() => {
+    globalThis.shownAt = {};
+    new MutationObserver(() => requestAnimationFrame(() => {
+      shownAt[/\\d+/.exec(${title})] ??= Date.now();
+    })).observe(document.getElementById('sensors'), { childList: true });
+  })()`);
+  const written = [];
+  const start = Date.now();
+  for (let no = 2; no <= REQUESTS; ++no) {
+    feed(no);
+    written[no] = Date.now();
+    await pause(Math.max(0, start + no * 1000 / 60 - Date.now()));
+  }
+  await until(`${title} === 'Request ${REQUESTS}'`);
+  await pause(100);
+  const shownAt = Object.entries(await browser.evaluate('shownAt')).map(([no, time]) => [Number(no), time]).sort((a, b) => a[0] - b[0]);
+  const delays = [];
+  for (let no = 2, k = 0; no <= REQUESTS; ++no) {
+    while (shownAt[k][0] < no) ++k;  // that one, or one after it in its place
+    delays.push(shownAt[k][1] - written[no]);
+  }
+  delays.sort((a, b) => a - b);
+  const [median, worst] = [delays[delays.length >> 1], delays.at(-1)];
+  console.log(`from line to picture: median ${median} ms, worst ${worst} ms, ${shownAt.length} pictures of ${REQUESTS} requests`);
+  assert.ok(median <= mostMedian, `half of the requests appear within ${mostMedian} ms`);
+  assert.ok(worst <= mostWorst, `all appear within ${mostWorst} ms`);
+
+  // The page shows what a plain replay answers.
+  const results = execFileSync(tool, ['-', '-o', '-'], { input: lines.map((line) => JSON.stringify(line) + '\n').join(''), maxBuffer: 1e9 })
+    .toString().trim().split('\n').map((line) => JSON.parse(line));
+  const expectedCrops = (no) => results.filter(({ op }) => op === 'getP2CropSetting')[no - 1].need.streamCrops[0];
+  const crop = () => browser.evaluate(`[...document.querySelectorAll('#numbers tbody tr:not(.query)')]
+    .map((row) => [...row.cells].map((cell) => cell.textContent)).find(([stage, sensor]) => stage === 'P2' && sensor === '0').slice(4, 8).map(Number)`);
+  assert.deepEqual(await crop(), expectedCrops(REQUESTS));
+
+  await until(`document.querySelector('[data-finding=jump]')?.textContent.endsWith(': 1')`, 'one jump');
+  assert.match(await browser.evaluate(`document.querySelector('#jump-list a').textContent`), new RegExp(`^request ${JUMP}: .*and back`));
+
+  // Going back stops the following, a key takes it up.
+  assert.equal(await browser.evaluate(pressed), 'true');
+  await browser.press('ArrowLeft');
+  await until(`${title} === 'Request ${REQUESTS - 1}'`);
+  assert.equal(await browser.evaluate(pressed), 'false');
+  feed(REQUESTS + 1);
+  await until(`document.getElementById('about').textContent.includes('${REQUESTS + 1} requests')`);
+  assert.equal(await browser.evaluate(title), `Request ${REQUESTS - 1}`);
+  await browser.press('f');
+  await until(`${title} === 'Request ${REQUESTS + 1}'`);
+  feed(REQUESTS + 2);
+  await until(`${title} === 'Request ${REQUESTS + 2}'`);
+
+  // A link to an earlier request survives a reload, and so does all else.
+  await browser.evaluate(`location.hash = '#request=${JUMP}'`);
+  await browser.reload();
+  await until(`document.documentElement.dataset.ready === 'yes' && ${title} === 'Request ${JUMP}'`);
+  assert.deepEqual(await crop(), expectedCrops(JUMP));
+  await until(`document.getElementById('about').textContent.includes('${REQUESTS + 2} requests')`);
+  await until(`document.querySelector('[data-finding=jump]')?.textContent.endsWith(': 1')`, 'the jump is known after the reload');
+
+  assert.deepEqual(browser.errors, [], 'nothing on the console');
+  const { origin } = new URL(live.address);
+  assert.deepEqual(browser.addresses.filter((url) => !url.startsWith('data:') && !url.startsWith(origin)), [], 'nothing is loaded from elsewhere');
+
+  live.write({ op: 'publish', enable: 7 });
+  await until(`/<stdin>:${lines.length + 1}: publish: enable/.test(document.getElementById('fatal').textContent)`, 'the bad line is told');
+  assert.equal(await live.interrupt(), 2);
+  await until(`document.getElementById('live-state').textContent.startsWith('zoomreplay has been ended')`);
+  assert.equal(await browser.evaluate(title), `Request ${JUMP}`, 'the page stays');
+} finally {
+  await browser.stop();
+  live.process.kill();
+}
