@@ -23,6 +23,10 @@ const until = async (expression, what = expression) => {
 };
 const title = `document.getElementById('request-title').textContent`;
 const pressed = `document.getElementById('follow').getAttribute('aria-pressed')`;
+const run = (fed, ...options) => execFileSync(tool, ['-', ...options],
+  { input: fed.map((line) => JSON.stringify(line) + '\n').join(''), maxBuffer: 1e9 }).toString();
+const replay = (fed) => run(fed, '-o', '-').trim().split('\n').map((line) => JSON.parse(line));
+const reportOf = (fed) => run(fed, '-o', '/dev/null', '--report', '-');
 const feed = (no) => {
   const own = requestLines(no, publishedAt(no));
   lines.push(...own);
@@ -64,8 +68,7 @@ try {
   assert.ok(worst <= mostWorst, `all appear within ${mostWorst} ms`);
 
   // The page shows what a plain replay answers.
-  const results = execFileSync(tool, ['-', '-o', '-'], { input: lines.map((line) => JSON.stringify(line) + '\n').join(''), maxBuffer: 1e9 })
-    .toString().trim().split('\n').map((line) => JSON.parse(line));
+  const results = replay(lines);
   const expectedCrops = (no) => results.filter(({ op }) => op === 'getP2CropSetting')[no - 1].need.streamCrops[0];
   const crop = () => browser.evaluate(`[...document.querySelectorAll('#numbers tbody tr:not(.query)')]
     .map((row) => [...row.cells].map((cell) => cell.textContent)).find(([stage, sensor]) => stage === 'P2' && sensor === '0').slice(4, 8).map(Number)`);
@@ -73,6 +76,26 @@ try {
 
   await until(`document.querySelector('[data-finding=jump]')?.textContent.endsWith(': 1')`, 'one jump');
   assert.match(await browser.evaluate(`document.querySelector('#jump-list a').textContent`), new RegExp(`^request ${JUMP}: .*and back`));
+
+  // The slider's answers are those of a scenario with the same lines, and are no part of the session.
+  for (const published of [2.3, 0.6]) {
+    await browser.evaluate(`(() => {
+      const slider = document.getElementById('what-if-ratio');
+      slider.value = Math.log2(${published});
+      slider.dispatchEvent(new Event('input'));
+    })()`);
+    await until(`document.getElementById('what-if').dataset.answered === '${published}'`, `an answer for ${published}`);
+    const asked = await browser.evaluate(`document.getElementById('what-if-lines').textContent.split('\\n')`);
+    assert.deepEqual(JSON.parse(asked[0]), { op: 'publish', zoomRatio: published, enable: true });
+    const told = await browser.evaluate(`[...document.querySelectorAll('#what-if-sensors [data-sensor="0"] svg')].map((svg) => svg.getAttribute('aria-label')).join()`);
+    const [p1, p2] = replay([...lines, ...asked.map((line) => JSON.parse(line))]).slice(-2);
+    for (const [x, y, w, h] of [p1.result && p1.need.tgCrops[0]['0x7001'], p2.result && p2.need.streamCrops[0]].filter(Boolean)) {
+      assert.ok(told.includes(`(${x}, ${y})/${w}\u00d7${h}`), `${told} tells (${x}, ${y})/${w}x${h}`);
+    }
+    assert.notEqual(p1.result, p2.result, 'one of the two is overridden');
+  }
+  const saved = await live.get('report');
+  assert.equal(saved.text, reportOf(lines), 'what was asked is not in the report');
 
   // Going back stops the following, a key takes it up.
   assert.equal(await browser.evaluate(pressed), 'true');

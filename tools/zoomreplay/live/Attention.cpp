@@ -19,6 +19,7 @@ namespace zoomreplay {
 namespace {
 
 constexpr auto kTaskPatience = std::chrono::seconds(5);
+constexpr auto kCopyPause = std::chrono::milliseconds(50);  // copying stops the replay for a moment
 
 // As poll wants it: rounded up, so that nothing is waited for twice.
 int millisecondsUntil(std::optional<Feed::Clock::time_point> due) {
@@ -39,15 +40,15 @@ Attention::Attention(Feed& feed) : mFeed(feed) {
     }
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
     mSignals = signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
-    mWakeUp = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-    if (mSignals < 0 || mWakeUp < 0) {
+    mTold = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK | EFD_SEMAPHORE);
+    if (mSignals < 0 || mTold < 0) {
         throw systemError("cannot wait for signals", errno);
     }
 }
 
 Attention::~Attention() {
     close(mSignals);
-    close(mWakeUp);
+    close(mTold);
 }
 
 bool Attention::untilReadable(int descriptor) {
@@ -67,35 +68,39 @@ void Attention::untilEnded() {
 
 // Whether the descriptor can be read.
 bool Attention::wait(int descriptor) {
+    bool const mayCopy = Feed::Clock::now() >= mNextCopy;
     std::array<pollfd, 3> events{
-        {{descriptor, POLLIN, 0}, {mSignals, POLLIN, 0}, {mWakeUp, POLLIN, 0}}};
-    poll(events.data(), events.size(), millisecondsUntil(mFeed.due()));
+        {{descriptor, POLLIN, 0}, {mSignals, POLLIN, 0}, {mayCopy ? mTold : -1, POLLIN, 0}}};
+    auto const due = mFeed.due();
+    poll(events.data(), events.size(),
+         millisecondsUntil(mayCopy ? due : std::min(mNextCopy, due.value_or(mNextCopy))));
     if (mFeed.due().has_value() && Feed::Clock::now() >= *mFeed.due()) {
         mFeed.tell();
     }
     mIsEnded = mIsEnded || events[1].revents != 0;
     if (events[2].revents != 0) {
-        makeCopies();
+        makeCopy();
     }
     return !mIsEnded && events[0].revents != 0;
 }
 
-void Attention::makeCopies() {
-    uint64_t count = 0;
-    while (read(mWakeUp, &count, sizeof count) > 0) {
+void Attention::makeCopy() {
+    uint64_t one = 0;
+    if (read(mTold, &one, sizeof one) < 0) {
+        return;
     }
-    std::unique_lock lock(mMutex);
-    while (!mTasks.empty()) {
-        Task task = std::move(mTasks.front());
+    Task task;
+    {
+        std::lock_guard const lock(mMutex);
+        task = std::move(mTasks.front());
         mTasks.pop_front();
-        lock.unlock();
-        try {
-            task.result.set_value(Copy(task.work));
-        } catch (UserError const&) {
-            task.result.set_exception(std::current_exception());
-        }
-        lock.lock();
     }
+    try {
+        task.result.set_value(Copy(task.work));
+    } catch (UserError const&) {
+        task.result.set_exception(std::current_exception());
+    }
+    mNextCopy = Feed::Clock::now() + kCopyPause;
 }
 
 std::optional<Copy> Attention::copy(Copy::Work work) {
@@ -105,7 +110,7 @@ std::optional<Copy> Attention::copy(Copy::Work work) {
         result = mTasks.emplace_back(Task{std::move(work), {}}).result.get_future();
     }
     uint64_t const one = 1;
-    if (write(mWakeUp, &one, sizeof one) < 0 ||
+    if (write(mTold, &one, sizeof one) < 0 ||
         result.wait_for(kTaskPatience) != std::future_status::ready) {
         return std::nullopt;
     }

@@ -41,12 +41,13 @@ class Attention {
     };
 
     bool wait(int descriptor);
-    void makeCopies();
+    void makeCopy();
 
     Feed& mFeed;
     int mSignals;
-    int mWakeUp;
+    int mTold;  // counts the tasks
     bool mIsEnded = false;
+    Feed::Clock::time_point mNextCopy;
     std::mutex mMutex;
     std::deque<Task> mTasks;
 };

@@ -22,6 +22,8 @@ constexpr size_t kCopyChunk = size_t{64} << 10U;
 
 [[noreturn]] void work(Copy::Work const& task, int pipe) {
     int status = 0;
+    dup2(open("/dev/null", O_WRONLY | O_CLOEXEC),
+         STDERR_FILENO);  // the session's user is told otherwise
     try {
         task("/proc/self/fd/" + std::to_string(pipe));
     } catch (std::exception const&) {

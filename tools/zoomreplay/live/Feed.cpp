@@ -35,6 +35,7 @@ std::string eventOf(std::string_view name, Json const& data) {
 
 void Feed::see(ReplayedRequest const& request, Rig const& rig) {
     if (mIsSilent) {
+        mSeenInCopy = &request;
         return;
     }
     knowRig(request.rig, rig);
@@ -54,6 +55,31 @@ void Feed::take(ReplayedRequest const& request, Rig const& rig) {
     }
     knowRig(request.rig, rig);
     add(request, true);
+}
+
+ReplayedRequest const* Feed::newest(bool (*test)(ReplayedRequest const&)) const {
+    for (auto seen = mSeen.rbegin(); seen != mSeen.rend(); ++seen) {
+        if (test(*seen->second)) {
+            return seen->second;
+        }
+    }
+    for (auto latest = mLatest.rbegin(); latest != mLatest.rend(); ++latest) {
+        if (test(latest->second)) {
+            return &latest->second;
+        }
+    }
+    return nullptr;
+}
+
+uint32_t Feed::freeNumber() const {
+    uint32_t last = 0;
+    for (auto const& [index, request] : mSeen) {
+        last = std::max(last, request->requestNo);
+    }
+    for (auto const& [index, request] : mLatest) {
+        last = std::max(last, request.requestNo);
+    }
+    return last + 1;
 }
 
 void Feed::finish(ReplaySummary const& replay) {

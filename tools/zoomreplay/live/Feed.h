@@ -46,6 +46,15 @@ class Feed : public RequestConsumer {
     /// From now on nothing is told: this is a copy of the process.
     void silence() { mIsSilent = true; }
 
+    /// The newest of the latest requests that meets a test; null where none does.
+    ReplayedRequest const* newest(bool (*test)(ReplayedRequest const&)) const;
+
+    /// A number that none of the latest requests has.
+    uint32_t freeNumber() const;
+
+    /// What has been seen last. In a copy only.
+    ReplayedRequest const* seen() const { return mSeenInCopy; }
+
  private:
     /// A request as the page shows it.
     struct Row {
@@ -75,6 +84,7 @@ class Feed : public RequestConsumer {
 
     Broadcast& mBroadcast;
     bool mIsSilent = false;
+    ReplayedRequest const* mSeenInCopy = nullptr;
     std::optional<Clock::time_point> mDue;
     std::map<size_t, ReplayedRequest const*> mSeen;  // and not yet told, by index
     std::deque<Rig> mRigs;

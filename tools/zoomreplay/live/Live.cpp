@@ -1,8 +1,11 @@
 // The command line of a live replay, and how it begins and ends.
 #include "Live.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,6 +16,7 @@
 #include "Feed.h"
 #include "LivePage.h"
 #include "Server.h"
+#include "WhatIf.h"
 #include "base/Arguments.h"
 #include "base/Output.h"
 #include "recording/Recording.h"
@@ -69,15 +73,20 @@ class Session : public OutcomeConsumer {
         }
         auto const page = [name = input.name(), isLogged = options.isLogged](
                               std::string const& nonce) { return livePage(name, isLogged, nonce); };
-        mServer.emplace(Server::Offer{mBroadcast, page,
-                                      [this] {
-                                          return mAttention.copy([this](std::string const& output) {
-                                              writeCopy(output);
-                                          });
-                                      },
-                                      reportName(options.scenario)},
-                        options.port);
+        auto const report = [this] {
+            return mAttention.copy([this](std::string const& output) { writeReport(output); });
+        };
+        auto const answer = [this](float ratio) {
+            return mAttention.copy(
+                [this, ratio](std::string const& output) { writeAnswer(ratio, output); });
+        };
+        mServer.emplace(
+            Server::Offer{mBroadcast, page, report, reportName(options.scenario), answer},
+            options.port);
     }
+
+    /// @param replay that the session is about
+    void begin(Replay& replay) { mReplay = &replay; }
 
     std::string const& address() const { return mServer->address(); }
     bool untilReadable(int descriptor) { return mAttention.untilReadable(descriptor); }
@@ -98,6 +107,9 @@ class Session : public OutcomeConsumer {
     }
 
     void finish() override {
+        if (mAnswerFatally) {
+            return;  // of the session nothing is over
+        }
         mIsOver = true;
         mRecording.finish();
         if (mOutput.has_value()) {
@@ -116,7 +128,14 @@ class Session : public OutcomeConsumer {
         stayUntilEnded(error.what());
     }
 
-    void stay() override { stayUntilEnded(""); }
+    void stay() override {
+        if (mAnswerFatally) {
+            mAnswerFatally();
+            _exit(0);
+        }
+        mIsFatal = true;
+        stayUntilEnded("");
+    }
 
     /// @param trouble that ended the replay
     void stayUntilEnded(std::string_view trouble) {
@@ -127,14 +146,29 @@ class Session : public OutcomeConsumer {
     }
 
  private:
-    // In a copy of the process.
-    void writeCopy(std::string const& output) {
+    // Both in a copy of the process.
+    void writeReport(std::string const& output) {
         mFeed.silence();
         if (!mIsOver) {
             mRecording.finish();
         }
         File file = File::openOutput(output, 0, output);
         mReport.write(file);
+    }
+
+    void writeAnswer(float ratio, std::string const& output) {
+        ReplayedRequest const* const request = mFeed.newest(canBeAsked);
+        if (request == nullptr || mIsFatal) {
+            throw UserError("there is nobody to ask");
+        }
+        WhatIf const question = whatIf(*request, mFeed.freeNumber(), ratio);
+        mFeed.silence();
+        File file = File::openOutput(output, 0, output);
+        mAnswerFatally = [&] { file.write(fatalAnswerOf(question)); };
+        for (std::string const& line : question.lines) {
+            mReplay->replayLine(line);
+        }
+        file.write(answerOf(question, *mFeed.seen()));
     }
 
     Broadcast mBroadcast;
@@ -146,6 +180,9 @@ class Session : public OutcomeConsumer {
     std::optional<Output> mOutput;
     std::optional<Server> mServer;
     bool mIsOver = false;
+    bool mIsFatal = false;
+    Replay* mReplay = nullptr;
+    std::function<void()> mAnswerFatally;  // in a copy only
 };
 
 ExitStatus follow(LiveOptions const& options) {
@@ -162,6 +199,7 @@ ExitStatus follow(LiveOptions const& options) {
     LineReader scenario(std::move(input));
     Progress progress(scenario, terminal);
     Replay runner(scenario, options.isLogged, {&session}, progress);
+    session.begin(runner);
     try {
         runner.run();
     } catch (UserError const& error) {

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "base/Messages.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -58,6 +59,29 @@ void refuse(httplib::Response& response, int status, std::string const& why) {
     response.set_content(why + "\n", "text/plain");
 }
 
+// What a copy of the process writes.
+void sendCopy(httplib::Response& response, std::function<std::optional<Copy>()> const& make,
+              char const* type) {
+    std::shared_ptr<Copy> copy;
+    try {
+        if (auto made = make()) {
+            copy = std::make_shared<Copy>(std::move(*made));
+        }
+    } catch (std::exception const& e) {
+        return refuse(response, 500, e.what());
+    }
+    if (copy == nullptr) {
+        return refuse(response, 503, "The replay is too busy.");
+    }
+    response.set_chunked_content_provider(type, [copy](size_t, httplib::DataSink& sink) {
+        auto const text = copy->read();
+        if (text.has_value() && text->empty()) {
+            sink.done();
+        }
+        return text.has_value() && (text->empty() || sink.write(text->data(), text->size()));
+    });
+}
+
 }  // namespace
 
 class Server::Site {
@@ -82,6 +106,7 @@ class Server::Site {
     void answer(httplib::Request const& request, httplib::Response& response);
     void sendEvents(httplib::Request const& request, httplib::Response& response);
     void sendReport(httplib::Response& response);
+    void sendAnswer(httplib::Request const& request, httplib::Response& response);
     bool follow(Reader& reader, httplib::DataSink& sink);
     bool send(Reader& reader, httplib::DataSink& sink, std::string_view text);
     bool wasSlow(httplib::Request const& request);
@@ -177,6 +202,8 @@ void Server::Site::answer(httplib::Request const& request, httplib::Response& re
         sendEvents(request, response);
     } else if (path == "/report") {
         sendReport(response);
+    } else if (path == "/answer") {
+        sendAnswer(request, response);
     } else {
         refuse(response, 404, "There is no such page.");
     }
@@ -236,26 +263,17 @@ bool Server::Site::send(Reader& reader, httplib::DataSink& sink, std::string_vie
 }
 
 void Server::Site::sendReport(httplib::Response& response) {
-    std::shared_ptr<Copy> copy;
-    try {
-        if (auto made = mOffer.report()) {
-            copy = std::make_shared<Copy>(std::move(*made));
-        }
-    } catch (std::exception const& e) {
-        return refuse(response, 500, e.what());
-    }
-    if (copy == nullptr) {
-        return refuse(response, 503, "The replay is too busy.");
-    }
     response.set_header("Content-Disposition", "attachment; filename=\"" + mOffer.reportName + '"');
-    response.set_chunked_content_provider(
-        "text/html; charset=utf-8", [copy](size_t, httplib::DataSink& sink) {
-            auto const text = copy->read();
-            if (text.has_value() && text->empty()) {
-                sink.done();
-            }
-            return text.has_value() && (text->empty() || sink.write(text->data(), text->size()));
-        });
+    sendCopy(response, mOffer.report, "text/html; charset=utf-8");
+}
+
+void Server::Site::sendAnswer(httplib::Request const& request, httplib::Response& response) {
+    auto const ratio = scenario::parseNumber<float>(request.get_param_value("ratio"));
+    if (!ratio.has_value()) {
+        return refuse(response, 400, "ratio: must be a number");
+    }
+    sendCopy(
+        response, [&] { return mOffer.answer(*ratio); }, "application/json");
 }
 
 Server::Server(Offer offer, uint16_t port)

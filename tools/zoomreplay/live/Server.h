@@ -24,6 +24,7 @@ class Server {
         std::function<std::string(std::string const& nonce)> page;  ///< whose scripts may run
         std::function<std::optional<Copy>()> report;                ///< any thread
         std::string reportName;
+        std::function<std::optional<Copy>(float ratio)> answer;  ///< likewise; JSON
     };
 
     /// @param port 0 for any that is free

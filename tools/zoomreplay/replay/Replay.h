@@ -29,13 +29,15 @@ class Replay {
     /// @throws UserError a bad line, an unreadable scenario, or what a consumer throws.
     void run();
 
+    /// Replays a line that the scenario does not have. @throws scenario::LineError
+    void replayLine(std::string_view line);
+
  private:
     static void onFatal(char const* text);
     [[noreturn]] void endFatally(std::string_view text);
 
     bool isCutOff(scenario::LineError const& error) const;
     void replayLines();
-    void replayLine(std::string_view line);
     void announce(Input const& input);
     void deliver(Answer answer);
     void flush();

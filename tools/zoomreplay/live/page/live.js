@@ -110,6 +110,7 @@ const refresh = () => {
     drawTimeline();
     if (isShownTouched) showDetails();
   }
+  showWhatIf();
   planTelling();
 };
 
@@ -207,6 +208,7 @@ const HANDLERS = {
     source.close();
     $('save').setAttribute('aria-disabled', 'true');
     $('save').removeAttribute('href');
+    $('what-if').hidden = true;
     state.textContent = 'zoomreplay has been ended. What it told is here until the page is closed.';
   },
 };

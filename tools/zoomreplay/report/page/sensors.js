@@ -198,16 +198,20 @@ const showPorts = (request) => {
     html('option', { value: port, selected: port === chosenPort ? '' : null }, portName(port))));
 };
 
-const showSensors = (request) => {
-  showPorts(request);
-  pictures.clear();
-  const total = $('sensors').clientWidth;
+const drawSensors = (request, node) => {
+  const total = node.clientWidth;
   const columns = Math.max(1, Math.min(sensorIds.length, Math.floor((total + 10) / 260)));
   const card = (total - 10 * (columns - 1)) / columns;
   const isWide = card > 600;
-  $('sensors').classList.toggle('beside', isWide);
+  node.classList.toggle('beside', isWide);
   const room = isWide ? (card - 30 - 24) / 2 : card - 30;
   const frames = framesOf(request);
   const scales = { frames, active: scaleFor(frames.active, room - 6), output: scaleFor(frames.output, room - 6), room };
-  $('sensors').replaceChildren(...sensorIds.map((id) => sensorCard(request, id, scales)));
+  node.replaceChildren(...sensorIds.map((id) => sensorCard(request, id, scales)));
+};
+
+const showSensors = (request) => {
+  showPorts(request);
+  pictures.clear();
+  drawSensors(request, $('sensors'));
 };
