@@ -184,7 +184,6 @@ void Recording::answer(Open& open, Pending& pending, Answer const& answer) {
     if (auto const& explained = mExplainer.current()) {
         query.keptSince = explained->keptSince;
         query.isCached = explained->keptSince.has_value();
-        query.broughtBy = explained->broughtBy;
         query.reason = explained->reason;
     }
     std::visit(Overloaded{[&](P1Answer const& p1) {

@@ -49,7 +49,6 @@ struct ReplayedQuery {
     QueryState state;
     bool isCached = false;                   ///< an earlier answer, given again
     std::optional<uint64_t> keptSince = {};  ///< the line of that answer
-    uint64_t broughtBy = 0;                  ///< the line that brought the override; 0 for none
     Saying reason = {};                      ///< for the override, or against it
     std::optional<NSCam::Feature::ZoomOverrideNeedHeader> need = {};
     std::vector<ReplayedCrop> crops = {};

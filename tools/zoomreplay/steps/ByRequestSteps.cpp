@@ -36,8 +36,7 @@ void giveReasonOfByRequestP2(Told const& told, P2Question const& question, Expla
         explained.reason = {"no setting is kept", {}};
         return;
     }
-    explained.broughtBy = broughtBy(setting);
-    auto const line = static_cast<double>(explained.broughtBy);
+    auto const line = static_cast<double>(broughtBy(setting));
     auto const ratio = plain(setting.value->zoomRatio);
     auto const asked = plain(question.request.zoomRatio);
     auto const itsRequest = static_cast<double>(setting.value->requestNo);

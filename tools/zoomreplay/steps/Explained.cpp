@@ -37,11 +37,10 @@ Explained explain(Told& told, P1Question const& question) {
         explained.reason = {"P1 overrides are closed by a property", {}};
         return explained;
     }
-    if (auto const* kept = told.keptP1(question.request.requestNo)) {
+    if (auto const since = told.keptP1Since(question.request.requestNo)) {
         explained.reason = {"the answer of line {line}, kept until the request is done",
-                            {static_cast<double>(kept->line)}};
-        explained.keptSince = kept->line;
-        explained.broughtBy = kept->broughtBy;
+                            {static_cast<double>(*since)}};
+        explained.keptSince = since;
         return explained;
     }
 

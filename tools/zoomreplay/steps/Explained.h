@@ -18,10 +18,6 @@ struct Explained {
     /// answer are those of the first.
     std::optional<uint64_t> keptSince;
 
-    /// The line that brought the override: metadata, a setting or the notice that renewed it, or
-    /// what was published. 0 for none.
-    uint64_t broughtBy = 0;
-
     // The crops of the answer, as the library is expected to give them.
     std::map<uint32_t, std::map<uint16_t, CropPath>> ports;  ///< P1: by sensor id and port
     std::map<uint32_t, CropPath> streams;                    ///< P2: by sensor id

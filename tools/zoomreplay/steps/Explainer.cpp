@@ -26,7 +26,7 @@ void Explainer::consume(Outcome const& outcome) {
     mCurrent.reset();
     if (auto const* p1 = std::get_if<P1Answer>(&outcome.answer)) {
         mCurrent = explain(mTold, P1Question{p1->request, mAsked.p1, p1->result});
-        mTold.answeredP1(p1->request.requestNo, {outcome.line, mCurrent->broughtBy});
+        mTold.answeredP1(p1->request.requestNo, outcome.line);
     } else if (auto const* p2 = std::get_if<P2Answer>(&outcome.answer)) {
         mCurrent = explain(mTold, P2Question{p2->request, mAsked.p2, mAsked.isManual, p2->result});
     }

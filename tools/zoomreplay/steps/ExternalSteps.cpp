@@ -87,7 +87,6 @@ void forEachMapped(Told& told, Told::Deposit const& deposit, Add const& add) {
 
 /// @return whether there is anything to compare the asked ratio with.
 bool givesEntry(Told::Published const& published, Explained& explained) {
-    explained.broughtBy = published.line;
     if (published.line == 0) {
         explained.reason = {"nothing is published yet", {}};
         return false;

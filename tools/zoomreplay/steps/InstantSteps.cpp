@@ -61,7 +61,6 @@ void addFollower(Told::Deposit const& deposit, int64_t streamId, int64_t leader,
 void giveReasonOfInstantP1(Told const& told, P1Question const& question, Explained& explained) {
     auto const& metadata = told.metadata();
     auto const line = static_cast<double>(metadata.line);
-    explained.broughtBy = metadata.line;
     if (!metadata.isUsable) {
         explained.reason = {"the metadata has no usable custom crops (line {line})", {line}};
         return;

@@ -117,9 +117,9 @@ void Told::takeKind(uint64_t /*line*/, ManagerInput const& /*input*/) {
     mIsP2Closed = isSet(kCloseP2Property);
 }
 
-void Told::answeredP1(uint32_t requestNo, KeptAnswer const& answer) {
+void Told::answeredP1(uint32_t requestNo, uint64_t line) {
     if (mMode != ZoomOverrideMode::None && !isP1Closed()) {
-        mKeptP1.try_emplace(requestNo, answer);
+        mKeptP1.try_emplace(requestNo, line);
     }
 }
 
@@ -128,9 +128,9 @@ Told::Deposit const* Told::deposit(uint32_t requestNo) const {
     return found == mDeposits.end() || found->second.data == nullptr ? nullptr : &found->second;
 }
 
-Told::KeptAnswer const* Told::keptP1(uint32_t requestNo) const {
+std::optional<uint64_t> Told::keptP1Since(uint32_t requestNo) const {
     auto const found = mKeptP1.find(requestNo);
-    return found == mKeptP1.end() ? nullptr : &found->second;
+    return found == mKeptP1.end() ? std::nullopt : std::optional(found->second);
 }
 
 bool Told::hasPort(uint32_t sensorId, uint16_t port) const {

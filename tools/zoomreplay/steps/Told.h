@@ -55,17 +55,11 @@ class Told {
         uint64_t line = 0;
     };
 
-    /// A P1 answer that is kept until its request is done.
-    struct KeptAnswer {
-        uint64_t line;
-        uint64_t broughtBy;  ///< the line that brought its override
-    };
-
     /// Takes the input of a line, in the scenario's order.
     void take(uint64_t line, Input const& input);
 
     /// A P1 query got an answer, which the library keeps where it has a strategy.
-    void answeredP1(uint32_t requestNo, KeptAnswer const& answer);
+    void answeredP1(uint32_t requestNo, uint64_t line);
 
     NSCam::Feature::ZoomOverrideMode mode() const { return mMode; }
     bool isP1Closed() const { return mIsP1Closed; }
@@ -73,7 +67,9 @@ class Told {
 
     /// Null where there is none.
     Deposit const* deposit(uint32_t requestNo) const;
-    KeptAnswer const* keptP1(uint32_t requestNo) const;
+
+    /// The line of the P1 answer that is kept for a request; empty without one.
+    std::optional<uint64_t> keptP1Since(uint32_t requestNo) const;
 
     Metadata const& metadata() const { return mMetadata; }
     Setting const& setting() const { return mSetting; }
@@ -116,7 +112,7 @@ class Told {
     std::map<uint32_t, NSCam::Host::SensorModes> mSensors;
     Deposit mLatest{};
     std::unordered_map<uint32_t, Deposit> mDeposits;
-    std::unordered_map<uint32_t, KeptAnswer> mKeptP1;
+    std::unordered_map<uint32_t, uint64_t> mKeptP1;  // the line of each answer
     std::map<uint32_t, std::map<uint32_t, NSCam::MSize>> mSizes;
     NSCam::Feature::ZoomOverrideSensorBehaviorInfoConfig mPorts;
     Metadata mMetadata;
