@@ -120,6 +120,23 @@ TEST_F(TraceTest, AnglesNeedTheLatestConfiguration) {
     EXPECT_EQ(counter("sensor 0 P1 R1 angle"), json::array());
 }
 
+// Crops that are alike, but must not get smaller than different streams.
+TEST_F(TraceTest, PortsOfDifferentMinimaStandApart) {
+    outputOf(replay(std::string(kSensor) + R"({"op":"initialize","mode":"InstantRequest"}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[64,48],"0x70020000000000":[64,48],"0x70030000000000":[96,48]}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":1,"customStreamCrops":[1,0,0,400,300,2,0,0,400,300,3,0,0,400,300]},"streamIdMap":{"1":"0x70010000000000","2":"0x70020000000000","3":"0x70030000000000"}}
+{"op":"getP1CropSetting","requestNo":1,"zoomRatio":2}
+)",
+                    {"--trace", "t.json"}));
+
+    json ports = json::array();
+    auto const found = events("X");
+    for (json const& crop : found.back()["args"]["crops"]) {
+        ports.push_back(crop["ports"]);
+    }
+    EXPECT_EQ(ports, json({"R1 R2", "R3"}));
+}
+
 TEST_F(TraceTest, ArrowsLeadToWhatWasUsed) {
     outputOf(replay(kScenario, {"--trace", "t.json"}));
 
