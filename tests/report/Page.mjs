@@ -32,7 +32,7 @@ export const SHOWN = `(() => {
     timeline: (({ left, width }) => [left, width])(id('timeline').getBoundingClientRect()),
     angles: rows('#angles tbody tr'),
     queries: texts('#numbers tr.query'), numbers: rows('#numbers tbody tr:not(.query)'),
-    reasons: texts('#why h3'), kept: texts('#why > p'),
+    unexplained: texts('#why .alarm').length, reasons: texts('#why h3'), kept: texts('#why > p'),
     steps: [...document.querySelectorAll('#why .steps')].map((part) => ({ title: part.querySelector('h4').textContent, items: texts('li', part) })),
     log: texts('#log h3, #log pre > div'),
     cards: [...document.querySelectorAll('#sensors .sensor')].map((card) => ({

@@ -138,6 +138,7 @@ test('reasons and steps', () => forEach((request, page, where) => {
   const queries = request.queries.filter(({ line }) => explanations.has(line));
   assert.deepEqual(page.reasons, queries.map(({ line, stage }) => `${stage} on line ${line}: ${explanations.get(line).reason}`), where);
   assert.deepEqual(page.kept, queries.filter(({ kept }) => kept).map(({ kept }) => `The answer of line ${kept} was kept and given again.`), where);
+  assert.equal(page.unexplained, 0, where);
   const crops = queries.flatMap((query) => query.crops.map((crop) => ({ query, crop })));
   assert.deepEqual(page.steps.map(({ title }) => title), crops.map(({ query, crop }) => `${query.stage} sensor ${crop.sensor} ${nameOfPorts(crop)}`), where);
   crops.forEach(({ query, crop }, i) => assert.deepEqual(page.steps[i].items, explanationOf(query, crop).steps
@@ -318,6 +319,24 @@ test('the cursor stands at its request', () => requests.forEach(({ name }, i) =>
   const x = left + GUTTER + (i + 0.5) / requests.length * (width - GUTTER);
   assert.ok(Math.abs(cursor - x) < 1, `request ${name}: ${cursor}, not ${x}`);
 }));
+
+const PLAIN_WORDS = { fatal: 'stopped the process', exception: 'exception', outside: 'crop outside of its sensor',
+  corrected: 'crop corrected', stale: 'kept answer of another sensor mode', undone: 'never done' };
+
+test('the plain table for browsers without scripts', async () => {
+  const { rows, findings } = await browser.evaluate(`({
+    rows: [...document.querySelectorAll('#plain tbody tr')].map((row) => [...row.cells].map((cell) => cell.textContent)),
+    findings: [...document.querySelectorAll('#plain li')].map((item) => item.textContent) })`);
+  assert.deepEqual(rows, requests.map((request) => [request.no, askedOf(request), Number(overrideOf(request).toPrecision(4)),
+    request.queries.some(({ state }) => state === 'overridden') ? 'overridden' : 'not overridden',
+    request.queries.flatMap(({ stage, crops }) => crops.map(({ sensor, crop: [x, y, w, h] }) =>
+      `${stage} sensor ${sensor} (${x}, ${y})/${w}x${h}`)).join('; '),
+    Object.entries(PLAIN_WORDS).filter(([mark]) => isFinding(request, mark)).map(([, words]) => words).join(', ')].map(String)));
+  assert.deepEqual(findings, Object.entries(PLAIN_WORDS).map(([mark, words]) => {
+    const found = requests.filter((request) => isFinding(request, mark));
+    return `${words}: ${found.length} request${found.length === 1 ? '' : 's'}, first ${found[0].no}`;
+  }));
+});
 
 test('each finding lists its requests', async () => {
   for (const [mark, names] of Object.entries(FINDINGS)) {
