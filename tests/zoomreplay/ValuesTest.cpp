@@ -54,6 +54,9 @@ constexpr Spelling kFloats[] = {
     {"1.1754942e-38", "1.1754942e-38"},
     {"3.4028235e38", "3.4028235e+38"},
     {"1e-60", "0"},
+    // Powers of two: one digit fewer reads back as well, but is not the nearest of its length.
+    {"1.2621775e-29", "1.26217745e-29"},
+    {"1.5474251e26", "1.54742505e+26"},
     {R"("nan")", R"("nan")"},
     {R"("inf")", R"("inf")"},
     {R"("-inf")", R"("-inf")"},

@@ -51,16 +51,38 @@ std::optional<Decimal> sixDigitDecimal(float positive) {
     return decimal;
 }
 
-// Devices' libraries have no to_chars for floats. The C library is as exact, but writes the decimal
-// point of the process's language: only its digits are used.
-Decimal exactDecimal(float positive) {
+using NumberText = std::array<char, 32>;
+
+#ifdef __cpp_lib_to_chars
+// The float below a power of two is half as far as the one above: to_chars may then have found a
+// text with fewer digits that is not the nearest of them.
+bool writeShortest(NumberText& text, float positive) {
+    int exponent = 0;
+    std::to_chars(text.data(), text.data() + text.size(), positive, std::chars_format::scientific);
+    return std::frexp(positive, &exponent) != 0.5F;
+}
+#else
+// Devices' libraries have no to_chars for floats.
+bool writeShortest(NumberText& /*text*/, float /*positive*/) {
+    return false;
+}
+#endif
+
+// The C library is as exact, but slow.
+void writeNearest(NumberText& text, float positive) {
     int precision = std::isnormal(positive) ? std::numeric_limits<float>::digits10 : 1;
-    std::array<char, 32> text{};
     do {
         std::snprintf(text.data(), text.size(), "%.*e", precision - 1,
                       static_cast<double>(positive));
     } while (std::strtof(text.data(), nullptr) != positive && ++precision < 10);
+}
 
+// The C library writes the decimal point of the process's language: only the digits are used.
+Decimal exactDecimal(float positive) {
+    NumberText text{};
+    if (!writeShortest(text, positive)) {
+        writeNearest(text, positive);
+    }
     std::string_view const all = text.data();
     auto const exponent = all.find('e');
     Decimal decimal;

@@ -121,7 +121,7 @@ void Replay::announce(Input const& input) {
     }
 }
 
-void Replay::deliver(Answer answer) {
+void Replay::deliver(Answer&& answer) {
     Outcome outcome{mScenario.lineNumber(), mTime, mOp, std::move(answer), mIsLogged, {}};
     if (mIsLogged) {
         outcome.log = NSCam::Host::takeCapturedLog();

@@ -39,7 +39,7 @@ class Replay {
     bool isCutOff(scenario::LineError const& error) const;
     void replayLines();
     void announce(Input const& input);
-    void deliver(Answer answer);
+    void deliver(Answer&& answer);
     void flush();
     void finish();
 
