@@ -57,6 +57,9 @@ try {
     }
   }
 
+  assert.match(await browser.evaluate(`document.getElementById('timeline-text').textContent`),
+    new RegExp(`P1 overridden in ${answers.length} of ${answers.length} requests`));
+
   const [worst] = await browser.evaluate(`[...document.querySelectorAll('#jump-list li')].map((item) => item.textContent)`);
   assert.match(worst, new RegExp(`request ${planted}: sensor 2 narrower by 6.* to the right`));
 

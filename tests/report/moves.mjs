@@ -269,6 +269,7 @@ test('filters find the requests that meet all their parts', async () => {
   assert.equal(await goTo('17'), '');
   assert.equal(await current(), 17);
   assert.match(await goTo('fatal'), /^No request is .fatal/);
+  assert.match(await goTo('kept'), /^No request is .kept/, 'the kept answer is of the same mode');
   assert.match(await goTo('41'), /^There is no request 41/);
   assert.match(await goTo('corected'), /corected.+means nothing/);
   assert.equal(await current(), 17, 'what is not found leads nowhere');
