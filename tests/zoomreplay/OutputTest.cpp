@@ -116,6 +116,17 @@ TEST_F(OutputDeathTest, SignalRemovesAnUnfinishedFile) {
     EXPECT_EQ(readAll(), before);
 }
 
+// As nohup starts it.
+TEST_F(OutputDeathTest, SignalThatIsIgnoredStaysIgnored) {
+    auto const goOn = [] {
+        std::signal(SIGHUP, SIG_IGN);
+        prepareProcess();
+        std::raise(SIGHUP);
+        _exit(0);
+    };
+    EXPECT_EXIT(goOn(), testing::ExitedWithCode(0), "");
+}
+
 TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
     std::filesystem::create_symlink("r.html", pathOf("link.html"));
     ASSERT_EQ(chmod(pathOf("r.html").c_str(), 0640), 0);

@@ -97,6 +97,7 @@ TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
 {"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":90.12345,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
 {"op":"configSensorBehaviorInfo","portSizes":{"0":{"3":[2304,1296]}}}
+{"op":"configFspInfo","fspPorts":{"0":"0x7003"}}
 {"op":"publish","zoomRatio":2,"enable":true}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":-1}}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
@@ -114,24 +115,28 @@ TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
     auto const result = run({"why", "s.jsonl", "1"});
 
     EXPECT_EQ(result.status, 0) << result.out;
-    EXPECT_THAT(result.out, testing::EndsWith("published 1x (line 13) for the asked 4x, but the "
+    EXPECT_THAT(result.out, testing::EndsWith("published 1x (line 14) for the asked 4x, but the "
                                               "sensor crop mapper has no crops\n"));
-    EXPECT_THAT(result.out,
-                testing::AllOf(HasSubstr("beside the master's 90.12345 by 60"),
-                               HasSubstr("port 0x7003: (576, 324)/1152x648\n"),
-                               HasSubstr("in the caller's record before the query\n"),
-                               HasSubstr("port 0x7003: (0, 0)/2304x1296\n"
-                                         "    (0, 0)/4608x2592                active  1x is "
-                                         "published (line 13)\n")));
+    EXPECT_THAT(
+        result.out,
+        testing::AllOf(HasSubstr("beside the master's 90.12345 by 60"),
+                       HasSubstr("port 0x7003: (576, 324)/1152x648\n"), HasSubstr("(line 5)\n"),
+                       HasSubstr("in the caller's record before the query\n"),
+                       HasSubstr("port 0x7003: (0, 0)/2304x1296\n"
+                                 "    (0, 0)/4608x2592                active  1x is "
+                                 "published (line 14)\n")));
 }
 
-TEST_F(WhyStateTest, RectanglesKeepTheirFractions) {
+// Half of it is beyond the upper edge, and then the right one.
+TEST_F(WhyStateTest, RectanglesAreThoseOfTheirSteps) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
-{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[10000.125,0,100,100]}}}
+{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[10000.125,-64,100,100]}}}
 {"op":"getP2CropSetting","requestNo":1,"zoomRatio":1}
 )");
-    EXPECT_THAT(outputOf(run({"why", "s.jsonl", "1"})), HasSubstr("    (10000.125, 0)/100x100 "));
+    EXPECT_THAT(outputOf(run({"why", "s.jsonl", "1"})),
+                testing::AllOf(HasSubstr("    (10000.125, -64)/100x100 "),
+                               HasSubstr("    (5000, 0)/50x50 ")));
 }
 
 }  // namespace
