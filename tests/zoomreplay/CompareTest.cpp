@@ -137,7 +137,7 @@ TEST_F(CompareTest, PrintsTheFirstTenAndCountsTheRest) {
 }
 
 /// A ramp of requests, each with another crop.
-std::string ramp(std::vector<int> const& requests) {
+std::string ramp(std::vector<int> const& requests, int wider = 0) {
     std::ostringstream scenario;
     scenario << kSensor << R"({"op":"initialize","mode":"ByRequest"})" << '\n';
     for (int const request : requests) {
@@ -145,7 +145,7 @@ std::string ramp(std::vector<int> const& requests) {
                  << request << "}\n"
                  << R"({"op":"storeOverrideSetting","requestNo":999,"setting":{)"
                  << R"("overrideValid":true,"requestNo":999,"zoomRatio":2,)"
-                 << R"("previewAaCrops":{"0":[0,0,)" << request << ",10]}}}\n"
+                 << R"("previewAaCrops":{"0":[0,0,)" << request + wider << ",10]}}}\n"
                  << R"({"op":"getP2CropSetting","zoomRatio":1,"requestNo":)" << request << "}\n"
                  << R"({"op":"onRequestDone","requestNo":)" << request << "}\n";
     }
@@ -158,35 +158,77 @@ std::vector<int> fromTo(int first, int last) {
     return numbers;
 }
 
-// What was added to or removed from a scenario is the only difference.
+/// The messages about the four results of a request, from this line on.
+std::string requestTold(std::string const& file, int line, std::string const& request,
+                        std::string const& message) {
+    std::string told;
+    for (char const* op :
+         {"setRunTimeCropNeedData", "storeOverrideSetting", "getP2CropSetting", "onRequestDone"}) {
+        bool const isAbout = std::string(op) != "storeOverrideSetting";
+        told += file + ':' + std::to_string(line++) + ": " + (isAbout ? request : "") + op + ": " +
+                message + '\n';
+    }
+    return told;
+}
+
+// The expected results are those of 200 requests: request 100 + i has the lines from 3 + 4 * i on,
+// and its results those from 2 + 4 * i on.
 TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
-    write("e.jsonl", outputOf(replay(ramp(fromTo(100, 299)), {})));
+    auto const all = fromTo(100, 299);
+    write("e.jsonl", outputOf(replay(ramp(all), {})));
     auto const differ = [&](std::string const& scenario) {
-        return replay(scenario, {"--compare", "e.jsonl"});
+        return replay(scenario, {"--compare", "e.jsonl"}).err;
     };
-    EXPECT_EQ(differ("// a comment on top\n\n" + ramp(fromTo(100, 299))).status, 0);
-    EXPECT_THAT(differ(ramp(fromTo(100, 109))).err,
-                testing::EndsWith("\n760 results differ, in 0 requests\n"));
+    EXPECT_EQ(differ("// a comment on top\n\n" + ramp(all)), "");
+    EXPECT_THAT(differ(ramp(fromTo(100, 109))),
+                testing::EndsWith("\n760 results differ, in 190 requests\n"));
 
-    auto added = fromTo(100, 299);
+    std::string const isNew = "expected no result, got one";
+    std::string const inOne = "4 results differ, in 1 request\n";
+    auto added = all;
     added.insert(added.begin() + 100, 700);
-    EXPECT_THAT(
-        differ(ramp(added)).err,
-        testing::AllOf(testing::HasSubstr("request 700: getP2CropSetting: expected no result"),
-                       testing::HasSubstr("\n4 results differ, in ")));
+    EXPECT_EQ(differ(ramp(added)), requestTold("s.jsonl", 403, "request 700: ", isNew) + inOne);
 
-    auto removed = fromTo(100, 299);
+    auto twice = all;
+    twice.insert(twice.begin() + 50, 150);
+    EXPECT_EQ(differ(ramp(twice)), requestTold("s.jsonl", 207, "request 150: ", isNew) + inOne);
+
+    auto removed = all;
     removed.erase(removed.begin() + 50);
-    EXPECT_THAT(differ(ramp(removed)).err,
-                testing::AllOf(testing::HasSubstr("getP2CropSetting: expected a result, got none"),
-                               testing::HasSubstr("\n4 results differ, in 0 requests\n")));
+    EXPECT_EQ(differ(ramp(removed)),
+              requestTold("e.jsonl", 202, "", "expected a result, got none") + inOne);
 
-    auto changed = fromTo(100, 299);
+    // Beyond any window, and with a change before and behind it.
+    auto edited = all;
+    edited.front() = 800;
+    edited.back() = 801;
+    edited.erase(edited.begin() + 50, edited.begin() + 150);
+    EXPECT_THAT(
+        differ(ramp(edited)),
+        testing::AllOf(testing::HasSubstr("e.jsonl:202: setRunTimeCropNeedData: expected a"),
+                       testing::EndsWith("\n402 results differ, in 102 requests\n")));
+
+    auto changed = all;
     changed[20] = 801;
     changed[120] = 803;
-    EXPECT_THAT(differ(ramp(changed)).err,
+    EXPECT_THAT(differ(ramp(changed)),
                 testing::AllOf(testing::HasSubstr("s.jsonl:85: request 801: getP2CropSetting: "),
                                testing::EndsWith("\n2 results differ, in 2 requests\n")));
+}
+
+// It would look like a request that was added on top, and one that was removed at the end.
+TEST_F(CompareTest, AnswersThatComeARequestLateAllDiffer) {
+    write("e.jsonl", outputOf(replay(ramp(fromTo(100, 149)), {})));
+    EXPECT_THAT(replay(ramp(fromTo(100, 149), -1), {"--compare", "e.jsonl"}).err,
+                testing::EndsWith("\n50 results differ, in 50 requests\n"));
+}
+
+TEST_F(CompareTest, TellsWhatDiffersBeforeABadLine) {
+    write("e.jsonl", kMode + '\n' + kFitOther + '\n' + kNeed + '\n' + kNeed + '\n');
+    auto const result = replay(kScenario + "{}\n", {"--compare", "e.jsonl"});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_THAT(result.err, testing::EndsWith("\n1 result differs, in 0 requests\n"
+                                              "s.jsonl:5: op: missing\n"));
 }
 
 TEST_F(CompareTest, WritesAllDifferences) {

@@ -230,6 +230,9 @@ ExitStatus replay(Options const& options) {
         runner.run();
     } catch (UserError const&) {
         progress.clear();
+        if (compare.has_value()) {
+            compare->breakOff();
+        }
         pictures.finish();  // what came before a bad line is worth a look
         throw;
     }

@@ -2,31 +2,24 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <vector>
 
 namespace zoomreplay {
 
-/// How much alike an expected and an actual entry are.
-enum class Likeness {
-    Same,
-    Changed,  ///< may be the same one with another content
-    Foreign,  ///< cannot be the same one
+struct Entry {
+    uint64_t kind;     ///< entries of two kinds never belong together
+    uint64_t content;  ///< the same number for what is the same
+    bool isStart;      ///< of entries that belong together; known of actual entries only
 };
 
-enum class Pairing { Both, OnlyExpected, OnlyActual };
+enum class Pairing : uint8_t { Both, OnlyExpected, OnlyActual };
 
-/// A stretch of each sequence.
-struct Stretches {
-    size_t expected;  ///< lengths
-    size_t actual;
-    bool isExpectedWhole;  ///< nothing follows the stretch
-    bool isActualWhole;
-};
-
-/// Pairs two stretches in their order so that the fewest entries are changed, missing or new. What
-/// is left of one stretch at the end of the other is left out, unless nothing follows.
-std::vector<Pairing> align(Stretches const& stretches,
-                           std::function<Likeness(size_t expected, size_t actual)> const& compare);
+/// Pairs two sequences in their order so that the fewest entries stand alone and, among all ways to
+/// do so, the fewest pairs differ. Where several places are as good, what was added or left out
+/// begins at a start. Sequences that differ by many thousands of entries are first divided at
+/// contents that each of them has once, or where there are none, by their places.
+/// @return the entries of both, in their order.
+std::vector<Pairing> align(std::vector<Entry> const& expected, std::vector<Entry> const& actual);
 
 }  // namespace zoomreplay

@@ -1,6 +1,7 @@
 #include "Compare.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "ResultWriter.h"
@@ -14,7 +15,10 @@ using namespace scenario;
 namespace {
 
 constexpr size_t kMostPrinted = 10;
-constexpr size_t kLookAhead = 64;  // results: a dozen requests
+constexpr size_t kLookBack = 64;  // results: more than any request has
+
+// What a pipeline begins each request with.
+constexpr std::string_view kDeposit = "setRunTimeCropNeedData";
 
 // What follows the line number in our own spelling; the whole text in another one.
 std::string_view withoutLine(std::string_view text) {
@@ -25,8 +29,8 @@ std::string_view withoutLine(std::string_view text) {
     return text.substr(std::min(text.find(','), text.size()));
 }
 
-/// @return the operation of an expected result. @throws LineError
-std::string checkedOp(Json const& json) {
+/// @throws LineError the result lacks what every one has.
+void checkResult(Json const& json) {
     auto const line = json.find("line");
     if (line == json.end()) {
         throw LineError("line: missing; results have it, a scenario does not");
@@ -38,7 +42,24 @@ std::string checkedOp(Json const& json) {
     if (op == json.end() || !op->is_string()) {
         throw LineError("op: must be a string");
     }
-    return op->get<std::string>();
+}
+
+bool isLogged(Json const& json) {
+    return json.contains("log");
+}
+
+std::string const& opOf(Json const& json) {
+    return json["op"].get_ref<std::string const&>();
+}
+
+Entry entryOf(Json json, bool isStart) {
+    std::hash<std::string> const hash;
+    uint64_t const kind = hash(opOf(json));
+    return {kind, hash(essenceOf(std::move(json))), isStart};
+}
+
+std::string counted(uint64_t count, std::string const& what) {
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 }  // namespace
@@ -51,20 +72,116 @@ void Compare::prepare(uint64_t /*line*/, Input const& input) {
 }
 
 void Compare::consume(Outcome const& outcome) {
-    Result result{
-        std::exchange(mRequest, std::nullopt), outcome.line, std::string(outcome.op), {}, {}, {}};
-    appendResultLine(result.text, outcome);
-    mActual.push_back(std::move(result));
-    pairAll();
+    Text actual{std::exchange(mRequest, std::nullopt), outcome.line, {}};
+    appendResultLine(actual.text, outcome);
+    if (!mAreAlike) {
+        keepActual(actual);
+        return;
+    }
+    auto expected = nextExpected();
+    if (expected.has_value() && areAlike(*expected, actual)) {
+        mAlike.push_back({std::move(*expected), std::move(actual)});
+        if (mAlike.size() > kLookBack) {
+            mAlike.pop_front();
+        }
+        return;
+    }
+    partWays();
+    if (expected.has_value()) {
+        keepExpected(*expected);
+    }
+    keepActual(actual);
 }
 
 void Compare::finish() {
-    mIsActualOver = true;
-    pairAll();
-    for (fill(); !mExpected.empty(); fill()) {
-        take(true, false);
+    auto expected = nextExpected();
+    if (expected.has_value()) {
+        partWays();
     }
+    for (; expected.has_value(); expected = nextExpected()) {
+        keepExpected(*expected);
+    }
+    tellAll();
+}
 
+void Compare::breakOff() {
+    while (mExpected.results.size() < mActual.results.size()) {
+        auto const expected = nextExpected();
+        if (!expected.has_value()) {
+            break;
+        }
+        keepExpected(*expected);
+    }
+    tellAll();
+}
+
+std::optional<Compare::Text> Compare::nextExpected() {
+    auto const line = mReader.next();
+    return line.has_value() ? std::optional(Text{{}, mReader.lineNumber(), std::string(*line)})
+                            : std::nullopt;
+}
+
+bool Compare::areAlike(Text const& expected, Text const& actual) const {
+    return withoutLine(expected.text) == withoutLine(actual.text) ||
+           differencesOf(parseExpected(expected), parseObject(actual.text)).empty();
+}
+
+// What is added or left out may turn out to begin a little earlier.
+void Compare::partWays() {
+    if (std::exchange(mAreAlike, false)) {
+        for (auto const& [expected, actual] : mAlike) {
+            keepExpected(expected);
+            keepActual(actual);
+        }
+        mAlike.clear();
+    }
+}
+
+void Compare::keepExpected(Text const& text) {
+    Json json = parseExpected(text);
+    mExpected.results.push_back({{}, text.line, mTexts.add(text.text), isLogged(json)});
+    mExpected.entries.push_back(entryOf(std::move(json), false));
+}
+
+void Compare::keepActual(Text const& text) {
+    Json json = parseObject(text.text);
+    bool const isOther = text.request.has_value() && text.request != mLatest;
+    bool const isStart = isOther || opOf(json) == kDeposit;
+    mLatest = isOther ? text.request : mLatest;
+    mActual.results.push_back({text.request, text.line, mTexts.add(text.text), isLogged(json)});
+    mActual.entries.push_back(entryOf(std::move(json), isStart));
+}
+
+Json Compare::parseExpected(Text const& text) const {
+    try {
+        Json json = parseObject(text.text);
+        checkResult(json);
+        return json;
+    } catch (LineError const& e) {
+        throw UserError(mReader.file().name() + ':' + std::to_string(text.line) + ": " + e.what());
+    }
+}
+
+// Once: what could not be told is not told again.
+void Compare::tellAll() {
+    if (std::exchange(mIsTold, true)) {
+        return;
+    }
+    size_t expected = 0;
+    size_t actual = 0;
+    for (Pairing const pairing : align(mExpected.entries, mActual.entries)) {
+        switch (pairing) {
+            case Pairing::Both:
+                tellPair(expected++, actual++);
+                break;
+            case Pairing::OnlyExpected:
+                tellMissing(expected++);
+                break;
+            case Pairing::OnlyActual:
+                tellNew(actual++);
+                break;
+        }
+    }
     for (std::string const& message : mFirst) {
         complain(message);
     }
@@ -74,118 +191,54 @@ void Compare::finish() {
     if (mDifferences > 0) {
         complain(std::to_string(mDifferences) +
                  (mDifferences == 1 ? " result differs" : " results differ") + ", in " +
-                 std::to_string(mRequests.size()) +
-                 (mRequests.size() == 1 ? " request" : " requests"));
+                 counted(mRequests.size() + mMissingRequests, "request"));
     }
 }
 
-void Compare::fill() {
-    while (!mIsExpectedOver && mExpected.size() < kLookAhead) {
-        auto const line = mReader.next();
-        mIsExpectedOver = !line.has_value();
-        if (line.has_value()) {
-            mExpected.push_back({{}, mReader.lineNumber(), {}, std::string(*line), {}, {}});
-        }
-    }
-}
-
-void Compare::pairAll() {
-    while (!mActual.empty()) {
-        fill();
-        if (areHeadsEqual()) {
-            mExpected.pop_front();
-            mActual.pop_front();
-            continue;
-        }
-        if (!mIsActualOver && mActual.size() < kLookAhead) {
-            return;  // what comes next tells whether something was added or left out
-        }
-        pairStretch();
-    }
-}
-
-bool Compare::areHeadsEqual() {
-    if (mExpected.empty()) {
-        return false;
-    }
-    Result& expected = mExpected.front();
-    Result& actual = mActual.front();
-    if (withoutLine(expected.text) == withoutLine(actual.text)) {
-        return true;
-    }
-    parse(expected);
-    parse(actual);
-    return expected.op == actual.op && differencesOf(*expected.json, *actual.json).empty();
-}
-
-// The stretch's second half is left for the next one, which knows more of what follows it.
-void Compare::pairStretch() {
-    auto const pairings = align({mExpected.size(), mActual.size(), mIsExpectedOver, mIsActualOver},
-                                [this](size_t expected, size_t actual) {
-                                    return likeness(mExpected[expected], mActual[actual]);
-                                });
-    bool const isLast = mIsExpectedOver && mIsActualOver;
-    size_t const count = isLast ? pairings.size() : std::min(pairings.size(), kLookAhead / 2);
-    for (size_t i = 0; i < count; ++i) {
-        take(pairings[i] != Pairing::OnlyActual, pairings[i] != Pairing::OnlyExpected);
-    }
-}
-
-Likeness Compare::likeness(Result& expected, Result& actual) const {
-    parse(expected);
-    parse(actual);
-    if (expected.op != actual.op) {
-        return Likeness::Foreign;
-    }
-    return expected.essence == actual.essence ? Likeness::Same : Likeness::Changed;
-}
-
-void Compare::parse(Result& result) const {
-    if (result.json.has_value()) {
+void Compare::tellPair(size_t expected, size_t actual) {
+    Result const& expectedResult = mExpected.results[expected];
+    Result const& actualResult = mActual.results[actual];
+    bool const areLogged = expectedResult.isLogged && actualResult.isLogged;
+    if (!areLogged && mExpected.entries[expected].content == mActual.entries[actual].content) {
         return;
     }
-    bool const isExpected = result.op.empty();
-    try {
-        result.json = parseObject(result.text);
-        if (isExpected) {
-            result.op = checkedOp(*result.json);
-        }
-    } catch (LineError const& e) {
-        throw UserError(placeOf(result, isExpected) + ": " + e.what());
-    }
-    result.essence = essenceOf(*result.json);
-}
-
-std::string Compare::placeOf(Result const& result, bool isExpected) const {
-    return (isExpected ? mReader.file().name() : mScenario) + ':' + std::to_string(result.line);
-}
-
-void Compare::take(bool hasExpected, bool hasActual) {
     Difference difference;
-    Result expected{};
-    Result actual{};
-    if (hasExpected) {
-        expected = std::move(mExpected.front());
-        mExpected.pop_front();
-        parse(expected);
+    difference.expected = mTexts.read(expectedResult.text);
+    difference.actual = mTexts.read(actualResult.text);
+    Json const json = parseObject(difference.actual);
+    difference.fields = differencesOf(parseObject(difference.expected), json);
+    if (difference.fields.empty()) {
+        return;
     }
-    if (hasActual) {
-        actual = std::move(mActual.front());
-        mActual.pop_front();
-    }
-    if (hasExpected && hasActual) {
-        parse(actual);
-        difference.fields = differencesOf(*expected.json, *actual.json);
-        if (difference.fields.empty()) {
-            return;
-        }
-    }
-    difference.request = actual.request;
-    difference.op = hasActual ? actual.op : expected.op;
-    difference.line = actual.line;
-    difference.expected = expected.text;
-    difference.actual = actual.text;
-    tell(difference, hasActual ? placeOf(actual, false) : placeOf(expected, true));
+    difference.request = actualResult.request;
+    difference.op = opOf(json);
+    difference.line = actualResult.line;
+    tell(difference, placeOf(mScenario, actualResult));
+}
+
+void Compare::tellMissing(size_t expected) {
+    Result const& result = mExpected.results[expected];
+    Difference difference;
+    difference.expected = mTexts.read(result.text);
+    Json const json = parseObject(difference.expected);
+    difference.op = opOf(json);
+    mMissingRequests += difference.op == kDeposit ? 1U : 0U;
+    tell(difference, placeOf(mReader.file().name(), result));
+}
+
+void Compare::tellNew(size_t actual) {
+    Result const& result = mActual.results[actual];
+    Difference difference;
+    difference.actual = mTexts.read(result.text);
+    Json const json = parseObject(difference.actual);
+    difference.request = result.request;
+    difference.op = opOf(json);
+    difference.line = result.line;
+    tell(difference, placeOf(mScenario, result));
+}
+
+std::string Compare::placeOf(std::string const& file, Result const& result) {
+    return file + ':' + std::to_string(result.line);
 }
 
 void Compare::tell(Difference const& difference, std::string const& place) {

@@ -13,10 +13,11 @@
 namespace zoomreplay {
 namespace {
 
-/// Counts what comes of the lines.
+/// Counts what comes of the lines. Finishes behind the comparison, which counts at the end.
 class LineCounter : public OutcomeConsumer {
  public:
-    LineCounter(LineReader const& scenario, Tally& tally) : mScenario(scenario), mTally(tally) {}
+    LineCounter(LineReader const& scenario, std::optional<Compare> const& compare, Tally& tally)
+        : mScenario(scenario), mCompare(compare), mTally(tally) {}
 
     void begin(uint64_t line, LineTime const& /*time*/) override {
         mTally.line = line;
@@ -29,8 +30,15 @@ class LineCounter : public OutcomeConsumer {
         mTally.counts.fatal += std::holds_alternative<FatalAnswer>(outcome.answer) ? 1U : 0U;
     }
 
+    void finish() override {
+        if (mCompare.has_value()) {
+            mTally.counts.differences = mCompare->differences();
+        }
+    }
+
  private:
     LineReader const& mScenario;
+    std::optional<Compare> const& mCompare;
     Tally& mTally;
 };
 
@@ -86,24 +94,26 @@ ExitStatus replayRecord(std::string const& path, std::optional<std::string> cons
     LineReader scenario(File::openInput(path));
     auto expectedLines = openExpected(expected, path);
 
+    std::optional<Compare> compare;
     Explainer explainer;
-    LineCounter lines(scenario, tally);
     RequestCounter requests(tally);
     Recording recording(RequestRange{}, explainer, {&requests});
-    std::vector<OutcomeConsumer*> consumers{&lines, &explainer, &recording};
-    std::optional<Compare> compare;
+    LineCounter lines(scenario, compare, tally);
+    std::vector<OutcomeConsumer*> consumers{&explainer, &recording};
     if (expectedLines.has_value()) {
-        tally.counts.differences = 0;
-        compare.emplace(*expectedLines, path,
-                        [&](Difference const&) { ++*tally.counts.differences; });
-        consumers.push_back(&*compare);
+        consumers.push_back(&compare.emplace(*expectedLines, path, Compare::Tell()));
     }
+    consumers.push_back(&lines);
 
     Progress progress(scenario, scenario.file());
     try {
         Replay(scenario, false, consumers, progress).run();
-    } catch (UserError const&) {
-        recording.finish();  // what came before a bad line counts
+    } catch (UserError const&) {  // what came before a bad line counts
+        recording.finish();
+        if (compare.has_value()) {
+            compare->breakOff();
+        }
+        lines.finish();
         throw;
     }
     tally.isOver = true;
