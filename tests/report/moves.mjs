@@ -277,6 +277,9 @@ test('filters find the requests that meet all their parts', async () => {
 
 const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child text.label')].map((label) => label.textContent)`);
 
+test('the head counts', async () => assert.equal(await text('about'),
+  `InstantRequest \u00b7 ${COUNT} requests \u00b7 ${FILTERS.overridden.length} overridden`));
+
 test('a port is singled out', async () => {
   await shownRequest(browser, '7');
   assert.deepEqual(await browser.evaluate(`[...document.getElementById('port').options].map(({ text }) => text)`), ['all ports', 'R1', 'R3']);
