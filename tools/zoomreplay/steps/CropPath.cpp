@@ -62,6 +62,15 @@ std::array<double, 2> numbersOf(int64_t streamId) {
 }
 
 double plain(float value) {
+    // A float tells all numbers of six digits apart: one of them that is this float is the
+    // shortest.
+    for (double const scale : {1.0, 1e4}) {
+        double const scaled = std::round(static_cast<double>(value) * scale);
+        double const number = scaled / scale;
+        if (std::abs(scaled) < 1e6 && static_cast<float>(number) == value) {
+            return withoutSignOfZero(number);
+        }
+    }
     std::array<char, 32> text{};  // longer than any float: ends with a zero
     std::to_chars(text.data(), text.data() + text.size(), value);
     // Not every standard library has from_chars for floats.
