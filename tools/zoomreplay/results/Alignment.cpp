@@ -11,7 +11,7 @@ namespace {
 
 using Entries = std::span<Entry const>;
 
-bool isSame(Entry const& a, Entry const& b) {
+bool isSameEntry(Entry const& a, Entry const& b) {
     return a.kind == b.kind && a.content == b.content;
 }
 
@@ -100,13 +100,13 @@ void append(std::vector<Pairing>& pairings, size_t count, Pairing pairing) {
 
 size_t sharedStart(Entries expected, Entries actual) {
     auto const end =
-        std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end(), isSame);
+        std::mismatch(expected.begin(), expected.end(), actual.begin(), actual.end(), isSameEntry);
     return static_cast<size_t>(end.first - expected.begin());
 }
 
 size_t sharedEnd(Entries expected, Entries actual) {
-    auto const end =
-        std::mismatch(expected.rbegin(), expected.rend(), actual.rbegin(), actual.rend(), isSame);
+    auto const end = std::mismatch(expected.rbegin(), expected.rend(), actual.rbegin(),
+                                   actual.rend(), isSameEntry);
     return static_cast<size_t>(end.first - expected.rbegin());
 }
 
@@ -302,7 +302,8 @@ class Slider {
 
     // Whether its partner may be another one.
     static bool isAsGood(Entry const& entry, Entry const& partner, Entry const& before) {
-        return entry.kind == partner.kind && (isSame(entry, partner) || !isSame(entry, before));
+        return entry.kind == partner.kind &&
+               (isSameEntry(entry, partner) || !isSameEntry(entry, before));
     }
 
     bool isAtStart(size_t actual) const {

@@ -7,7 +7,7 @@
 namespace zoomreplay {
 namespace {
 
-void check(bool isDone) {
+void orThrow(bool isDone) {
     if (!isDone) {
         throw systemError("temporary file", errno);
     }
@@ -18,9 +18,9 @@ void check(bool isDone) {
 TextSpool::Place TextSpool::add(std::string_view text) {
     if (mFile == nullptr) {
         mFile.reset(std::tmpfile());
-        check(mFile != nullptr);
+        orThrow(mFile != nullptr);
     }
-    check(std::fwrite(text.data(), 1, text.size(), mFile.get()) == text.size());
+    orThrow(std::fwrite(text.data(), 1, text.size(), mFile.get()) == text.size());
     Place const place{mSize, static_cast<uint32_t>(text.size())};
     mSize += text.size();
     return place;
@@ -28,8 +28,8 @@ TextSpool::Place TextSpool::add(std::string_view text) {
 
 std::string TextSpool::read(Place place) {
     std::string text(place.size, '\0');
-    check(fseeko(mFile.get(), static_cast<off_t>(place.offset), SEEK_SET) == 0);
-    check(std::fread(text.data(), 1, text.size(), mFile.get()) == text.size());
+    orThrow(fseeko(mFile.get(), static_cast<off_t>(place.offset), SEEK_SET) == 0);
+    orThrow(std::fread(text.data(), 1, text.size(), mFile.get()) == text.size());
     return text;
 }
 

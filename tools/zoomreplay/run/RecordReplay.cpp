@@ -42,11 +42,11 @@ class LineCounter : public OutcomeConsumer {
     Tally& mTally;
 };
 
-bool isOverridden(ReplayedQuery const& query) {
+bool overrides(ReplayedQuery const& query) {
     return query.state == QueryState::Overridden;
 }
 
-bool isCorrected(ReplayedQuery const& query) {
+bool corrects(ReplayedQuery const& query) {
     return std::any_of(query.crops.begin(), query.crops.end(),
                        [](ReplayedCrop const& crop) { return crop.asked.has_value(); });
 }
@@ -61,8 +61,8 @@ class RequestCounter : public RequestConsumer {
             return std::any_of(request.queries.begin(), request.queries.end(), isSo) ? 1U : 0U;
         };
         mTally.counts.requests += 1;
-        mTally.counts.overridden += hasAny(isOverridden);
-        mTally.counts.corrected += hasAny(isCorrected);
+        mTally.counts.overridden += hasAny(overrides);
+        mTally.counts.corrected += hasAny(corrects);
     }
 
     void finish(ReplaySummary const& /*replay*/) override {}

@@ -37,7 +37,7 @@ Exit status, the worst of all records: 0 replayed, 1 --compare-to found a
 difference, 2 bad usage, file or line, 3 the library stopped a process, or
 something else did.)";
 
-struct Options {
+struct RunOptions {
     std::vector<std::string> paths;
     std::optional<size_t> jobs;
     std::optional<std::string> expected;
@@ -63,8 +63,8 @@ void checkNotRead(std::vector<Output const*> const& outputs, fs::path const& pat
 }
 
 /// Where the records' results go, all checked and nothing touched.
-struct Outputs {
-    Outputs(Options const& options, std::vector<Record> const& records) : rows("-") {
+struct RunOutputs {
+    RunOutputs(RunOptions const& options, std::vector<Record> const& records) : rows("-") {
         std::vector<Output const*> all{&rows};
         if (options.junit.has_value()) {
             all.push_back(&junit.emplace(*options.junit));
@@ -91,14 +91,14 @@ void tellResults(std::vector<std::string> const& results) {
     }
 }
 
-ExitStatus replayRecords(Options const& options) {
+ExitStatus replayRecords(RunOptions const& options) {
     checkFolder(options.expected);
     checkFolder(options.root);
     Records const records = findRecords({options.paths, options.root, options.expected});
     if (options.expected.has_value()) {
         checkNames(records.all);
     }
-    Outputs const outputs(options, records.all);
+    RunOutputs const outputs(options, records.all);
 
     tellResults(records.results);
     File output = outputs.rows.open();
@@ -134,7 +134,7 @@ ExitStatus replayRecords(Options const& options) {
 
 ExitStatus run(int argc, char const* const* argv) {
     constexpr size_t kMostJobs = 1024;
-    Options options;
+    RunOptions options;
     CLI::App app("Replays many records, each in a process of its own.", "zoomreplay run");
     app.footer(kRunFooter);
     app.add_option("RECORD", options.paths, "Files, folders, or - for a list of them")
