@@ -17,11 +17,13 @@ constexpr size_t kChunk = size_t{64} << 10U;
 // A signal handler takes no context.
 constinit std::atomic<LineWriter const*> gWriter = nullptr;
 
-// Afterwards the fault comes again, and ends the process.
-void flushInCrash(int /*signal*/) {
+// The signal that is raised ends the process when this returns: a fault would come again by itself,
+// but what somebody else sent would not.
+void flushInCrash(int signal) {
     if (LineWriter const* const writer = gWriter.exchange(nullptr)) {
         writer->flushInCrash();
     }
+    std::raise(signal);
 }
 
 }  // namespace
