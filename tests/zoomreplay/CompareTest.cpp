@@ -165,8 +165,10 @@ std::string requestTold(std::string const& file, int line, std::string const& re
     for (char const* op :
          {"setRunTimeCropNeedData", "storeOverrideSetting", "getP2CropSetting", "onRequestDone"}) {
         bool const isAbout = std::string(op) != "storeOverrideSetting";
-        told += file + ':' + std::to_string(line++) + ": " + (isAbout ? request : "") + op + ": " +
-                message + '\n';
+        told += file + ':' + std::to_string(line++) + ": ";
+        told += isAbout ? request : "";
+        told += op;
+        told += ": " + message + '\n';
     }
     return told;
 }

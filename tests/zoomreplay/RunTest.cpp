@@ -24,7 +24,7 @@ std::string const kThreeRequests = std::string(kSensor) +
 )";
 
 // The setting names a sensor that the request lacks.
-std::string const kException = R"({"op":"initialize","mode":"ByRequest"}
+std::string const kExceptionRecord = R"({"op":"initialize","mode":"ByRequest"}
 {"op":"setRunTimeCropNeedData","requestNo":1}
 {"op":"storeOverrideSetting","requestNo":1,"setting":{"overrideValid":true,"requestNo":9,"zoomRatio":2,"previewAaCrops":{"0":[0,0,8,8]}}}
 {"op":"getP2CropSetting","requestNo":1,"zoomRatio":1}
@@ -57,7 +57,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     put("r/b c/line\nend.jsonl", kThreeRequests);
     put("r/bad.jsonl", kThreeRequests + "{\"op\":\"nope\"}\n");
     put("r/empty.jsonl", "");
-    put("r/exception.jsonl", kException);
+    put("r/exception.jsonl", kExceptionRecord);
     put("r/fatal.jsonl", kFatalLine);
     put("r/packed.jsonl.gz", "\x1f\x8b");
     put("r/torn.jsonl", kThreeRequests.substr(0, kThreeRequests.size() - 9));

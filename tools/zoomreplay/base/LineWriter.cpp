@@ -12,7 +12,7 @@
 namespace zoomreplay {
 namespace {
 
-constexpr size_t kChunk = size_t{64} << 10U;
+constexpr size_t kHeldBack = size_t{64} << 10U;
 
 // A signal handler takes no context.
 constinit std::atomic<LineWriter const*> gWriter = nullptr;
@@ -30,7 +30,7 @@ void flushInCrash(int signal) {
 
 // What is no longer than PIPE_BUF gets into a pipe whole or not at all, whatever ends the process.
 LineWriter::LineWriter(File& file)
-    : mFile(file), mMost(file.size().has_value() ? kChunk : PIPE_BUF) {
+    : mFile(file), mMost(file.size().has_value() ? kHeldBack : PIPE_BUF) {
     gWriter = this;
 }
 

@@ -30,13 +30,13 @@ Side vertical(RigSensor const& sensor) {
     return {info.activeArray.y, info.activeArray.h, info.degreeV};
 }
 
-struct Span {
+struct Interval {
     int32_t begin;
     int32_t length;
 };
 
 // From the master's side to a sensor's: both see a distance from the optical axis by its tangent.
-Span project(Span const& region, float zoomRatio, Side const& master, Side const& sensor) {
+Interval project(Interval const& region, float zoomRatio, Side const& master, Side const& sensor) {
     double const scale = sensor.length * master.tangent() /
                          (sensor.tangent() * master.length * static_cast<double>(zoomRatio));
     auto const pixel = [&](double masterPixel) {

@@ -86,7 +86,7 @@ bool Attention::wait(int descriptor) {
 
 void Attention::makeCopy() {
     uint64_t one = 0;
-    if (read(mTold, &one, sizeof one) < 0) {
+    if (::read(mTold, &one, sizeof one) < 0) {
         return;
     }
     Task task;
@@ -110,7 +110,7 @@ std::optional<Copy> Attention::copy(Copy::Work work) {
         result = mTasks.emplace_back(Task{std::move(work), {}}).result.get_future();
     }
     uint64_t const one = 1;
-    if (write(mTold, &one, sizeof one) < 0 ||
+    if (::write(mTold, &one, sizeof one) < 0 ||
         result.wait_for(kTaskPatience) != std::future_status::ready) {
         return std::nullopt;
     }

@@ -46,7 +46,7 @@ std::string randomName() {
 }
 
 // Takes as long for any text.
-bool isSame(std::string_view a, std::string_view b) {
+bool isSameText(std::string_view a, std::string_view b) {
     unsigned difference = a.size() == b.size() ? 0 : 1;
     for (size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
         difference |= static_cast<unsigned>(a[i] ^ b[i]);
@@ -190,7 +190,7 @@ void Server::Site::answer(httplib::Request const& request, httplib::Response& re
     }
     std::string_view path = request.path;
     size_t const tokenEnd = std::min(path.find('/', 1), path.size());
-    if (path.empty() || !isSame(path.substr(1, tokenEnd - 1), mToken)) {
+    if (path.empty() || !isSameText(path.substr(1, tokenEnd - 1), mToken)) {
         return refuse(response, 403, "Only the address that zoomreplay printed leads to its page.");
     }
     path.remove_prefix(tokenEnd);

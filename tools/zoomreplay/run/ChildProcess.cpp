@@ -73,7 +73,7 @@ ChildProcess::~ChildProcess() {
 bool ChildProcess::listen() {
     constexpr size_t kMostKept = size_t{16} << 10U;
     std::array<char, 4096> buffer{};
-    ssize_t const count = read(mPipe, buffer.data(), buffer.size());
+    ssize_t const count = ::read(mPipe, buffer.data(), buffer.size());
     if (count > 0 && mSaid.size() < kMostKept) {
         mSaid.append(buffer.data(), static_cast<size_t>(count));
     }
