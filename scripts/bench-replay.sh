@@ -27,7 +27,7 @@ lines=$(wc -l < "$work/million.jsonl")
 measure() {
     label=$1
     shift
-    for run in 1 2 3; do
+    for _ in 1 2 3; do
         /usr/bin/time -f '%U %S %M' -o "$work/time" "$@" | cat > /dev/null
         cat "$work/time"
     done | sort -n | awk -v label="$label" -v lines="$lines" '

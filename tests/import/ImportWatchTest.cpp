@@ -159,7 +159,7 @@ TEST_F(ImportWatchTest, ExternalApiPublishesWhatTheFrameBeforeAsked) {
 TEST_F(ImportWatchTest, RigsOwnLinesStay) {
     constexpr std::string_view kLog =
         R"({"op": "logger", "detailsLevel": 5}
-{"op": "property", "name": "vendor.debug.camera.zoomOverride.log", "value": 1}
+{"op": "property", "name": "vendor.some.property", "value": 1}
 )";
     constexpr std::string_view kPorts =
         R"({"op": "configSensorBehaviorInfo", "portSizes": {"0": {"3": [4000, 3000]}}})"
