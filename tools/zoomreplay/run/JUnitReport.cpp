@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <pugixml.hpp>
-#include <sstream>
 #include <string>
 
 #include "base/TerminalText.h"
@@ -52,6 +51,15 @@ std::string headline(RecordResult const& result) {
     return xmlText(isFirst ? result.messages.front() : result.messages.back());
 }
 
+// The library is not built with every standard library: no stream passes between it and the tool.
+struct TextWriter : pugi::xml_writer {
+    void write(void const* data, size_t size) override {
+        text.append(static_cast<char const*>(data), size);
+    }
+
+    std::string text;
+};
+
 void addTrouble(pugi::xml_node test, RecordResult const& result) {
     auto trouble = test.append_child(result.ending == Ending::Differs ? "failure" : "error");
     trouble.append_attribute("type").set_value(nameOf(result.ending));
@@ -95,9 +103,9 @@ void JUnitReport::write(File& file) {
     suite.append_attribute("failures").set_value(std::to_string(mFailures).c_str());
     suite.append_attribute("errors").set_value(std::to_string(mErrors).c_str());
     suite.append_attribute("time").set_value(secondsText(mSeconds).c_str());
-    std::ostringstream text;
-    mDocument->save(text, "  ", pugi::format_indent, pugi::encoding_utf8);
-    file.write(text.str());
+    TextWriter writer;
+    mDocument->save(writer, "  ", pugi::format_indent, pugi::encoding_utf8);
+    file.write(writer.text);
 }
 
 }  // namespace zoomreplay
