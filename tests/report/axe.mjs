@@ -26,6 +26,7 @@ try {
         await new Promise((resolve) => setTimeout(resolve, 200));
         document.getElementById('jumps').open = true;
         document.querySelector('#findings button').click();
+        while (document.getElementById('details').hidden) await new Promise((resolve) => setTimeout(resolve, 10));
         const { violations, passes } = await axe.run();
         if (passes.length < 20) throw new Error('axe looked at nothing');
         return violations.map(({ id, impact, nodes }) => [impact, id, ...nodes.slice(0, 3).map(({ html, any }) => html.slice(0, 150) + ' ' + (any[0]?.message ?? ''))]);
