@@ -5,6 +5,7 @@
 
 #include "ActiveArray.h"
 #include "base/Messages.h"
+#include "scenario/text/JsonText.h"
 
 namespace zoomreplay {
 namespace {
@@ -39,6 +40,12 @@ std::string idsOf(Cameras const& cameras) {
 
 std::string damageText(CameraStatics const& camera, std::string_view name) {
     return std::string(name) + " cannot be read (" + camera.unreadable.at(name) + ")";
+}
+
+// What is wider than half of all around, or nothing, is no view; both can be what is left of a
+// wrong size.
+bool isAngleOfView(float degrees) {
+    return degrees > 0.0F && degrees < 180.0F;
 }
 
 /// Why a camera cannot be a sensor of the rig; empty when it can.
@@ -76,6 +83,14 @@ std::vector<std::string> defectsOf(CameraStatics const& camera, AngleSource sour
         defects.emplace_back("several focal lengths, so that its angles of view are not known");
     } else if (!(camera.focalLengths.front() > 0.0F)) {
         defects.push_back(std::string(tag::kFocalLengths) + " is no length");
+    }
+    if (defects.empty()) {
+        auto const [across, down] = anglesOf(camera, source);
+        if (!isAngleOfView(across) || !isAngleOfView(down)) {
+            defects.push_back("angles of view of " + scenario::jsonText(across) + " x " +
+                              scenario::jsonText(down) +
+                              " degrees; its physical size or focal length is wrong");
+        }
     }
     return defects;
 }

@@ -46,6 +46,12 @@ std::optional<Angles> anglesByIntrinsics(CameraStatics const& camera) {
     return Angles{angleOfView(camera.activeArray->w, fx), angleOfView(camera.activeArray->h, fy)};
 }
 
+Angles anglesOf(CameraStatics const& camera, AngleSource source) {
+    auto const byIntrinsics = anglesByIntrinsics(camera);
+    bool const isBySize = source == AngleSource::PhysicalSize || !byIntrinsics.has_value();
+    return isBySize ? anglesBySize(camera) : *byIntrinsics;
+}
+
 std::vector<std::string> doubtsAbout(CameraStatics const& camera) {
     constexpr float kWidest = 170.0F;
     constexpr double kPitchTolerance = 1.1;

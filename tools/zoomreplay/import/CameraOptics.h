@@ -28,6 +28,10 @@ Angles anglesBySize(CameraStatics const& camera);
 /// @param camera has an active array.
 std::optional<Angles> anglesByIntrinsics(CameraStatics const& camera);
 
+/// The angles that a rig takes; by size where the phone tells no focal lengths in pixels.
+/// @param camera has an active array, a physical size and a focal length.
+Angles anglesOf(CameraStatics const& camera, AngleSource source);
+
 /// What cannot be right about a camera that a rig can be made of, though nothing is missing.
 std::vector<std::string> doubtsAbout(CameraStatics const& camera);
 

@@ -162,12 +162,6 @@ void appendLogicalCamera(std::string& out, CameraStatics const& camera) {
            ".\n";
 }
 
-Angles anglesOf(CameraStatics const& camera, AngleSource source) {
-    auto const byIntrinsics = anglesByIntrinsics(camera);
-    bool const isBySize = source == AngleSource::PhysicalSize || !byIntrinsics.has_value();
-    return isBySize ? anglesBySize(camera) : *byIntrinsics;
-}
-
 void appendConfig(std::string& out, SensorGroup const& group, SensorIds const& sensorIds,
                   AngleSource source) {
     std::string ids;
