@@ -18,7 +18,7 @@
 namespace zoomreplay {
 namespace {
 
-constexpr auto kTaskPatience = std::chrono::seconds(5);
+constexpr auto kTaskPatience = std::chrono::seconds(30);
 constexpr auto kCopyPause = std::chrono::milliseconds(50);  // copying stops the replay for a moment
 
 // As poll wants it: rounded up, so that nothing is waited for twice.

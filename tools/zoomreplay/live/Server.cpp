@@ -27,7 +27,7 @@ constexpr char const* kLoopback = "127.0.0.1";
 constexpr auto kWriteTimeout = 2s;        // a reader that takes longer is dropped
 constexpr auto kReadTimeout = 2s;         // for a request, which browsers send at once
 constexpr auto kSignOfLife = 1s;          // so that readers who went away are noticed
-constexpr auto kLastWords = 500ms;        // for readers to get what they have not got yet
+constexpr auto kLastWords = 5s;           // for readers to get what they have not got yet
 constexpr size_t kOtherConnections = 4;   // beside those of readers
 constexpr size_t kMostSlowReaders = 100;  // to be remembered
 
