@@ -1,16 +1,26 @@
 // A running `zoomreplay live -`: its input, its address and its end.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
+import { readdirSync } from 'node:fs';
 import http from 'node:http';
+
+import { PATIENCE } from '../report/Patience.mjs';
+
+const running = new Set();
+process.on('exit', () => running.forEach((tool) => tool.kill('SIGKILL')));
 
 export class Live {
   static async start(tool, options = [], environment = {}) {
     const live = new Live();
     live.process = spawn(tool, ['live', '-', ...options], { env: { ...process.env, ...environment } });
+    running.add(live.process);
     live.errors = '';
     live.process.stderr.setEncoding('utf8').on('data', (text) => { live.errors += text; });
     live.process.stdin.on('error', () => {});
-    live.exit = once(live.process, 'close').then(([status]) => status);
+    live.exit = once(live.process, 'close').then(([status]) => {
+      running.delete(live.process);
+      return status;
+    });
     let printed = '';
     live.process.stdout.setEncoding('utf8');
     while (!printed.includes('\n')) {
@@ -36,6 +46,11 @@ export class Live {
     return this.exit;
   }
 
+  /** How many files and threads it has. */
+  holds() {
+    return ['fd', 'task'].map((kind) => readdirSync(`/proc/${this.process.pid}/${kind}`).length);
+  }
+
   /** { status, headers, text } of an answer; path belongs behind the address. */
   async get(path = '', { headers = {}, method = 'GET', address = this.address } = {}) {
     const request = http.request(address + path, { headers, method, agent: false });
@@ -54,6 +69,7 @@ export class Live {
 /** Reads the events of a live replay. */
 export class Reader {
   events = [];  // { name, id, data }
+  changed = () => {};
 
   static async open(url, headers) {
     const reader = new Reader();
@@ -66,18 +82,23 @@ export class Reader {
     reader.status = response.statusCode;
     reader.isOver = false;
     response.on('error', () => {});
-    response.on('close', () => { reader.isOver = true; });
+    response.on('close', () => {
+      reader.isOver = true;
+      reader.changed();
+    });
     return reader;
   }
 
-  /** Until an event meets a test; all so far are in events. */
+  /** Until an event meets a test, or none has come for long; all so far are in events. */
   async until(test) {
     if (!this.isListening) this.listen();
-    for (let i = 0; i < 3000; ++i) {
+    while (true) {
       const found = this.events.find(test);
       if (found) return found;
       if (this.isOver) break;
-      await new Promise((resolve) => setTimeout(resolve, 10));
+      const patience = setTimeout(() => this.close(), PATIENCE);
+      await new Promise((resolve) => { this.changed = resolve; });
+      clearTimeout(patience);
     }
     throw new Error(`no such event among ${this.events.map(({ name }) => name)}`);
   }
@@ -92,6 +113,7 @@ export class Reader {
         const fields = Object.fromEntries(part.split('\n').map((line) => line.match(/^(\w+): (.*)$/).slice(1)));
         this.events.push({ name: fields.event, id: fields.id, data: JSON.parse(fields.data) });
       }
+      this.changed();
     });
   }
 
@@ -118,5 +140,3 @@ export const requestLines = (requestNo, published, asked = 1) => [
   { op: 'getP2CropSetting', requestNo, zoomRatio: asked },
   { op: 'onRequestDone', requestNo },
 ];
-
-export const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));

@@ -4,7 +4,8 @@ import { readFileSync } from 'node:fs';
 import { once } from 'node:events';
 
 import { Chromium } from '../report/Chromium.mjs';
-import { Live, SETUP, pause, requestLines } from './Live.mjs';
+import { pause } from '../report/Patience.mjs';
+import { Live, SETUP, requestLines } from './Live.mjs';
 
 const REQUESTS = 30 * 3600;
 const live = await Live.start(process.argv[2]);

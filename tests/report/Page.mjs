@@ -1,4 +1,5 @@
 // Reads what a report's page shows, and what it draws on its canvases.
+import { PATIENCE } from './Patience.mjs';
 
 /** Run before the page: each canvas keeps what is drawn on it since it was cleared. */
 export const KEEP_DRAWINGS = `(() => {
@@ -48,7 +49,7 @@ export const SHOWN = `(() => {
 /** Opens the link to a request, or none, waits until it is shown; returns what the page tells of it. */
 export const shownRequest = async (browser, name, isChosen = true) => {
   await browser.evaluate(`(async () => {
-    for (let i = 0; i < 1500; ++i) {
+    for (const start = Date.now(); Date.now() - start < ${PATIENCE};) {
       const isReady = document.documentElement.dataset.ready;
       if (isReady && ${isChosen} && location.hash !== '#request=${name}') location.hash = '#request=${name}';
       if (isReady && document.getElementById('request-title').textContent === 'Request ${name}') return;

@@ -23,7 +23,7 @@ try {
       await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value: scheme }] });
       const violations = await browser.evaluate(`(async () => {
         while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10));
-        await new Promise((resolve) => setTimeout(resolve, 200));
+        await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
         document.getElementById('jumps').open = true;
         document.querySelector('#findings button').click();
         while (document.getElementById('details').hidden) await new Promise((resolve) => setTimeout(resolve, 10));

@@ -5,6 +5,7 @@ import { readFileSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
+import { PATIENCE, eventually, pause } from './Patience.mjs';
 
 const [report, resultFile, scenarioFile] = process.argv.slice(2);
 const address = pathToFileURL(report).href;
@@ -48,7 +49,7 @@ const SHOWN = `(() => {
 // Details are unpacked when they are shown.
 const SETTLED = `(async () => {
   const name = () => location.hash.replace('#request=', 'Request ');
-  for (let i = 0; i < 500; ++i) {
+  for (const start = Date.now(); Date.now() - start < ${PATIENCE};) {
     if (document.documentElement.dataset.ready && document.getElementById('request-title').textContent === name()) return;
     await new Promise((resolve) => setTimeout(resolve, 10));
   }
@@ -63,7 +64,6 @@ try {
   };
   const number = () => browser.evaluate(
     `Number(/\\d+/.exec(document.getElementById('timeline').getAttribute('aria-valuetext')))`);
-  const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
   const goTo = (text) => browser.evaluate(`(() => {
     document.getElementById('go-to').value = '${text}';
     document.getElementById('go').requestSubmit();
@@ -119,8 +119,7 @@ try {
   await goTo('4');
   assert.equal(await number(), 4, 'the field goes to a number');
   await browser.evaluate(`history.back()`);
-  await pause(100);
-  assert.equal(await number(), 2, 'moves are in the history');
+  await eventually(async () => await number() === 2, 'moves are in the history');
   await goTo('99999');
   assert.match(await message(), /no request 99999/);
   await goTo('overriden');
@@ -133,11 +132,7 @@ try {
   await browser.evaluate(`document.getElementById('timeline').focus()`);
 
   await browser.press(' ');
-  await browser.evaluate(`new Promise((resolve) => {
-    new MutationObserver(resolve).observe(document.getElementById('timeline'), { attributes: true });
-    setTimeout(resolve, 10000);
-  })`);
-  assert.ok(await number() > 2, 'the space bar plays');
+  await eventually(async () => await number() > 2, 'the space bar plays');
   await browser.press(' ');
   await browser.press('Home');
 

@@ -6,6 +6,7 @@ import { readFileSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
+import { PATIENCE } from './Patience.mjs';
 
 const [report, resultFile, expectedFile, other, planted] = process.argv.slice(2);
 const answersOf = (file) => readFileSync(file, 'utf8').trim().split('\n')
@@ -26,7 +27,7 @@ try {
   const shown = async (request) => {
     await browser.evaluate(`(async () => {
       if (location.hash !== '#request=${request}') location.hash = '#request=${request}';
-      for (let i = 0; i < 1000; ++i) {
+      for (const start = Date.now(); Date.now() - start < ${PATIENCE};) {
         if (document.getElementById('request-title').textContent === 'Request ${request}') return;
         await new Promise((resolve) => setTimeout(resolve, 10));
       }

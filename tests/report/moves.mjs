@@ -6,6 +6,7 @@ import { pathToFileURL } from 'node:url';
 import { Chromium } from './Chromium.mjs';
 import { COUNT, DIFFERENT_BY, SPECIAL, askedOf, askerOf, modesOf, overrideOf } from './movesScenario.mjs';
 import { KEEP_DRAWINGS, shownRequest } from './Page.mjs';
+import { eventually, pause } from './Patience.mjs';
 
 const address = pathToFileURL(process.argv[2]).href;
 const SHIFT = 8;
@@ -30,6 +31,7 @@ beforeEach(async () => {
   await browser.open(`${address}?${Math.random()}#request=5`);
   await shownRequest(browser, '5');
   await browser.evaluate(`document.getElementById('zoom-all').click()`);
+  await drawn();
 });
 
 const drawn = () => browser.evaluate('new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)))');
@@ -46,12 +48,12 @@ const boxOf = (id) => browser.evaluate(`(() => {
 })()`);
 const click = (id) => browser.evaluate(`document.getElementById('${id}').click()`);
 const near = (actual, expected, slack, what) => assert.ok(Math.abs(actual - expected) <= slack, `${what}: ${actual}, not ${expected}`);
-/** Waits until the value is the expected one, on a busy machine too. */
-const until = async (value, expected, what) => {
-  for (let i = 0; i < 100 && await value() !== expected; ++i) await pause(50);
-  assert.equal(await value(), expected, what);
-};
-const pause = (milliseconds) => new Promise((resolve) => setTimeout(resolve, milliseconds));
+/** Waits until the value is the expected one. */
+const until = (value, expected, what = expected) => eventually(async () => await value() === expected, what);
+// Playing goes by the clock of the test.
+const PLAY_BY_HAND = `globalThis.setInterval = (step, period) => { globalThis.tick = { step, period }; return 1; };
+  globalThis.clearInterval = () => { globalThis.tick = null; };`;
+const tick = () => browser.evaluate('tick?.step(); tick?.period');
 
 // The timeline's plot, right of the names: where each request of the window stands.
 const plot = async () => {
@@ -162,17 +164,21 @@ test('keys move, zoom and play on the timeline, and scroll elsewhere', async () 
   near((await view())[1] - (await view())[0], COUNT / 2, 0.01, '+');
   await press('-');
   assert.deepEqual(await view(), [-0.5, COUNT - 0.5], '-');
+  const playing = () => browser.evaluate(`[document.getElementById('play').textContent, document.getElementById('play').getAttribute('aria-pressed')]`);
+  await browser.evaluate(PLAY_BY_HAND);
   await press(' ');
-  assert.equal(await text('play'), 'Pause');
-  await until(async () => await current() >= 4, true, 'plays');
-  const reached = await press(' ');
-  await pause(250);
-  assert.equal(await current(), reached, 'stopped');
+  assert.deepEqual(await playing(), ['Pause', 'true']);
+  for (const expected of [2, 3, 4]) {
+    assert.equal(await tick(), 100, 'ten requests a second');
+    assert.equal(await current(), expected);
+  }
+  assert.equal(await press(' '), 4);
+  assert.deepEqual([await tick(), ...await playing()], [undefined, 'Play', 'false'], 'stopped');
   assert.equal(await press('End'), COUNT);
   await press('ArrowLeft');
   await press(' ');
-  await until(() => text('play'), 'Play', 'stops at the end');
-  assert.equal(await current(), COUNT);
+  assert.equal(await tick(), undefined, 'stops at the end');
+  assert.deepEqual([await current(), ...await playing()], [COUNT, 'Play', 'false']);
   assert.equal(await browser.evaluate(`document.getElementById('timeline').dispatchEvent(
     new KeyboardEvent('keydown', { key: 'Home', ctrlKey: true, bubbles: true, cancelable: true }))`), true, 'Ctrl+Home is the page\u2019s');
 });
@@ -187,8 +193,11 @@ test('buttons', async () => {
   await click('last');
   near((await view())[1], COUNT - 0.5, 0.01, 'the window follows');
   await click('zoom-out');
+  await browser.evaluate(PLAY_BY_HAND);
   await click('play');
-  await until(async () => await current() >= 2 && await current() < COUNT, true, 'playing from the end begins anew');
+  assert.equal(await current(), 1, 'playing from the end begins anew');
+  await tick();
+  assert.equal(await current(), 2);
 });
 
 test('links and the history', async () => {
@@ -198,7 +207,10 @@ test('links and the history', async () => {
   };
   await visit('9');
   await pause(450);
-  await browser.evaluate(`for (let i = 0; i < 3; ++i) document.getElementById('forward').click()`);
+  await browser.evaluate(`{ const now = performance.now();
+    performance.now = () => now;
+    for (let i = 0; i < 3; ++i) document.getElementById('forward').click();
+    delete performance.now; }`);
   assert.equal(await browser.evaluate('location.hash'), '#request=12');
   await until(() => text('link'), '#request=12');
   await browser.evaluate('history.back()');
