@@ -197,13 +197,14 @@ void JumpFinder::take(ReplayedRequest const& request, Rig const& rig) {
             std::count_if(query.crops.begin(), query.crops.end(),
                           [id = sensorId](auto const& c) { return c.sensorId == id; });
         for (ReplayedCrop const& crop : query.crops) {
-            auto const window = crop.sensorId == sensorId && crop.kind != ReplayedCrop::Kind::Extra
-                                    ? windowOf(crop, rig)
-                                    : std::nullopt;
+            if (crop.sensorId != sensorId || crop.kind == ReplayedCrop::Kind::Extra) {
+                continue;
+            }
+            isOverridden = true;  // even where nobody knows what the crop shows
+            auto const window = windowOf(crop, rig);
             if (!window.has_value()) {
                 continue;
             }
-            isOverridden = true;
             seen.window = *window;
             if (crop.ports.empty() || count == 1) {
                 mSeen.push_back(seen);

@@ -8,16 +8,17 @@ namespace {
 using namespace NSCam;
 using namespace NSCam::Feature;
 
-CropPath heldByCaller(MRect const& crop) {
+CropPath heldByCaller(MRect const& crop, Domain domain) {
     CropPath path;
-    addStep(path, "in the caller's record before the query", {}, Domain::Tg, crop);
+    addStep(path, "in the caller's record before the query", {}, domain, crop);
     return path;
 }
 
-std::map<uint32_t, CropPath> heldByCaller(std::unordered_map<uint32_t, MRect> const& crops) {
+std::map<uint32_t, CropPath> heldByCaller(std::unordered_map<uint32_t, MRect> const& crops,
+                                          Domain domain) {
     std::map<uint32_t, CropPath> paths;
     for (auto const& [sensorId, crop] : crops) {
-        paths[sensorId] = heldByCaller(crop);
+        paths[sensorId] = heldByCaller(crop, domain);
     }
     return paths;
 }
@@ -46,7 +47,7 @@ Explained explain(Told& told, P1Question const& question) {
 
     for (auto const& [sensorId, ports] : question.before.tgCrops) {
         for (auto const& [port, crop] : ports) {
-            explained.ports[sensorId][port] = heldByCaller(crop);
+            explained.ports[sensorId][port] = heldByCaller(crop, Domain::Tg);
         }
     }
     auto const requestNo = question.request.requestNo;
@@ -78,8 +79,8 @@ Explained explain(Told& told, P2Question const& question) {
         explained.reason = {"P2 overrides are closed by a property", {}};
         return explained;
     }
-    explained.streams = heldByCaller(question.before.streamCrops);
-    explained.extras = heldByCaller(question.before.extraTgCrops);
+    explained.streams = heldByCaller(question.before.streamCrops, domainOfP2(told.mode()));
+    explained.extras = heldByCaller(question.before.extraTgCrops, Domain::Tg);
     auto const requestNo = question.request.requestNo;
     switch (told.mode()) {
         case ZoomOverrideMode::ByRequest:
