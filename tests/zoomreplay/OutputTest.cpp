@@ -41,12 +41,17 @@ class OutputTest : public ToolTest {
 };
 
 TEST_F(OutputTest, FullDiskKeepsTheOldReportAndTrace) {
+    write("e.jsonl", "");
     auto const before = readAll();
-    auto const report = run({"s.jsonl", "--report", "r.html"}, "", fullAfter(5000));
+    auto const report =
+        run({"s.jsonl", "--report", "r.html", "--compare", "e.jsonl"}, "", fullAfter(5000));
     auto const trace = run({"s.jsonl", "--trace", "t.json"}, "", fullAfter(100));
 
     EXPECT_EQ(report.status, 2);
-    EXPECT_EQ(report.err, "r.html: cannot write: File too large\n");
+    EXPECT_EQ(report.err,
+              "s.jsonl:1: getZoomOverrideMode: expected no result, got one\n"
+              "1 result differs, in 0 requests\n"
+              "r.html: cannot write: File too large\n");
     EXPECT_EQ(trace.status, 2);
     EXPECT_EQ(readAll(), before);
 }

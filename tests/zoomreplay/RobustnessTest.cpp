@@ -3,9 +3,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 
 #include "ToolTest.h"
+#include "base/LineReader.h"
 
 namespace zoomreplay::test {
 namespace {
@@ -83,6 +85,27 @@ TEST_F(RobustnessTest, EndlessLineIsRefused) {
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, "s.jsonl:2: longer than 1048576 bytes\n");
     EXPECT_EQ(result.out, kModeResult);
+}
+
+TEST_F(RobustnessTest, LinesAreWholeWhereverAChunkEnds) {
+    constexpr size_t kChunk = size_t{64} << 10U;
+    constexpr size_t kLongest = LineReader::kLongestLine;
+    for (size_t const middle : {kChunk, 2 * kChunk, kLongest, kLongest + kChunk}) {
+        for (size_t length = middle - 4; length < middle + 4; ++length) {
+            write("text", std::string(length, 'a') + "\nb\n\n//c");
+            LineReader reader(File::openInput(pathOf("text")), LineReader::LongLines::Cut);
+
+            EXPECT_EQ(reader.nextLine(), std::string(std::min(length, kLongest), 'a')) << length;
+            EXPECT_EQ(reader.nextLine(), "b");
+            EXPECT_EQ(reader.nextLine(), "");
+            EXPECT_FALSE(reader.isLastOpen());
+            EXPECT_EQ(reader.nextLine(), "//c");
+            EXPECT_TRUE(reader.isLastOpen());
+            EXPECT_EQ(reader.lineNumber(), 4U);
+            EXPECT_EQ(reader.nextLine(), std::nullopt);
+            EXPECT_EQ(reader.bytesRead(), length + 7);
+        }
+    }
 }
 
 // A pipeline that waits for an answer before it sends its next line.

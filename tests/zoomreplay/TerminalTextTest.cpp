@@ -44,6 +44,7 @@ class MessageTest : public ToolTest {};
 TEST_F(MessageTest, NamesAreShownSafely) {
     EXPECT_EQ(run({"a\u009B\u202E\x9B\u00E4"}).err,
               "a???\u00E4: cannot open: No such file or directory\n");
+    EXPECT_EQ(run({std::string(1001, 'a')}).err, std::string(1000, 'a') + "...\n");
     EXPECT_THAT(replay("{\"op\":\"onRequestDone\",\"request\u009BNo\":1}\n").err,
                 testing::EndsWith("there is request?No\n"));
 }

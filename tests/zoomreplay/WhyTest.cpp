@@ -87,8 +87,12 @@ Request 1, P1 of line 7 for 4.00x: overridden
 Request 2, P1 of line 8 for 4.00x: not overridden
   the metadata has no usable custom crops (line 6)
 )");
-    EXPECT_THAT(run({"why", "s.jsonl", "1", "--sensor", "3"}).err,
-                HasSubstr("request 1: has no crop of that sensor or port\n"));
+    EXPECT_EQ(run({"why", "s.jsonl", "1", "--sensor", "3"}).err,
+              "request 1: has no crop of that sensor or port\n");
+    EXPECT_EQ(run({"why", "s.jsonl", "1-2", "--port", "0x7002"}).err,
+              "request 1-2: has no crop of that sensor or port\n");
+    EXPECT_EQ(run({"why", "s.jsonl", "2", "--port", "0x7002"}).err, "");
+    EXPECT_EQ(run({"why", "s.jsonl", "7-9"}).err, "request 7-9: no line asks for its crops\n");
 }
 
 // The deposit is replaced, what the caller holds counts for one query, a request that is done may

@@ -9,6 +9,7 @@ import re
 import struct
 import subprocess
 import sys
+import tempfile
 import termios
 import time
 
@@ -49,6 +50,24 @@ def show_progress(zoomreplay):
     return text.decode()
 
 
+def show_part(zoomreplay):
+    """What stands there while nobody takes the results of a file of two chunks."""
+    ours, theirs = pty.openpty()
+    with tempfile.NamedTemporaryFile() as scenario:
+        scenario.write(b'{"op": "getZoomOverrideMode"}\n' * 4096)
+        scenario.flush()
+        process = subprocess.Popen([zoomreplay, scenario.name, "-o", "-"], stdout=subprocess.PIPE, stderr=theirs,
+                                   env={**os.environ, "TERM": "xterm"})
+        os.close(theirs)
+        process.stdout.read(1)
+        time.sleep(1.1)
+        process.communicate()
+    assert process.returncode == 0
+    text = os.read(ours, 4096)
+    os.close(ours)
+    return text.decode()
+
+
 def main():
     command = sys.argv[1:]
     narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
@@ -59,6 +78,9 @@ def main():
 
     progress = show_progress(command[0])
     assert re.fullmatch(r"\r256 lines  \d+ lines/s\x1b\[K\r\x1b\[K", progress), repr(progress)
+
+    part = show_part(command[0])
+    assert re.match(r"\r( 53|100) %  \d+ lines/s\x1b\[K\r", part), repr(part)
 
     readable, writable = os.pipe()
     os.close(readable)
