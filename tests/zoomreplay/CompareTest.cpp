@@ -11,13 +11,13 @@ namespace {
 std::string const kScenario = std::string(kSensor) +
                               R"({"op":"getZoomOverrideMode"}
 {"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[0,0,100,75]}
-{"op":"get3ACropSetting","requestNo":1,"zoomRatio":2,"need":{"zoomRatio":-0.0}}
+{"op":"get3ACropSetting","requestNo":1,"zoomRatio":2,"need":{"requestNo":16777217,"zoomRatio":-0.0}}
 )";
 std::string const kMode = R"({"line": 2, "op": "getZoomOverrideMode", "result": 0})";
 std::string const kFit =
     R"({"line": 3, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75]})";
 std::string const kNeed =
-    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": -1, "zoomRatio": -0.0, "mode": 0}})";
+    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": 16777217, "zoomRatio": -0.0, "mode": 0}})";
 
 struct Expectation {
     char const* name;
@@ -58,7 +58,10 @@ std::string const kFitOther =
 std::string const kFitFields =
     R"({"line": 3, "op": "correctTgCropRegion", "result": true, "x": {}})";
 std::string const kNeedPositive =
-    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": -1, "zoomRatio": 0, "mode": 0}})";
+    R"({"line": 4, "op": "get3ACropSetting", "result": false, "need": {"overrideValid": false, "requestNo": 16777217, "zoomRatio": 0, "mode": 0}})";
+std::string const kNeedFields =
+    R"({"line": 4, "op": "get3ACropSetting", "result": 0, "need": {"overrideValid": [], "requestNo": 16777216, "zoomRatio": -0e9, "mode": {"a": ")" +
+    std::string(200, 'b') + "\"}, \"x\": [{\"y\": -0, \"z\": 1.5}]}}";
 
 Expectation const kExpectations[] = {
     {"same", {kMode, kFit, kNeed}, 0, ""},
@@ -82,6 +85,19 @@ Expectation const kExpectations[] = {
      1,
      "s.jsonl:4: request 1: get3ACropSetting: need.zoomRatio: expected 0, got -0.0\n"
      "1 result differs, in 1 request\n"},
+    {"fields of records, numbers that a float does not tell apart, and long values",
+     {kMode, kFit, kNeedFields},
+     1,
+     "s.jsonl:4: request 1: get3ACropSetting: need.mode: expected {\"a\":\"" +
+         std::string(154, 'b') +
+         "..., got 0\n"
+         "s.jsonl:4: request 1: get3ACropSetting: need.overrideValid: expected [], got false\n"
+         "s.jsonl:4: request 1: get3ACropSetting: need.requestNo: expected 16777216, got "
+         "16777217\n"
+         "s.jsonl:4: request 1: get3ACropSetting: need.x: expected [{\"y\":0,\"z\":1.5}], got "
+         "nothing\n"
+         "s.jsonl:4: request 1: get3ACropSetting: result: expected 0, got false\n"
+         "1 result differs, in 1 request\n"},
     {"too few at the front",
      {kFit, kNeed},
      1,
@@ -264,6 +280,18 @@ TEST_F(CompareTest, MessagesDifferByMoreThanTheSourceLine) {
     EXPECT_EQ(other.status, 3);
     EXPECT_THAT(other.err,
                 testing::HasSubstr("s.jsonl:2: getHistoryCropNeedData: fatal: expected \"(isPort"));
+}
+
+// A run's addresses are its own.
+TEST_F(CompareTest, DebugLinesOfTwoRunsAreTheSame) {
+    std::string const scenario =
+        R"({"op":"property","name":"vendor.debug.camera.zoomOverride.log","value":2}
+{"op":"logger","detailsLevel":5}
+)" + ramp({1, 2}) +
+        R"({"op":"initialize","mode":"ExternalAPI"})";
+    write("e.jsonl", outputOf(replay(scenario, {"--log"})));
+    EXPECT_THAT(read("e.jsonl"), testing::HasSubstr("Ptr:0x"));
+    EXPECT_EQ(replay(scenario, {"--log", "--compare", "e.jsonl"}).err, "");
 }
 
 TEST_F(CompareTest, LogsCountWhereBothSidesHaveThem) {

@@ -1,4 +1,5 @@
-// The steps that made a crop, in words, with the lines that brought them.
+// The steps that made a crop, in words, with the lines that brought them. Whole answers are in
+// views/.
 #include "ToolTest.h"
 
 namespace zoomreplay::test {
@@ -6,60 +7,11 @@ namespace {
 
 using testing::HasSubstr;
 
-struct Question {
-    std::vector<std::string> arguments;  ///< an example's name and what is asked of it
-    std::vector<std::string> answer;     ///< parts of what is told, in their order
-};
-
-void PrintTo(Question const& question, std::ostream* out) {
-    *out << testing::PrintToString(question.arguments);
-}
-
-class WhyTest : public ToolTest, public testing::WithParamInterface<Question> {};
-
-TEST_P(WhyTest, TellsTheSteps) {
-    auto arguments = GetParam().arguments;
-    arguments.front() = EXAMPLES + arguments.front();
-    arguments.insert(arguments.begin(), "why");
-    auto const result = run(arguments);
-
-    EXPECT_EQ(result.status, 0) << result.err;
-    size_t place = 0;
-    for (std::string const& part : GetParam().answer) {
-        place = result.out.find(part, place);
-        ASSERT_NE(place, std::string::npos) << part << "\nis missing in\n" << result.out;
-    }
-}
-
-// The comments on top of the examples work the numbers out.
-Question const kQuestions[] = {
-    {{"by-request-settings.jsonl", "4"},
-     {"Request 4, P1 of line 38 for 2.00x: not overridden\n", "overrides P2 only\n",
-      "Request 4, P2 of line 39 for 2.00x: overridden\n",
-      "2x of the setting (line 36) for request 6, ahead of request 4, is not below the asked 2x\n",
-      "sensor 0, crop: (576, 324)/1152x648\n",
-      "(1152.7, 648.3)/2304.9x1296.5   active  preview crop of the setting (line 24)\n",
-      "active  the setting was renewed for request 6 (line 36)\n",
-      "(576, 324)/1152x648             TG      converted to sensor mode 1 (line 37), ",
-      "(576.35, 324.15)/1152.45x648.25", "sensor 0, second crop: (0, 150)/2304x995\n",
-      "active  second crop of the setting (line 24)\n",
-      "larger than the sensor's output of 2304x1296: shrunk"}},
-    {{"by-request-settings.jsonl", "5", "--sensor", "0"},
-     {"the setting is switched off (line 41)\n"}},
-    {{"external-zoom-ramp.jsonl", "10", "--sensor", "1", "--port", "0x7002"},
-     {"(line 71) is below the asked 2.4x: P1 shows the wider view\n",
-      "sensor 1, port 0x7002: (818, 460)/668x375\n",
-      "(0, 0)/4608x2592                active  2x is published (line 71)\n",
-      "(1636, 920)/1336x751            active  mapped for 2x ", "(818, 460)/668x375.5",
-      "the bundle port 0x7002 takes the crop of port 0x7001"}},
-};
-INSTANTIATE_TEST_SUITE_P(Examples, WhyTest, testing::ValuesIn(kQuestions));
-
-using WhyStateTest = ToolTest;
+using WhyTest = ToolTest;
 
 // Stream ...1 is grown to stream ...2, which it follows, and moved; ...2 has no crop of its own.
 // The second query gets the first one's answer, whatever has come since.
-TEST_F(WhyStateTest, TellsOfStreamsAndOfKeptAnswers) {
+TEST_F(WhyTest, TellsOfStreamsAndOfKeptAnswers) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":3}
 {"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000001":[64,48],"0x70020000000002":[640,480]},"constraintStreams":{"0x70010000000001":"0x70020000000002"}}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,4400,0,400,300]},"streamIdMap":{"1":"0x70010000000001"}}
@@ -97,7 +49,7 @@ Request 2, P1 of line 8 for 4.00x: not overridden
 
 // The deposit is replaced, what the caller holds counts for one query, a request that is done may
 // come again, a mode's size is the first that was asked for, and a new mode knows no angles.
-TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
+TEST_F(WhyTest, StaysInStepWithTheLibrary) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
 {"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":90.12345,"degreeV":60,"activeArray":[0,0,4608,2592]}}}
 {"op":"configSensorBehaviorInfo","portSizes":{"0":{"3":[2304,1296]}}}
@@ -129,18 +81,6 @@ TEST_F(WhyStateTest, StaysInStepWithTheLibrary) {
                        HasSubstr("port 0x7003: (0, 0)/2304x1296\n"
                                  "    (0, 0)/4608x2592                active  1x is "
                                  "published (line 14)\n")));
-}
-
-// Half of it is beyond the upper edge, and then the right one.
-TEST_F(WhyStateTest, RectanglesAreThoseOfTheirSteps) {
-    write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"}
-{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1}}
-{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[10000.125,-64,100,100]}}}
-{"op":"getP2CropSetting","requestNo":1,"zoomRatio":1}
-)");
-    EXPECT_THAT(outputOf(run({"why", "s.jsonl", "1"})),
-                testing::AllOf(HasSubstr("    (10000.125, -64)/100x100 "),
-                               HasSubstr("    (5000, 0)/50x50 ")));
 }
 
 }  // namespace
