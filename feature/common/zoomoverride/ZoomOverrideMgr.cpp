@@ -42,6 +42,27 @@ std::unique_ptr<ZoomOverrideBase> makeStrategy(ZoomOverrideMode mode,
     return nullptr;  // also for values that pipelines make up
 }
 
+/// What the manager forwards to the strategy of a mode; in others it ignores it.
+struct Forwarded {
+    bool sensors;
+    bool metadata;
+    bool settings;
+};
+
+constexpr Forwarded forwardedIn(ZoomOverrideMode mode) {
+    switch (mode) {
+        case ZoomOverrideMode::ExternalAPI:
+            return {.sensors = true, .metadata = false, .settings = false};
+        case ZoomOverrideMode::ByRequest:
+            return {.sensors = false, .metadata = false, .settings = true};
+        case ZoomOverrideMode::InstantRequest:
+            return {.sensors = false, .metadata = true, .settings = false};
+        case ZoomOverrideMode::None:
+            break;
+    }
+    return {};
+}
+
 /// The answer of a manager without a strategy. What else the need holds stays the caller's.
 bool answerWithoutStrategy(ZoomOverrideNeedHeader& need) {
     need.overrideValid = false;
@@ -143,7 +164,7 @@ ZoomOverrideMode ZoomOverrideMgr::getZoomOverrideMode() {
 
 bool ZoomOverrideMgr::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ExternalAPI) {
+    if (forwardedIn(mMode).sensors) {
         mStrategy->configFspInfo(config);
     }
     return true;
@@ -151,7 +172,7 @@ bool ZoomOverrideMgr::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
 
 bool ZoomOverrideMgr::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ExternalAPI) {
+    if (forwardedIn(mMode).sensors) {
         mStrategy->configSensorInfo(config);
     }
     return true;
@@ -166,7 +187,7 @@ bool ZoomOverrideMgr::configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoCon
 bool ZoomOverrideMgr::storeOverrideSetting(
     IMetadata const* metadata, std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::InstantRequest) {
+    if (forwardedIn(mMode).metadata) {
         mStrategy->storeOverrideSetting(metadata, streamIdMap);
     }
     return true;
@@ -176,7 +197,7 @@ bool ZoomOverrideMgr::storeOverrideSetting(uint32_t requestNo, OverrideNotice no
                                            std::shared_ptr<ZoomOverrideSetting> setting) {
     std::shared_ptr<ZoomOverrideSetting> replaced;  // as in initialize
     std::lock_guard const guard(mLock);
-    if (mMode == ZoomOverrideMode::ByRequest) {
+    if (forwardedIn(mMode).settings) {
         mStrategy->storeOverrideSetting(requestNo, notice, setting);
         if (notice != OverrideNotice::Repeating) {
             replaced = std::exchange(mKeptSetting, std::move(setting));
