@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "scenario/text/Modes.h"
+
 namespace Bench {
 
 /// What is measured. One object at a time: the manager is one for the whole process.
@@ -48,6 +50,23 @@ Case makeCase(std::string name, int calls, Args... args) {
 std::vector<Case> instantRequestCases();
 std::vector<Case> byRequestCases();
 std::vector<Case> externalApiCases();
+
+/// The cases of a mode.
+inline std::vector<Case> casesOf(NSCam::Feature::ZoomOverrideMode mode) {
+    using NSCam::Feature::ZoomOverrideMode;
+    switch (mode) {
+        case ZoomOverrideMode::ExternalAPI:
+            return externalApiCases();
+        case ZoomOverrideMode::ByRequest:
+            return byRequestCases();
+        case ZoomOverrideMode::InstantRequest:
+            return instantRequestCases();
+        case ZoomOverrideMode::None:
+            break;
+    }
+    return {};
+}
+
 std::vector<Case> geometryCases();
 std::vector<Case> logCases();
 
@@ -57,10 +76,15 @@ std::vector<Case> yardstickCases();
 /// All cases but the yardstick's.
 inline std::vector<Case> moduleCases() {
     std::vector<Case> all;
-    for (auto const& cases : {instantRequestCases(), byRequestCases(), externalApiCases(),
-                              geometryCases(), logCases()}) {
+    auto const add = [&all](std::vector<Case> const& cases) {
         all.insert(all.end(), cases.begin(), cases.end());
+    };
+    auto const modes = scenario::overridingModes();
+    for (auto mode = modes.rbegin(); mode != modes.rend(); ++mode) {
+        add(casesOf(*mode));
     }
+    add(geometryCases());
+    add(logCases());
     return all;
 }
 

@@ -16,7 +16,7 @@
 #include "host/PropertyStore.h"
 #include "host/SensorTable.h"
 #include "scenario/text/JsonText.h"
-#include "scenario/text/ModeNames.h"
+#include "scenario/text/Modes.h"
 
 namespace {
 

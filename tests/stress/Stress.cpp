@@ -29,6 +29,7 @@
 #include "IZoomOverrideMgr.h"
 #include "ZoomOverrideContract.h"
 #include "host/SensorTable.h"
+#include "scenario/text/Modes.h"
 
 namespace NSCam::Feature {
 namespace {
@@ -111,18 +112,27 @@ class Worker {
 
     void store(ZoomOverrideMode mode) {
         float const ratio = kRatios[pick(kRatios.size())];
-        if (mode == ZoomOverrideMode::InstantRequest) {
-            IMetadata metadata;
-            metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{ratio}));
-            metadata.update(kCustomStreamCropTag,
-                            IMetadata::IEntry(std::vector{7, 10, 10, 40, 30}));
-            call().storeOverrideSetting(&metadata, {{7, static_cast<uint64_t>(kPreview)}});
-        } else if (mode == ZoomOverrideMode::ByRequest) {
-            storeSetting(ratio);
-        } else {
-            mWriter->publish(std::make_shared<v3::CustomZoomRatioOverride>(
-                v3::CustomZoomRatioOverride{ratio, true}));
+        switch (mode) {
+            case ZoomOverrideMode::InstantRequest:
+                storeMetadata(ratio);
+                break;
+            case ZoomOverrideMode::ByRequest:
+                storeSetting(ratio);
+                break;
+            case ZoomOverrideMode::ExternalAPI:
+                mWriter->publish(std::make_shared<v3::CustomZoomRatioOverride>(
+                    v3::CustomZoomRatioOverride{ratio, true}));
+                break;
+            case ZoomOverrideMode::None:
+                break;
         }
+    }
+
+    void storeMetadata(float ratio) {
+        IMetadata metadata;
+        metadata.update(kZoomRatioTag, IMetadata::IEntry(std::vector{ratio}));
+        metadata.update(kCustomStreamCropTag, IMetadata::IEntry(std::vector{7, 10, 10, 40, 30}));
+        call().storeOverrideSetting(&metadata, {{7, static_cast<uint64_t>(kPreview)}});
     }
 
     void storeSetting(float ratio) {
@@ -275,8 +285,7 @@ void defineSensor() {
 }
 
 Round roundOf(uint32_t number) {
-    constexpr std::array kModes{ZoomOverrideMode::InstantRequest, ZoomOverrideMode::ByRequest,
-                                ZoomOverrideMode::ExternalAPI};
+    static auto const kModes = scenario::overridingModes();
     return {kModes[number % kModes.size()], number / kModes.size() % 2 == 0};
 }
 

@@ -7,7 +7,7 @@
 
 #include "ToolTest.h"
 #include "replay/Operations.h"
-#include "scenario/text/ModeNames.h"
+#include "scenario/text/Modes.h"
 #include "scenario/text/RecordFields.h"
 
 namespace zoomreplay::test {

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "scenario/text/ModeNames.h"
+#include "scenario/text/Modes.h"
 
 #include "ZoomOverrideContract.h"
 

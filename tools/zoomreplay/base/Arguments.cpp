@@ -7,6 +7,7 @@
 
 #include "File.h"
 #include "scenario/json/NearMiss.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 
@@ -52,6 +53,14 @@ std::optional<ExitStatus> parseArguments(CLI::App& app, int argc, char const* co
     }
     complain("Try " + app.get_name() + " --help.");
     return ExitStatus::BadInput;
+}
+
+std::map<std::string, NSCam::Feature::ZoomOverrideMode> overridingModesByName() {
+    std::map<std::string, NSCam::Feature::ZoomOverrideMode> modes;
+    for (auto const mode : overridingModes()) {
+        modes.emplace(nameOf(mode), mode);
+    }
+    return modes;
 }
 
 }  // namespace zoomreplay

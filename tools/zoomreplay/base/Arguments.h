@@ -2,9 +2,12 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <optional>
+#include <string>
 
 #include "Messages.h"
+#include "ZoomOverrideTypes.h"
 
 namespace zoomreplay {
 
@@ -12,5 +15,8 @@ namespace zoomreplay {
 /// @return how the run ends when app shows its help or version, or does not understand its
 ///     arguments; empty when it goes on.
 std::optional<ExitStatus> parseArguments(CLI::App& app, int argc, char const* const* argv);
+
+/// What an option can choose from that takes a zoom override mode: all but None.
+std::map<std::string, NSCam::Feature::ZoomOverrideMode> overridingModesByName();
 
 }  // namespace zoomreplay

@@ -1,7 +1,6 @@
 // The command line of import-watch.
 #include "ImportWatch.h"
 
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,7 +11,6 @@
 #include "WatchLog.h"
 #include "base/Arguments.h"
 #include "base/Output.h"
-#include "scenario/text/ModeNames.h"
 
 namespace zoomreplay {
 namespace {
@@ -135,12 +133,7 @@ void import(PhoneText& text, std::optional<std::string> const& camera, Scenario&
 }  // namespace
 
 ExitStatus importWatch(int argc, char const* const* argv) {
-    std::map<std::string, ZoomOverrideMode> modes;
-    for (auto const mode : scenario::allModes()) {
-        if (mode != ZoomOverrideMode::None) {
-            modes.emplace(scenario::nameOf(mode), mode);
-        }
-    }
+    auto const modes = overridingModesByName();
     std::string logPath;
     std::string rigPath;
     std::string scenarioPath = "-";

@@ -5,9 +5,10 @@
 #include <array>
 #include <map>
 
+#include "CustomZoomRatioOverride.h"
 #include "SensorCrops.h"
-#include "scenario/text/JsonText.h"
-#include "scenario/text/ModeNames.h"
+#include "scenario/text/Line.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 
@@ -40,11 +41,11 @@ char const* commentOf(ZoomOverrideMode mode) {
 }
 
 // Where the phone logs no time, none is written.
-void appendTime(std::string& out, uint64_t nanoseconds) {
+void end(Line& line, uint64_t nanoseconds) {
     if (nanoseconds > 0) {
-        out += ", \"t\": ";
-        appendNumber(out, nanoseconds);
+        line.number("t", nanoseconds);
     }
+    line.end();
 }
 
 int64_t streamOf(RigSensor const& sensor) {
@@ -109,7 +110,7 @@ Session::Session(File& scenario, PhoneRig const& rig, ZoomOverrideMode mode)
 
 void Session::request(WatchedFrame const& frame) {
     Request const request = makeRequest(frame);
-    if (mMode == ZoomOverrideMode::ByRequest) {
+    if (isWrittenLate()) {
         if (mLatest.has_value()) {
             write(*mLatest, request);
         }
@@ -127,22 +128,22 @@ void Session::observe(WatchedFrame const& frame) {
     if (request == mRecent.rend() || (!zoomRatio && !cropRegion && !activeId)) {
         return;
     }
-    std::string line = R"({"op": "observed", "requestNo": )" + std::to_string(request->number);
+    Line line(request->number > mNumber ? mHeld : mOut, "observed");
+    line.field("requestNo", request->number);
     if (zoomRatio.has_value()) {
-        appendField(line, "zoomRatio", *zoomRatio);
+        line.field("zoomRatio", *zoomRatio);
     }
     if (cropRegion.has_value()) {
-        appendField(line, "cropRegion", *cropRegion);
+        line.field("cropRegion", *cropRegion);
     }
     if (activeId.has_value()) {
-        appendField(line, "activePhysicalId", std::string_view(*activeId));
+        line.field("activePhysicalId", std::string_view(*activeId));
     }
-    appendTime(line, frame.time);
-    (request->number > mNumber ? mHeld : mOut) += line + "}\n";
+    end(line, frame.time);
 }
 
 void Session::finish() {
-    if (mMode == ZoomOverrideMode::ByRequest && mLatest.has_value()) {
+    if (isWrittenLate() && mLatest.has_value()) {
         write(*mLatest, *mLatest);
     }
     flush();
@@ -151,6 +152,18 @@ void Session::finish() {
 void Session::flush() {
     mScenario.write(mOut);
     mOut.clear();
+}
+
+// A setting counts for the request after its own: what that asks for must be known.
+bool Session::isWrittenLate() const {
+    return traitsOf(mMode).source == OverrideSource::Setting;
+}
+
+template <typename Write>
+void Session::add(char const* op, Write write) {
+    Line line(mOut, op);
+    write(line);
+    end(line, mTime);
 }
 
 std::string Session::complaint() const {
@@ -189,27 +202,25 @@ void Session::write(Request const& request, Request const& source) {
             (request.frame.isZoomedByRegion ? ", zoomed by its crop region\n" : "\n");
     mNumber = request.number;
     mTime = request.frame.time;
-    switch (mMode) {
-        case ZoomOverrideMode::ExternalAPI:
+    switch (traitsOf(mMode).source) {
+        case OverrideSource::Published:
             writePublish(source);
             break;
-        case ZoomOverrideMode::ByRequest:
+        case OverrideSource::Setting:
             writeSetting(source);
             break;
-        case ZoomOverrideMode::InstantRequest:
+        case OverrideSource::Metadata:
             writeMetadata(source);
             break;
-        case ZoomOverrideMode::None:
+        case OverrideSource::None:
             break;
     }
     writeDeposit();
     writeQuery("getP1CropSetting", request.zoomRatio);
-    if (mMode != ZoomOverrideMode::InstantRequest) {  // a P2 query would stop the process
+    if (traitsOf(mMode).answersP2) {
         writeQuery("getP2CropSetting", request.zoomRatio);
     }
-    begin("onRequestDone");
-    appendField(mOut, "requestNo", mNumber);
-    end();
+    add("onRequestDone", [&](Line& line) { line.field("requestNo", mNumber); });
     mOut += mHeld;
     mHeld.clear();
     if (mOut.size() > kChunk) {
@@ -225,100 +236,80 @@ void Session::writeSetUp() {
     for (auto const& line : mRig.platformLines) {
         mOut.append(line).append("\n");
     }
-    begin("initialize");
-    appendField(mOut, "mode", scenario::nameOf(mMode));
-    end();
+    add("initialize", [&](Line& line) { line.word("mode", nameOf(mMode)); });
     for (auto const& line : mRig.configLines) {
         mOut.append(line).append("\n");
     }
-    if (mMode == ZoomOverrideMode::ExternalAPI && !mRig.hasPorts) {
+    if (traitsOf(mMode).takesSensors && !mRig.hasPorts) {
         writePorts();
     }
 }
 
 // Without a port there is no P1 crop.
 void Session::writePorts() {
-    std::map<uint32_t, std::map<uint32_t, MSize>> ports;
+    NSCam::Feature::ZoomOverrideSensorBehaviorInfoConfig config;
     for (auto const& sensor : mRig.sensors) {
-        ports[sensor.id] = {{NSCam::Feature::P1Port::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
+        config.portSizes[sensor.id] = {
+            {NSCam::Feature::P1Port::P1_PORT_R1 & 0xFFU, sensor.modeSize}};
     }
-    begin("configSensorBehaviorInfo");
-    appendField(mOut, "portSizes", ports);
-    end();
+    add("configSensorBehaviorInfo", [&](Line& line) { line.fields(config); });
 }
 
 void Session::writePublish(Request const& source) {
-    begin("publish");
-    appendField(mOut, "zoomRatio", source.zoomRatio);
-    appendField(mOut, "enable", true);
-    end();
+    NSCam::v3::CustomZoomRatioOverride const entry{.zoomRatio = source.zoomRatio, .enable = true};
+    add("publish", [&](Line& line) { line.fields(entry); });
 }
 
 void Session::writeSetting(Request const& source) {
     auto const crops = cropsOf(source.frame.values, mRig.sensors);
-    begin("storeOverrideSetting");
-    appendField(mOut, "requestNo", mNumber + 1);
-    mOut += R"(, "setting": {"overrideValid": true)";
-    appendField(mOut, "requestNo", mNumber + 1);
-    appendField(mOut, "zoomRatio", source.zoomRatio);
+    std::string text;
+    Object setting(text);
+    setting.field("overrideValid", true)
+        .field("requestNo", mNumber + 1)
+        .field("zoomRatio", source.zoomRatio);
     if (auto const master = crops.find(mRig.sensors.front().id); master != crops.end()) {
-        appendField(mOut, "overrideRect", master->second);
+        setting.field("overrideRect", master->second);
     }
-    appendField(mOut, "previewAaCrops", crops);
-    mOut += '}';
-    end();
+    setting.field("previewAaCrops", crops).end();
+    add("storeOverrideSetting",
+        [&](Line& line) { line.field("requestNo", mNumber + 1).json("setting", text); });
 }
 
 // A sensor's crop is for its first stream, which is the preview of most applications.
 void Session::writeMetadata(Request const& source) {
     auto const tables = tablesOf(mRig);
-    begin("storeOverrideSetting");
-    mOut += R"(, "metadata": {"zoomRatio": )";
-    appendJson(mOut, source.zoomRatio);
-    std::string items;
+    std::vector<int32_t> items;
     std::map<uint32_t, int64_t> streams;
     for (auto const& [sensorId, crop] : cropsOf(source.frame.values, mRig.sensors)) {
-        for (int32_t const item :
-             {static_cast<int32_t>(sensorId), crop.x, crop.y, crop.w, crop.h}) {
-            items.append(items.empty() ? "" : ", ").append(std::to_string(item));
-        }
+        items.insert(items.end(), {static_cast<int32_t>(sensorId), crop.x, crop.y, crop.w, crop.h});
     }
     for (auto const& sensor : mRig.sensors) {
         streams.emplace(sensor.id, firstStreamOf(tables, sensor.id).value_or(streamOf(sensor)));
     }
-    mOut += R"(, "customStreamCrops": [)" + items + "]}";
-    appendField(mOut, "streamIdMap", streams);
-    end();
+    std::string metadata;
+    Object(metadata).field("zoomRatio", source.zoomRatio).field("customStreamCrops", items).end();
+    add("storeOverrideSetting",
+        [&](Line& line) { line.json("metadata", metadata).field("streamIdMap", streams); });
 }
 
 void Session::writeDeposit() {
-    begin("setRunTimeCropNeedData");
-    appendField(mOut, "requestNo", mNumber);
-    if (mNumber == 1) {
-        auto const tables = tablesOf(mRig);
-        appendField(mOut, "sensorModes", tables.sensorModes);
-        appendField(mOut, "streamSizes", tables.streamSizes);
-    } else {
-        appendField(mOut, "notice", std::string_view("repeating"));
-    }
-    end();
+    add("setRunTimeCropNeedData", [&](Line& line) {
+        line.field("requestNo", mNumber);
+        if (mNumber == 1) {
+            auto const tables = tablesOf(mRig);
+            line.field("sensorModes", tables.sensorModes).field("streamSizes", tables.streamSizes);
+        } else {
+            line.word("notice", "repeating");
+        }
+    });
 }
 
 void Session::writeQuery(char const* op, float zoomRatio) {
-    begin(op);
-    appendField(mOut, "requestNo", mNumber);
-    appendField(mOut, "zoomRatio", zoomRatio);
-    appendField(mOut, "sensorId", mRig.sensors.front().id);
-    end();
-}
-
-void Session::begin(char const* op) {
-    mOut.append(R"({"op": ")").append(op).append("\"");
-}
-
-void Session::end() {
-    appendTime(mOut, mTime);
-    mOut += "}\n";
+    NSCam::Feature::ZoomOverrideRequest const request{
+        .requestNo = mNumber,
+        .zoomRatio = zoomRatio,
+        .sensorId = static_cast<int32_t>(mRig.sensors.front().id)};
+    add(op, [&](Line& line) { line.fields(request); });
 }
 
 }  // namespace zoomreplay

@@ -52,13 +52,18 @@ class Session : public WatchFollower {
     void writeMetadata(Request const& source);
     void writeDeposit();
     void writeQuery(char const* op, float zoomRatio);
-    void begin(char const* op);
-    void end();
+
+    /// Whether a request waits for the one after it.
+    bool isWrittenLate() const;
+
+    /// Adds a line; write adds its fields.
+    template <typename Write>
+    void add(char const* op, Write write);
 
     File& mScenario;
     PhoneRig const& mRig;
     NSCam::Feature::ZoomOverrideMode mMode;
-    std::optional<Request> mLatest;  // in ByRequest mode not written yet
+    std::optional<Request> mLatest;  // not written yet where requests are written late
     std::deque<Request> mRecent;     // what results may still come for
     uint32_t mNumber = 0;            // of the request in hand, the last one written
     uint64_t mTime = 0;              // of the lines in hand

@@ -8,6 +8,7 @@
 #include "report/PageText.h"
 #include "report/RequestData.h"
 #include "scenario/text/Line.h"
+#include "scenario/text/Modes.h"
 #include "scenario/text/RecordFields.h"
 
 namespace zoomreplay {
@@ -44,7 +45,7 @@ Json linesOf(WhatIf const& question) {
 }  // namespace
 
 bool canBeAsked(ReplayedRequest const& request) {
-    return request.mode == NSCam::Feature::ZoomOverrideMode::ExternalAPI &&
+    return scenario::traitsOf(request.mode).source == scenario::OverrideSource::Published &&
            request.data != nullptr &&
            std::any_of(request.queries.begin(), request.queries.end(), isCropQuery);
 }

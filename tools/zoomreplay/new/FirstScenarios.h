@@ -1,11 +1,11 @@
 // The examples that explain themselves line by line, one for each zoom override mode.
 #pragma once
 
+#include "ZoomOverrideTypes.h"
+
 namespace zoomreplay {
 
-// FirstScenarios.cpp.in becomes their definitions when the tool is built.
-extern char const* const kExternalFirst;
-extern char const* const kByRequestFirst;
-extern char const* const kInstantFirst;
+/// Empty for None. FirstScenarios.cpp.in becomes its definition when the tool is built.
+char const* firstScenarioOf(NSCam::Feature::ZoomOverrideMode mode);
 
 }  // namespace zoomreplay

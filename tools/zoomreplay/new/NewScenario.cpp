@@ -1,7 +1,6 @@
 // The command line of new.
 #include "NewScenario.h"
 
-#include <map>
 #include <string>
 
 #include "FirstScenarios.h"
@@ -23,9 +22,7 @@ Examples:
 }  // namespace
 
 ExitStatus newScenario(int argc, char const* const* argv) {
-    std::map<std::string, char const*> const scenarios{{"ExternalAPI", kExternalFirst},
-                                                       {"ByRequest", kByRequestFirst},
-                                                       {"InstantRequest", kInstantFirst}};
+    auto const modes = overridingModesByName();
     std::string path;
     std::string mode = "InstantRequest";
     CLI::App app("Writes a first scenario, ready to replay and to change.", "zoomreplay new");
@@ -34,14 +31,14 @@ ExitStatus newScenario(int argc, char const* const* argv) {
         ->required()
         ->type_name("");
     app.add_option("--mode", mode, "The zoom override mode")
-        ->check(CLI::IsMember(scenarios))
+        ->check(CLI::IsMember(modes))
         ->type_name("MODE")
         ->capture_default_str();
     if (auto const status = parseArguments(app, argc, argv)) {
         return *status;
     }
 
-    Output(path).create(scenarios.at(mode));
+    Output(path).create(firstScenarioOf(modes.at(mode)));
     return ExitStatus::Success;
 }
 

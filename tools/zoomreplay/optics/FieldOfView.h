@@ -8,6 +8,7 @@
 
 #include "ZoomOverrideTypes.h"
 #include "host/SensorTable.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 
@@ -42,16 +43,7 @@ enum class Domain { ActiveArray, Tg };
 
 /// The domain of the P2 crops of a mode; extra crops are TG crops in every mode.
 constexpr Domain domainOfP2(NSCam::Feature::ZoomOverrideMode mode) {
-    using NSCam::Feature::ZoomOverrideMode;
-    switch (mode) {
-        case ZoomOverrideMode::ExternalAPI:
-            return Domain::ActiveArray;
-        case ZoomOverrideMode::None:
-        case ZoomOverrideMode::ByRequest:
-        case ZoomOverrideMode::InstantRequest:
-            return Domain::Tg;
-    }
-    return Domain::Tg;
+    return scenario::traitsOf(mode).isP2InActiveArray ? Domain::ActiveArray : Domain::Tg;
 }
 
 /// What a crop sees along one axis, in degrees off the optical axis; right and down are positive.

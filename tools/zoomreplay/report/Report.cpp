@@ -12,7 +12,7 @@
 #include "PageText.h"
 #include "RequestData.h"
 #include "RigData.h"
-#include "scenario/text/ModeNames.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 namespace {

@@ -3,9 +3,11 @@
 #include "Properties.h"
 #include "ZoomOverrideContract.h"
 #include "host/LogCapture.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 
+using namespace scenario;
 using namespace NSCam;
 using namespace NSCam::Feature;
 
@@ -37,14 +39,14 @@ void Told::takeKind(uint64_t /*line*/, InitializeInput const& input) {
 }
 
 void Told::takeKind(uint64_t line, SensorInfoInput const& input) {
-    if (mMode == ZoomOverrideMode::ExternalAPI) {
+    if (traitsOf(mMode).takesSensors) {
         mAngles = {{input.config.sensorIds, input.config.sensorInfos}, line};
         mMapper = nullptr;
     }
 }
 
 void Told::takeKind(uint64_t line, FspInput const& input) {
-    if (mMode == ZoomOverrideMode::ExternalAPI) {
+    if (traitsOf(mMode).takesSensors) {
         mFsp = {input.config, line};
     }
 }
@@ -61,7 +63,7 @@ void Told::takeKind(uint64_t line, DepositInput const& input) {
 }
 
 void Told::takeKind(uint64_t line, MetadataInput const& input) {
-    if (mMode != ZoomOverrideMode::InstantRequest) {
+    if (traitsOf(mMode).source != OverrideSource::Metadata) {
         return;
     }
     mMetadata.line = line;
@@ -85,7 +87,7 @@ void Told::takeKind(uint64_t line, MetadataInput const& input) {
 }
 
 void Told::takeKind(uint64_t line, SettingInput const& input) {
-    if (mMode != ZoomOverrideMode::ByRequest) {
+    if (traitsOf(mMode).source != OverrideSource::Setting) {
         return;
     }
     if (input.notice != OverrideNotice::Repeating) {

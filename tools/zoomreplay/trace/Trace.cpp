@@ -4,6 +4,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "scenario/text/Modes.h"
+
 namespace zoomreplay {
 
 using namespace NSCam;
@@ -268,10 +270,23 @@ void Trace::showArrows(bool isOverridden) {
     if (auto const* request = findRequest()) {
         mEvents.arrow(kCalls, request->deposit, track, mLine.time.start);
     }
-    auto const& handedOver = mMode == ZoomOverrideMode::ExternalAPI ? mPublished : mSetting;
+    auto const handedOver = overrideHandedOver();
     if (isOverridden && handedOver.has_value()) {
         mEvents.arrow(kCalls, *handedOver, track, mLine.time.start);
     }
+}
+
+std::optional<int64_t> Trace::overrideHandedOver() const {
+    switch (scenario::traitsOf(mMode).source) {
+        case scenario::OverrideSource::Published:
+            return mPublished;
+        case scenario::OverrideSource::Setting:
+        case scenario::OverrideSource::Metadata:
+            return mSetting;
+        case scenario::OverrideSource::None:
+            break;
+    }
+    return std::nullopt;
 }
 
 CropContext Trace::context(Explained const& explained) {

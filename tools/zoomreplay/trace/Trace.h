@@ -77,6 +77,9 @@ class Trace : public OutcomeConsumer {
     void showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer);
     Track useTrack(Stage stage);
     void showArrows(bool isOverridden);
+
+    /// When the override was that the mode takes; empty without one.
+    std::optional<int64_t> overrideHandedOver() const;
     CropContext context(Explained const& explained);
 
     TraceEvents mEvents;
