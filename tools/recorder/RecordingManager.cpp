@@ -6,11 +6,18 @@
 #include <exception>
 
 #include "BootClock.h"
+#include "IMetadata.h"
+#include "ZoomOverrideContract.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomrecorder {
 
 using namespace NSCam;
 using namespace NSCam::Feature;
+
+using scenario::Line;
+using scenario::Object;
+using scenario::OverrideSource;
 
 namespace {
 
@@ -38,6 +45,30 @@ class Timed {
     CallRecorder& mRecorder;
     int64_t const mBegin;
 };
+
+void addNotice(Line& line, OverrideNotice notice) {
+    if (notice != OverrideNotice::Default) {
+        line.field("notice", notice);
+    }
+}
+
+// Only what the manager reads of it. A null pointer lacks all tags.
+std::string textOf(IMetadata const* metadata) {
+    std::string text;
+    Object object(text);
+    float zoomRatio = 0.0F;
+    if (IMetadata::getEntry(metadata, kZoomRatioTag, zoomRatio, 0)) {
+        object.field("zoomRatio", zoomRatio);
+    }
+    auto const crops =
+        metadata == nullptr ? IMetadata::IEntry{} : metadata->entryFor(kCustomStreamCropTag, 0);
+    std::vector<int32_t> items;
+    for (uint32_t i = 0; i < crops.count(); ++i) {
+        items.push_back(crops.itemAt<int32_t>(i));
+    }
+    object.table("customStreamCrops", items).end();
+    return text;
+}
 
 RecordingManager* theManager = nullptr;  // the handlers of a fork take no context
 
@@ -67,130 +98,187 @@ void RecordingManager::afterForkInChild() {
 // Written first: a call that ends the process is the one that matters most. The module looks itself
 // up by the symbol that the recorder has taken over, so its strategies call back through here;
 // those calls are the module's own, and a replay makes them by itself.
-template <typename Write, typename Call>
-auto RecordingManager::record(Write write, Call call) {
+template <typename Record, typename Call>
+auto RecordingManager::recorded(Record record, Call call) {
     if (mIsForkedChild) {
-        return call(*mReal);
+        return call();
     }
     std::lock_guard const guard(mLock);
     if (mIsForwarding || mRecorder->hasFailed()) {
-        return call(*mReal);
+        return call();
     }
     Raised const forwarding(mIsForwarding);
     try {
-        write(*mRecorder);
+        record();
     } catch (std::exception const& e) {
         mRecorder->giveUp(e.what());
     }
-    return call(*mReal);
+    return call();
 }
 
 template <typename Write, typename Call>
-auto RecordingManager::recordQuery(Write write, Call call) {
-    return record(write, [&](IZoomOverrideMgr& real) {
-        Timed const timed(*mRecorder);
-        return call(real);
-    });
+auto RecordingManager::record(LineSubject subject, char const* op, Write write, Call call) {
+    return recorded([&] { mRecorder->add(subject, op, write); }, call);
 }
 
-bool RecordingManager::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
-    return record([&](CallRecorder& recorder) { recorder.configFspInfo(config); },
-                  [&](IZoomOverrideMgr& real) { return real.configFspInfo(config); });
-}
-
-bool RecordingManager::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
-    return record([&](CallRecorder& recorder) { recorder.configSensorInfo(config); },
-                  [&](IZoomOverrideMgr& real) { return real.configSensorInfo(config); });
-}
-
-bool RecordingManager::getP1CropSetting(ZoomOverrideRequest const& request,
-                                        ZoomOverrideP1Need& need) {
-    return recordQuery(
-        [&](CallRecorder& recorder) { recorder.getP1CropSetting(request, need); },
-        [&](IZoomOverrideMgr& real) { return real.getP1CropSetting(request, need); });
-}
-
-bool RecordingManager::getP2CropSetting(ZoomOverrideRequest const& request,
-                                        ZoomOverrideP2Need& need, bool manual) {
-    return recordQuery(
-        [&](CallRecorder& recorder) { recorder.getP2CropSetting(request, need, manual); },
-        [&](IZoomOverrideMgr& real) { return real.getP2CropSetting(request, need, manual); });
-}
-
-bool RecordingManager::get3ACropSetting(ZoomOverrideRequest const& request,
-                                        ZoomOverride3ANeed& need) {
-    return recordQuery(
-        [&](CallRecorder& recorder) { recorder.get3ACropSetting(request, need); },
-        [&](IZoomOverrideMgr& real) { return real.get3ACropSetting(request, need); });
-}
-
-bool RecordingManager::storeOverrideSetting(
-    IMetadata const* metadata, std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
-    return record(
-        [&](CallRecorder& recorder) { recorder.storeOverrideSetting(metadata, streamIdMap); },
-        [&](IZoomOverrideMgr& real) { return real.storeOverrideSetting(metadata, streamIdMap); });
-}
-
-bool RecordingManager::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
-                                            std::shared_ptr<ZoomOverrideSetting> setting) {
-    return record(
-        [&](CallRecorder& recorder) {
-            recorder.storeOverrideSetting(requestNo, notice, setting.get());
+template <typename Need, typename Call>
+auto RecordingManager::recordQuery(LineKind kind, char const* op,
+                                   ZoomOverrideRequest const& request, Need const& need,
+                                   bool manual, Call call) {
+    auto const write = [&](Line& line) {
+        line.fields(request);
+        if (manual) {
+            line.field("manual", manual);
+        }
+        if (!scenario::isFresh(need)) {
+            line.field("need", need);
+        }
+    };
+    return recorded(
+        [&] {
+            noteOverride();
+            mRecorder->add({kind, request.requestNo}, op, write);
         },
-        [&](IZoomOverrideMgr& real) {
-            return real.storeOverrideSetting(requestNo, notice, std::move(setting));
+        [&] {
+            Timed const timed(*mRecorder);
+            return call();
         });
 }
 
-bool RecordingManager::onRequestDone(uint32_t requestNo) {
-    return record([&](CallRecorder& recorder) { recorder.onRequestDone(requestNo); },
-                  [&](IZoomOverrideMgr& real) { return real.onRequestDone(requestNo); });
+// What no call hands over.
+void RecordingManager::noteOverride() {
+    switch (scenario::traitsOf(mMode).source) {
+        case OverrideSource::Published:
+            mRecorder->platform().noteNewestEntry();
+            break;
+        case OverrideSource::None:
+        case OverrideSource::Setting:
+        case OverrideSource::Metadata:
+            break;
+    }
 }
 
-ZoomOverrideMode RecordingManager::getZoomOverrideMode() {
-    return record([](CallRecorder& recorder) { recorder.getZoomOverrideMode(); },
-                  [](IZoomOverrideMgr& real) { return real.getZoomOverrideMode(); });
+bool RecordingManager::configFspInfo(ZoomOverrideFspInfoConfig const& config) {
+    return record(
+        {LineKind::ConfigFspInfo}, __func__, [&](Line& line) { line.fields(config); },
+        [&] { return mReal->configFspInfo(config); });
 }
 
-bool RecordingManager::initialize(ZoomOverrideMode mode) {
-    return record([&](CallRecorder& recorder) { recorder.initialize(mode); },
-                  [&](IZoomOverrideMgr& real) { return real.initialize(mode); });
+bool RecordingManager::configSensorInfo(ZoomOverrideSensorInfoConfig const& config) {
+    return record(
+        {LineKind::ConfigSensorInfo}, __func__, [&](Line& line) { line.fields(config); },
+        [&] { return mReal->configSensorInfo(config); });
 }
 
 bool RecordingManager::configSensorBehaviorInfo(
     ZoomOverrideSensorBehaviorInfoConfig const& config) {
-    return record([&](CallRecorder& recorder) { recorder.configSensorBehaviorInfo(config); },
-                  [&](IZoomOverrideMgr& real) { return real.configSensorBehaviorInfo(config); });
+    return record(
+        {LineKind::ConfigSensorBehaviorInfo}, __func__, [&](Line& line) { line.fields(config); },
+        [&] { return mReal->configSensorBehaviorInfo(config); });
+}
+
+bool RecordingManager::getP1CropSetting(ZoomOverrideRequest const& request,
+                                        ZoomOverrideP1Need& need) {
+    return recordQuery(LineKind::P1Query, __func__, request, need, false,
+                       [&] { return mReal->getP1CropSetting(request, need); });
+}
+
+bool RecordingManager::getP2CropSetting(ZoomOverrideRequest const& request,
+                                        ZoomOverrideP2Need& need, bool manual) {
+    return recordQuery(LineKind::Other, __func__, request, need, manual,
+                       [&] { return mReal->getP2CropSetting(request, need, manual); });
+}
+
+bool RecordingManager::get3ACropSetting(ZoomOverrideRequest const& request,
+                                        ZoomOverride3ANeed& need) {
+    return recordQuery(LineKind::Other, __func__, request, need, false,
+                       [&] { return mReal->get3ACropSetting(request, need); });
+}
+
+bool RecordingManager::storeOverrideSetting(
+    IMetadata const* metadata, std::unordered_map<uint32_t, uint64_t> const& streamIdMap) {
+    auto const write = [&](Line& line) {
+        line.json("metadata", textOf(metadata)).table("streamIdMap", streamIdMap);
+    };
+    return record({LineKind::Metadata}, __func__, write,
+                  [&] { return mReal->storeOverrideSetting(metadata, streamIdMap); });
+}
+
+bool RecordingManager::storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
+                                            std::shared_ptr<ZoomOverrideSetting> setting) {
+    auto const kind =
+        notice == OverrideNotice::Repeating ? LineKind::MovedSetting : LineKind::Setting;
+    auto const write = [&](Line& line) {
+        line.field("requestNo", requestNo);
+        addNotice(line, notice);
+        line.field("setting", setting);
+    };
+    return record({kind}, __func__, write, [&] {
+        return mReal->storeOverrideSetting(requestNo, notice, std::move(setting));
+    });
+}
+
+bool RecordingManager::onRequestDone(uint32_t requestNo) {
+    return record(
+        {LineKind::Done, requestNo}, __func__,
+        [&](Line& line) { line.field("requestNo", requestNo); },
+        [&] { return mReal->onRequestDone(requestNo); });
+}
+
+ZoomOverrideMode RecordingManager::getZoomOverrideMode() {
+    return record(
+        {}, __func__, [](Line&) {}, [&] { return mReal->getZoomOverrideMode(); });
+}
+
+bool RecordingManager::initialize(ZoomOverrideMode mode) {
+    auto const write = [&](Line& line) {
+        mMode = mode;
+        line.field("mode", mode);
+    };
+    return record({LineKind::Initialize}, __func__, write, [&] { return mReal->initialize(mode); });
 }
 
 bool RecordingManager::setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
                                               RunTimeCropNeedData&& data) {
+    bool const isRepeating = notice == OverrideNotice::Repeating;
+    auto const write = [&](Line& line) {
+        if (!isRepeating) {
+            mRecorder->platform().noteSensors(data.sensorModes);
+        }
+        line.field("requestNo", requestNo);
+        addNotice(line, notice);
+        line.fields(data);
+    };
     return record(
-        [&](CallRecorder& recorder) { recorder.setRunTimeCropNeedData(requestNo, notice, data); },
-        [&](IZoomOverrideMgr& real) {
-            return real.setRunTimeCropNeedData(requestNo, notice, std::move(data));
-        });
+        {isRepeating ? LineKind::RepeatingDeposit : LineKind::Deposit, requestNo}, __func__, write,
+        [&] { return mReal->setRunTimeCropNeedData(requestNo, notice, std::move(data)); });
 }
 
 std::shared_ptr<RunTimeCropNeedData> RecordingManager::getHistoryCropNeedData(int32_t requestNo) {
-    return record([&](CallRecorder& recorder) { recorder.getHistoryCropNeedData(requestNo); },
-                  [&](IZoomOverrideMgr& real) { return real.getHistoryCropNeedData(requestNo); });
+    return record(
+        {}, __func__, [&](Line& line) { line.field("requestNo", requestNo); },
+        [&] { return mReal->getHistoryCropNeedData(requestNo); });
 }
 
 bool RecordingManager::isPortExist(int32_t sensorId, int32_t port) {
-    return record([&](CallRecorder& recorder) { recorder.isPortExist(sensorId, port); },
-                  [&](IZoomOverrideMgr& real) { return real.isPortExist(sensorId, port); });
+    return record(
+        {}, __func__, [&](Line& line) { line.field("sensorId", sensorId).field("port", port); },
+        [&] { return mReal->isPortExist(sensorId, port); });
 }
 
 bool RecordingManager::correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize,
                                            MSize minSize, MRect& crop) {
-    return record(
-        [&](CallRecorder& recorder) {
-            recorder.correctTgCropRegion(sensorId, sensorMode, checkMinSize, minSize, crop);
-        },
-        [&](IZoomOverrideMgr& real) {
-            return real.correctTgCropRegion(sensorId, sensorMode, checkMinSize, minSize, crop);
-        });
+    auto const write = [&](Line& line) {
+        mRecorder->platform().noteSensor(sensorId, static_cast<uint32_t>(sensorMode));
+        line.field("sensorId", sensorId)
+            .field("sensorMode", sensorMode)
+            .field("checkMinSize", checkMinSize)
+            .field("minSize", minSize)
+            .field("crop", crop);
+    };
+    return record({}, __func__, write, [&] {
+        return mReal->correctTgCropRegion(sensorId, sensorMode, checkMinSize, minSize, crop);
+    });
 }
 
 }  // namespace zoomrecorder

@@ -47,10 +47,20 @@ class RecordingManager final : public NSCam::Feature::IZoomOverrideMgr {
                              NSCam::MSize minSize, NSCam::MRect& crop) override;
 
  private:
+    /// Answers what call does. Before that record runs, unless nothing is to be recorded.
+    template <typename Record, typename Call>
+    auto recorded(Record record, Call call);
+
+    /// Records a line to which write adds the arguments.
     template <typename Write, typename Call>
-    auto record(Write write, Call call);
-    template <typename Write, typename Call>
-    auto recordQuery(Write write, Call call);
+    auto record(LineSubject subject, char const* op, Write write, Call call);
+
+    template <typename Need, typename Call>
+    auto recordQuery(LineKind kind, char const* op,
+                     NSCam::Feature::ZoomOverrideRequest const& request, Need const& need,
+                     bool manual, Call call);
+
+    void noteOverride();
 
     static void beforeFork();
     static void afterForkInParent();
@@ -59,6 +69,7 @@ class RecordingManager final : public NSCam::Feature::IZoomOverrideMgr {
     std::recursive_mutex mLock;  // strategies call back
     bool mIsForwarding = false;
     bool mIsForkedChild = false;
+    NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
     std::unique_ptr<CallRecorder> const mRecorder;
     std::shared_ptr<NSCam::Feature::IZoomOverrideMgr> const mReal;
 };
