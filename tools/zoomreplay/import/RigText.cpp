@@ -6,7 +6,7 @@
 #include <set>
 
 #include "base/Messages.h"
-#include "scenario/text/JsonText.h"
+#include "scenario/text/Line.h"
 #include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
@@ -135,22 +135,22 @@ void appendAngleComment(std::string& out, CameraStatics const& camera, AngleSour
            std::string(tag::kIntrinsics) + (isBySize ? "" : " (taken)") + ".\n";
 }
 
-void appendMode(std::string& out, char const* number, MSize const& size, MRect const& window) {
-    out.append("\"").append(number).append(R"(": {"size": )");
-    appendJson(out, size);
-    appendField(out, "window", window);
-    out += '}';
+std::string modeText(MSize const& size, MRect const& window) {
+    std::string text;
+    Object(text).field("size", size).field("window", window).end();
+    return text;
 }
 
 void appendSensor(std::string& out, uint32_t id, MRect const& array, bool isBinned) {
-    out += R"({"op": "sensor", "id": )" + std::to_string(id) + R"(, "modes": {)";
-    appendMode(out, "0", {array.w, array.h}, array);
+    std::string text;
+    Object modes(text);
+    modes.json("0", modeText({array.w, array.h}, array));
     if (isBinned) {
         MSize const half{array.w / 2, array.h / 2};
-        out += ", ";
-        appendMode(out, "1", half, {array.x, array.y, half.w * 2, half.h * 2});
+        modes.json("1", modeText(half, {array.x, array.y, half.w * 2, half.h * 2}));
     }
-    out += "}}\n";
+    modes.end();
+    Line(out, "sensor").field("id", id).json("modes", text).end();
 }
 
 void appendLogicalCamera(std::string& out, CameraStatics const& camera) {
@@ -164,20 +164,20 @@ void appendLogicalCamera(std::string& out, CameraStatics const& camera) {
 
 void appendConfig(std::string& out, SensorGroup const& group, SensorIds const& sensorIds,
                   AngleSource source) {
-    std::string ids;
-    std::string infos;
+    std::vector<int32_t> ids;
+    std::string text;
+    Object infos(text);  // in the order of the ids, the master's first
     for (auto const* camera : group.sensors) {
-        auto const id = std::to_string(sensorIds.at(camera));
+        auto const id = sensorIds.at(camera);
         auto const angles = anglesOf(*camera, source);
-        ids.append(ids.empty() ? "" : ", ").append(id);
-        infos.append(infos.empty() ? "\"" : ", \"").append(id).append(R"(": {"degreeH": )");
-        appendJson(infos, angles.horizontal);
-        appendField(infos, "degreeV", angles.vertical);
-        appendField(infos, "activeArray", *camera->activeArray);
-        infos += '}';
+        ids.push_back(static_cast<int32_t>(id));
+        infos.field(std::to_string(id),
+                    NSCam::Feature::ZoomOverrideSensorInfo{.degreeH = angles.horizontal,
+                                                           .degreeV = angles.vertical,
+                                                           .activeArray = *camera->activeArray});
     }
-    out += R"({"op": "configSensorInfo", "sensorIds": [)" + ids + R"(], "sensorInfos": {)" + infos +
-           "}}\n";
+    infos.end();
+    Line(out, "configSensorInfo").field("sensorIds", ids).json("sensorInfos", text).end();
 }
 
 void appendSession(std::string& out, OpenSession const& session, SensorGroup const& group,
@@ -190,10 +190,12 @@ void appendSession(std::string& out, OpenSession const& session, SensorGroup con
     if (tables.streamSizes.empty()) {
         return;
     }
-    out += streamsComment(session) + R"({"op": "setRunTimeCropNeedData", "requestNo": 0)";
-    appendField(out, "sensorModes", tables.sensorModes);
-    appendField(out, "streamSizes", tables.streamSizes);
-    out += "}\n";
+    out += streamsComment(session);
+    Line(out, "setRunTimeCropNeedData")
+        .field("requestNo", 0U)
+        .field("sensorModes", tables.sensorModes)
+        .field("streamSizes", tables.streamSizes)
+        .end();
 }
 
 }  // namespace
