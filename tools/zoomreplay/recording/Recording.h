@@ -52,7 +52,11 @@ class Recording : public OutcomeConsumer {
     void take(uint64_t line, QueryInput const& input);
     void take(uint64_t line, DoneInput const& input);
     void take(uint64_t line, ObservedInput const& input);
-    void take(uint64_t /*line*/, auto const& /*irrelevant*/) const {}
+    void take(uint64_t /*line*/, PublishInput const& /*input*/) const {}
+    void take(uint64_t /*line*/, ManagerInput const& /*input*/) const {}
+    void take(uint64_t /*line*/, FspInput const& /*input*/) const {}
+    void take(uint64_t /*line*/, PortsInput const& /*input*/) const {}
+    void take(uint64_t /*line*/, CorrectionInput const& /*input*/) const {}
 
     int64_t now() const;  // microseconds
     Place addRequest(uint64_t line, uint32_t requestNo);

@@ -13,6 +13,7 @@
 #include "Input.h"
 #include "ZoomOverrideTypes.h"
 #include "host/LogCapture.h"
+#include "scenario/text/RecordFields.h"
 
 namespace zoomreplay {
 
@@ -65,6 +66,53 @@ struct FatalAnswer {
 
 using Answer = std::variant<BoolAnswer, ModeAnswer, P1Answer, P2Answer, ThreeAAnswer, HistoryAnswer,
                             CorrectionAnswer, MapperAnswer, ExceptionAnswer, FatalAnswer>;
+
+}  // namespace zoomreplay
+
+// What results tell of each kind of answer.
+namespace scenario::fields {
+
+template <>
+inline constexpr auto kOf<zoomreplay::BoolAnswer> =
+    describe<zoomreplay::BoolAnswer>(optional("result", &zoomreplay::BoolAnswer::result));
+
+template <>
+inline constexpr auto kOf<zoomreplay::ModeAnswer> =
+    describe<zoomreplay::ModeAnswer>(optional("result", &zoomreplay::ModeAnswer::mode));
+
+template <typename Need>
+inline constexpr auto kOf<zoomreplay::QueryAnswer<Need>> = describe<zoomreplay::QueryAnswer<Need>>(
+    hidden(&zoomreplay::QueryAnswer<Need>::request),
+    optional("result", &zoomreplay::QueryAnswer<Need>::result),
+    optional("need", &zoomreplay::QueryAnswer<Need>::need));
+
+template <>
+inline constexpr auto kOf<zoomreplay::HistoryAnswer> =
+    describe<zoomreplay::HistoryAnswer>(optional("record", &zoomreplay::HistoryAnswer::record));
+
+template <>
+inline constexpr auto kOf<zoomreplay::CorrectionAnswer> = describe<zoomreplay::CorrectionAnswer>(
+    hidden(&zoomreplay::CorrectionAnswer::sensorId),
+    optional("result", &zoomreplay::CorrectionAnswer::result),
+    optional("crop", &zoomreplay::CorrectionAnswer::crop));
+
+template <>
+inline constexpr auto kOf<zoomreplay::MapperAnswer> = describe<zoomreplay::MapperAnswer>(
+    hidden(&zoomreplay::MapperAnswer::input), optional("result", &zoomreplay::MapperAnswer::result),
+    optional("output", &zoomreplay::MapperAnswer::output));
+
+template <>
+inline constexpr auto kOf<zoomreplay::ExceptionAnswer> =
+    describe<zoomreplay::ExceptionAnswer>(optional("exception", &zoomreplay::ExceptionAnswer::type),
+                                          optional("what", &zoomreplay::ExceptionAnswer::what));
+
+template <>
+inline constexpr auto kOf<zoomreplay::FatalAnswer> =
+    describe<zoomreplay::FatalAnswer>(optional("fatal", &zoomreplay::FatalAnswer::text));
+
+}  // namespace scenario::fields
+
+namespace zoomreplay {
 
 /// When a line's call was made and how long it took, as far as the line tells: nanoseconds, the
 /// first of the boot time clock. Not negative.

@@ -1,4 +1,4 @@
-// Writes each kind of answer as JSON.
+// Writes outcomes as JSON.
 #include "ResultWriter.h"
 
 #include "scenario/text/JsonText.h"
@@ -7,43 +7,11 @@ namespace zoomreplay {
 namespace {
 
 using namespace scenario;
-using namespace NSCam::Feature;
 
-void appendAnswer(std::string& out, BoolAnswer const& answer) {
-    appendField(out, "result", answer.result);
-}
-
-void appendAnswer(std::string& out, ModeAnswer const& answer) {
-    appendField(out, "result", answer.mode);
-}
-
-template <typename Need>
-void appendAnswer(std::string& out, QueryAnswer<Need> const& answer) {
-    appendField(out, "result", answer.result);
-    appendField(out, "need", answer.need);
-}
-
-void appendAnswer(std::string& out, HistoryAnswer const& answer) {
-    appendField(out, "record", *answer.record);
-}
-
-void appendAnswer(std::string& out, CorrectionAnswer const& answer) {
-    appendField(out, "result", answer.result);
-    appendField(out, "crop", answer.crop);
-}
-
-void appendAnswer(std::string& out, MapperAnswer const& answer) {
-    appendField(out, "result", answer.result);
-    appendField(out, "output", answer.output);
-}
-
-void appendAnswer(std::string& out, ExceptionAnswer const& answer) {
-    appendField(out, "exception", std::string_view(answer.type));
-    appendField(out, "what", std::string_view(answer.what));
-}
-
-void appendAnswer(std::string& out, FatalAnswer const& answer) {
-    appendField(out, "fatal", std::string_view(answer.text));
+template <typename Record>
+void appendFields(std::string& out, Record const& record) {
+    visitFields<Record>(
+        [&](auto const& field) { appendField(out, field.name, record.*field.member); });
 }
 
 void appendTime(std::string& out, char const* name, std::optional<int64_t> nanoseconds) {
@@ -76,7 +44,7 @@ void appendResultLine(std::string& out, Outcome const& outcome) {
     appendTime(out, "t", outcome.time.start);
     appendTime(out, "dur", outcome.time.duration);
     appendField(out, "op", outcome.op);
-    std::visit([&out](auto const& answer) { appendAnswer(out, answer); }, outcome.answer);
+    std::visit([&out](auto const& answer) { appendFields(out, answer); }, outcome.answer);
     if (outcome.isLogged) {
         appendLog(out, outcome.log);
     }

@@ -191,17 +191,19 @@ void Trace::consume(Outcome const& outcome) {
                           [&](ThreeAAnswer const& answer) { showQuery(outcome, answer); },
                           [&](ExceptionAnswer const&) { showTrouble(outcome); },
                           [&](FatalAnswer const&) { showTrouble(outcome); },
-                          [&](auto const&) { showCall(outcome); }},
+                          [&](BoolAnswer const& answer) {
+                              showCall(outcome, lineArguments().add("result", answer.result));
+                          },
+                          [&](CorrectionAnswer const& answer) {
+                              showCall(outcome, lineArguments().add("crop", answer.crop));
+                          },
+                          [&](ModeAnswer const&) { showCall(outcome, lineArguments()); },
+                          [&](HistoryAnswer const&) { showCall(outcome, lineArguments()); },
+                          [&](MapperAnswer const&) { showCall(outcome, lineArguments()); }},
                outcome.answer);
 }
 
-void Trace::showCall(Outcome const& outcome) {
-    TraceArguments arguments = lineArguments();
-    if (auto const* answer = std::get_if<BoolAnswer>(&outcome.answer)) {
-        arguments.add("result", answer->result);
-    } else if (auto const* correction = std::get_if<CorrectionAnswer>(&outcome.answer)) {
-        arguments.add("crop", correction->crop);
-    }
+void Trace::showCall(Outcome const& outcome, TraceArguments const& arguments) {
     mEvents.slice(kCalls, outcome.op, mLine.time.start, mLine.time.duration, arguments);
     if (outcome.op == "onRequestDone") {
         endRequest(*mLine.requestNo, true);

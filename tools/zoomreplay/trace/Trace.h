@@ -71,7 +71,7 @@ class Trace : public OutcomeConsumer {
     void endRequest(uint32_t requestNo, bool isDone);
     void endAllRequests();
 
-    void showCall(Outcome const& outcome);
+    void showCall(Outcome const& outcome, TraceArguments const& arguments);
     void showTrouble(Outcome const& outcome);
     template <typename Need>
     void showQuery(Outcome const& outcome, QueryAnswer<Need> const& answer);
