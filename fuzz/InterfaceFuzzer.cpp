@@ -181,8 +181,16 @@ void correct(Bytes& bytes, IZoomOverrideMgr& mgr) {
                                     crop));
 }
 
+// Without a strategy, which would end the process.
+void ask3A(Bytes& bytes, IZoomOverrideMgr& mgr) {
+    auto const asked = request(bytes);
+    ZoomOverride3ANeed need;
+    require(mgr.getZoomOverrideMode() != ZoomOverrideMode::None ||
+            !mgr.get3ACropSetting(asked, need));
+}
+
 void callOnce(Bytes& bytes, IZoomOverrideMgr& mgr) {
-    switch (bytes.pick(15)) {
+    switch (bytes.pick(17)) {
         case 0:
             return defineSensor(bytes);
         case 1:
@@ -209,6 +217,12 @@ void callOnce(Bytes& bytes, IZoomOverrideMgr& mgr) {
         case 13:
             require(mgr.onRequestDone(bytes.pick(kRequests)));
             return;
+        case 14:
+            mgr.isPortExist(static_cast<int32_t>(bytes.pick(kSensors)),
+                            static_cast<int32_t>(bytes.pick(4)));
+            return;
+        case 15:
+            return ask3A(bytes, mgr);
         default:
             require(mgr.getHistoryCropNeedData(static_cast<int32_t>(bytes.pick(kRequests))) !=
                     nullptr);

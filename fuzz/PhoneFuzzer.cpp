@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include "import/RigFile.h"
 #include "import/RigText.h"
 #include "import/Session.h"
+#include "scenario/text/Modes.h"
 
 namespace {
 
@@ -50,7 +52,7 @@ PhoneRig readText(std::string_view rig) {
     return readRig(lines);
 }
 
-void importRig(MemoryFile const& text) {
+void importDump(MemoryFile const& text) {
     std::string rig;
     try {
         PhoneText dump(text.open());
@@ -68,7 +70,7 @@ void importRig(MemoryFile const& text) {
     readText(rig);  // what was written can be read
 }
 
-void importWatch(MemoryFile const& text, ZoomOverrideMode mode, bool isLive) {
+void importLog(MemoryFile const& text, ZoomOverrideMode mode, bool isLive) {
     static PhoneRig const kSensors = readText(kRig);
     static File theScenario = File::openOutput("/dev/null", 0, "/dev/null");
     try {
@@ -84,12 +86,29 @@ void importWatch(MemoryFile const& text, ZoomOverrideMode mode, bool isLive) {
     }
 }
 
+void importLogs(MemoryFile const& text) {
+    bool isLive = false;
+    for (auto const mode : scenario::overridingModes()) {
+        importLog(text, mode, isLive);
+        isLive = !isLive;
+    }
+}
+
+/// A command, and what its text becomes.
+struct Importer {
+    std::string_view command;
+    void (*run)(MemoryFile const& text);
+};
+
+constexpr std::array kImporters{Importer{"import-rig", importDump},
+                                Importer{"import-watch", importLogs}};
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(uint8_t const* data, size_t size) {
     MemoryFile const text(std::string_view(reinterpret_cast<char const*>(data), size));
-    importRig(text);
-    importWatch(text, ZoomOverrideMode::ByRequest, false);
-    importWatch(text, ZoomOverrideMode::InstantRequest, true);
+    for (auto const& importer : kImporters) {
+        importer.run(text);
+    }
     return 0;
 }

@@ -1,10 +1,11 @@
-// What a new mode, operation or field needs beside the code that the compiler asks for: each room
-// that was forgotten is named.
+// What a new mode, operation, command or field needs beside the code that the compiler asks for:
+// each room that was forgotten is named.
 #include <fstream>
 #include <regex>
 #include <set>
 #include <sstream>
 
+#include "Commands.h"
 #include "ToolTest.h"
 #include "replay/Operations.h"
 #include "scenario/text/Modes.h"
@@ -31,12 +32,20 @@ void expectWords(std::string const& file, std::set<std::string> const& words) {
     }
 }
 
+std::string importTests() {
+    std::string text;
+    for (auto const& file : std::filesystem::directory_iterator(SOURCES "tests/import")) {
+        if (file.path().extension() == ".cpp") {
+            text += textOf("tests/import/" + file.path().filename().string());
+        }
+    }
+    return text;
+}
+
 std::set<std::string> modesWithAStrategy() {
     std::set<std::string> names;
-    for (auto const mode : scenario::allModes()) {
-        if (mode != ZoomOverrideMode::None) {
-            names.emplace(scenario::nameOf(mode));
-        }
+    for (auto const mode : scenario::overridingModes()) {
+        names.emplace(scenario::nameOf(mode));
     }
     return names;
 }
@@ -69,8 +78,10 @@ TEST_F(RoomsTest, EveryModeIsKnown) {
           "docs/scenario-format.md", "docs/zoomreplay.1", "tests/targets/generate.py"}) {
         expectWords(file, modes);
     }
+    std::set<std::string> classes;
     std::set<std::string> sources;
     for (auto const& mode : modes) {
+        classes.insert("ZoomOverride" + mode);
         sources.insert("ZoomOverride" + mode + "\\.cpp");
         outputOf(run({"new", "first.jsonl", "--mode", mode}));
         EXPECT_THAT(read("first.jsonl"), testing::HasSubstr('"' + mode + '"'));
@@ -78,11 +89,14 @@ TEST_F(RoomsTest, EveryModeIsKnown) {
         std::filesystem::remove(pathOf("first.jsonl"));
     }
     expectWords("Android.bp", sources);
+    expectWords("tests/module/FatalTest.cpp", classes);
 }
 
 TEST_F(RoomsTest, EveryOperationIsKnown) {
     std::set<std::string> names = managerNames();
-    expectWords("tools/recorder/CallRecorder.cpp", names);
+    // The first is recorded, and held to its record.
+    expectWords("tests/recorder/odd-values.jsonl", names);
+    expectWords("fuzz/InterfaceFuzzer.cpp", names);
     std::set<std::string> replayed;
     for (auto const& operation : managerOperations()) {
         replayed.emplace(operation.name);
@@ -94,6 +108,19 @@ TEST_F(RoomsTest, EveryOperationIsKnown) {
         }
     }
     expectWords("docs/scenario-format.md", names);
+}
+
+TEST_F(RoomsTest, EveryCommandIsKnown) {
+    std::istringstream list(listCommands());
+    for (std::string name, summary; list >> name && std::getline(list, summary);) {
+        if (name.rfind("import-", 0) != 0) {
+            expectWords("docs/zoomreplay.md", {"zoomreplay " + name});
+            continue;
+        }
+        expectWords("docs/import.md", {"zoomreplay " + name});
+        expectWords("fuzz/PhoneFuzzer.cpp", {name});
+        EXPECT_THAT(importTests(), testing::HasSubstr('"' + name + '"'));
+    }
 }
 
 TEST_F(RoomsTest, EveryFieldIsKnown) {
