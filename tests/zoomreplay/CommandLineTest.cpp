@@ -60,7 +60,9 @@ TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
 
 TEST_F(CommandLineTest, CommandsDoNotHideFiles) {
     write("new", kModeLine);
+    write("wy", kModeLine);
     EXPECT_EQ(outputOf(run({"./new", "-o", "-"})), kModeResult);
+    EXPECT_EQ(outputOf(run({"wy", "-o", "-"})), kModeResult);
 }
 
 class NewTest : public ToolTest, public testing::WithParamInterface<std::string> {};
@@ -99,7 +101,7 @@ TEST_P(BadUsageTest, HasStatusTwoAndTouchesNoFile) {
 
 BadUsage const kBadUsages[] = {
     {{}, "SCENARIO is required"},
-    {{"s.jsonl", "t.jsonl"}, "t.jsonl: one argument too many\nTry zoomreplay --help.\n"},
+    {{"s.jsonl", "t.jsonl", "u.jsonl"}, "t.jsonl: one argument too many\nTry zoomreplay --help.\n"},
     {{"s.jsonl", "--fast"}, "--fast: unknown option\n"},
     {{"s.jsonl", "--ouput", "r.jsonl"}, "--ouput: unknown option; did you mean --output?\n"},
     {{"wy", "s.jsonl", "1"}, "wy: no such command or scenario; did you mean why?\n"},

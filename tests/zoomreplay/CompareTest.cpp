@@ -130,6 +130,7 @@ Expectation const kExpectations[] = {
      {R"({"op": "initialize"})"},
      2,
      "e.jsonl:1: line: missing; results have it, a scenario does not\n"},
+    {"no operation", {kMode, "{\"line\": 3}"}, 2, "e.jsonl:2: op: must be a string\n"},
     {"bad line number",
      {kMode, "{\"line\": \"3\"}"},
      2,
@@ -234,6 +235,25 @@ TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
                                testing::EndsWith("\n2 results differ, in 2 requests\n")));
 }
 
+// Only its answer tells it from the request before, long after the calls that begin it.
+TEST_F(CompareTest, WhatIsAddedBeginsWithItsRequest) {
+    std::string const init = R"({"op":"initialize","mode":0})"
+                             "\n";
+    auto const request = [](std::string const& number) {
+        std::string lines = R"({"op":"setRunTimeCropNeedData","requestNo":)" + number + "}\n";
+        for (int i = 0; i < 40; ++i) {
+            lines += kModeLine;
+        }
+        return lines + R"({"op":"get3ACropSetting","zoomRatio":1,"need":{"requestNo":)" + number +
+               R"(},"requestNo":)" + number + "}\n";
+    };
+    write("e.jsonl", outputOf(replay(init + request("1") + request("3"), {})));
+    EXPECT_THAT(
+        replay(init + request("1") + request("2") + request("3"), {"--compare", "e.jsonl"}).err,
+        testing::AllOf(testing::StartsWith("s.jsonl:44: request 2: setRunTime"),
+                       testing::EndsWith("\n42 results differ, in 1 request\n")));
+}
+
 // It would look like a request that was added on top, and one that was removed at the end.
 TEST_F(CompareTest, AnswersThatComeARequestLateAllDiffer) {
     write("e.jsonl", outputOf(replay(ramp(fromTo(100, 149)), {})));
@@ -309,6 +329,10 @@ TEST_F(CompareTest, LogsCountWhereBothSidesHaveThem) {
     auto const result = replay(scenario, {"--log", "--compare", "e.jsonl"});
     EXPECT_EQ(result.status, 1);
     EXPECT_THAT(result.err, testing::HasSubstr("correctTgCropRegion: log[0].text: expected"));
+
+    write("e.jsonl", expected.substr(0, expected.find("{\"sink\"")) + "]}\n");
+    EXPECT_THAT(replay(scenario, {"--log", "--compare", "e.jsonl"}).err,
+                testing::HasSubstr("correctTgCropRegion: log: expected [], got [{"));
 }
 
 }  // namespace

@@ -60,7 +60,7 @@ Scenario const kInstantRequest{"instant request",
 {"op":"getZoomOverrideMode"}
 {"op":"setRunTimeCropNeedData","requestNo":4,"sensorModes":{"0":1},"streamSizes":{"0x70010000000000":[640,480]}}
 {"op":"setRunTimeCropNeedData","requestNo":5,"notice":"repeating"}
-{"op":"storeOverrideSetting","metadata":{"zoomRatio":1.5,"customStreamCrops":[7,100,"100",2000,1500]},"streamIdMap":{"7":"0x70010000000000"}}
+{"op":"storeOverrideSetting","metadata":{"zoomRatio":1.5,"customStreamCrops":[7,100,"100",2000,1500]},"streamIdMap":{"7":"0x70010000000000","8":-2}}
 {"op":"getP1CropSetting","requestNo":5,"zoomRatio":2.5,"sensorId":0}
 {"op":"getHistoryCropNeedData","requestNo":5}
 )",

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "base/LineReader.h"
+#include "scenario/json/Document.h"
 
 namespace zoomreplay::test {
 namespace {
@@ -33,6 +34,23 @@ TEST(QuickReaderTest, LeavesTheRestToTheStrictReader) {
     for (auto const* line : {R"({"a":-0})", R"({"a":1e99})", R"({"a":1,"a":1})", R"({"a":1}x)",
                              R"({"a":1.000000059604644775390625})", "[]", ""}) {
         EXPECT_EQ(reader.read(line, memory), nullptr) << line;
+    }
+}
+
+// A list of single digits takes up as much of the memory as a line can.
+TEST(QuickReaderTest, TheStrictReaderHasRoomForTheSameLine) {
+    scenario::Document document;
+    for (size_t const count : {10U, 1000U, 100U}) {
+        std::string line = "{\"a\":[";
+        for (size_t i = 0; i < count; ++i) {
+            line += "7,";
+        }
+        auto const& members = std::get<scenario::Members>(document.parse(line + "-0]}").value);
+        ASSERT_EQ(members.size(), 1U);
+        auto const& elements = std::get<scenario::Elements>(members[0].node.value);
+        ASSERT_EQ(elements.size(), count + 1);
+        EXPECT_EQ(std::get<uint64_t>(elements[count - 1].value), 7U);
+        EXPECT_EQ(std::get<int64_t>(elements[count].value), 0);
     }
 }
 

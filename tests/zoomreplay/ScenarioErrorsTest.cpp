@@ -126,6 +126,8 @@ constexpr BadLine kValues[] = {
      "observed: activePhysicalId: must be a string"},
     {R"({"op":"configFspInfo","fspPorts":{"0":65536}})",
      "configFspInfo: fspPorts.0: out of range, must be 0 to 65535"},
+    {R"({"op":"configFspInfo","fspPorts":{"0":-1}})",
+     "configFspInfo: fspPorts.0: out of range, must be 0 to 65535"},
     {R"({"op":"setRunTimeCropNeedData","requestNo":1,"streamSizes":{"0x10000000000000000":[1,1]}})",
      "setRunTimeCropNeedData: streamSizes.0x10000000000000000: key: out of range, must be "
      "-9223372036854775808 to 9223372036854775807"},

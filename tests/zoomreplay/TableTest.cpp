@@ -101,8 +101,11 @@ TEST_F(TableTest, MarksKeptAnswersAndCorrectedCrops) {
 }
 
 TEST_F(TableTest, IsLimitedToRequests) {
-    auto const result = show(kKeptAndCorrected, {"--requests", "2"});
-    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 3) << result.out;
+    std::string const observed = R"({"op":"observed","requestNo":2}
+{"op":"observed","requestNo":1}
+)";
+    auto const result = show(kKeptAndCorrected + observed, {"--requests", "2"});
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 4) << result.out;
     EXPECT_THAT(result.out, testing::Not(testing::HasSubstr("0x7001")));
 
     auto const fatal = show(kKeptAndCorrected + std::string(kFatalLine), {"--requests", "2"});

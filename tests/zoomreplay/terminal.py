@@ -74,7 +74,9 @@ def main():
     assert max(map(len, narrow.splitlines())) <= 80, narrow
     assert len(wide.splitlines()) < len(narrow.splitlines()), wide
     assert "\x1b[" not in narrow + show(command, 100, TERM="dumb")
-    assert "\x1b[" in show(command, 100)
+    coloured = show(command, 100)
+    for word in ("\x1b[32moverride \x1b[0m", "\x1b[2mno       \x1b[0m", "\x1b[31mgetP2CropSetting: exception"):
+        assert word in coloured, coloured
 
     progress = show_progress(command[0])
     assert re.fullmatch(r"\r256 lines  \d+ lines/s\x1b\[K\r\x1b\[K", progress), repr(progress)
