@@ -13,6 +13,8 @@
 #include <random>
 #include <string>
 
+#include "scenario/text/Line.h"
+
 namespace scenario::test {
 namespace {
 
@@ -56,6 +58,19 @@ TEST(JsonTextTest, TextsAreEscapedWhereTheyMustBe) {
     EXPECT_EQ(jsonText(std::string_view(R"(a "b" \)")), R"("a \"b\" \\")");
     EXPECT_EQ(jsonText(std::string_view("\n\x01\x7F~ ")), "\"\\n\\u0001\x7F~ \"");
     EXPECT_EQ(jsonText(std::string_view("\u20AC\xFF")), "\"\u20AC\uFFFD\"");
+}
+
+TEST(JsonTextTest, LinesHaveNoEmptyTables) {
+    NSCam::Feature::ZoomOverrideP2Need need;
+    need.extraTgCrops[3] = {1, 2, 3, 4};
+    std::string out;
+    Line line(out, "x");
+    line.fields(need).table("none", need.streamCrops).number("n", 5).json("j", "[]").end();
+    EXPECT_EQ(out,
+              R"({"op": "x", "overrideValid": false, "requestNo": -1, "zoomRatio": 1, "mode": 0, )"
+              R"("overrideRect": [0, 0, 0, 0], "extraTgCrops": {"3": [1, 2, 3, 4]}, )"
+              R"("n": 5, "j": []})"
+              "\n");
 }
 
 }  // namespace

@@ -83,8 +83,9 @@ TEST_F(JumpsTest, ListsAsManyAsWanted) {
     std::string const all = jumps(smoothRamp({1.06, 0, 700}));
     EXPECT_THAT(all, testing::HasSubstr("617  sensor 2 wider by 5."));
     EXPECT_THAT(all, testing::HasSubstr("701  sensor 2 narrower by 5."));
-    EXPECT_THAT(jumps(smoothRamp({1.06, 0, 700}), {"--limit", "1"}),
+    EXPECT_THAT(jumps(smoothRamp({1.06, 0, 700}), {"--limit", "1", "-o", "r.jsonl"}),
                 testing::EndsWith("\nand 1 more\n"));
+    EXPECT_EQ(read("r.jsonl"), outputOf(run({"s.jsonl", "-o", "-"})));
 }
 
 // More than are kept: the asking sensor, which shows less or more, changes with each request. The

@@ -72,6 +72,7 @@ def main():
     command = sys.argv[1:]
     narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
     assert max(map(len, narrow.splitlines())) <= 80, narrow
+    assert show(command, 40, NO_COLOR="1") == narrow
     assert len(wide.splitlines()) < len(narrow.splitlines()), wide
     assert "\x1b[" not in narrow + show(command, 100, TERM="dumb")
     coloured = show(command, 100)
