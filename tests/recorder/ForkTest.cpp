@@ -24,14 +24,14 @@ using ::testing::NiceMock;
 TEST(ForkTest, ChildNeitherWaitsNorWrites) {
     std::string const path = ::testing::TempDir() + "fork.jsonl";
     std::filesystem::remove(path);
-    static auto& manager =
-        *new RecordingManager(std::make_unique<CallRecorder>(Settings{path, uint64_t{64} << 20U}),
-                              std::make_shared<NiceMock<MockManager>>());
+    static auto const& manager = *new auto(
+        makeRecordingManager(std::make_unique<CallRecorder>(Settings{path, uint64_t{64} << 20U}),
+                             std::make_shared<NiceMock<MockManager>>()));
 
     std::atomic<bool> isOver = false;
     std::thread caller([&] {
         while (!isOver) {
-            manager.isPortExist(0, 1);
+            manager->isPortExist(0, 1);
         }
     });
     int status = 0;
@@ -39,14 +39,14 @@ TEST(ForkTest, ChildNeitherWaitsNorWrites) {
         pid_t const child = fork();
         if (child == 0) {
             alarm(5);  // ends a child that waits
-            manager.isPortExist(7777, 1);
+            manager->isPortExist(7777, 1);
             _exit(0);
         }
         waitpid(child, &status, 0);
     }
     isOver = true;
     caller.join();
-    manager.isPortExist(0, 2);
+    manager->isPortExist(0, 2);
 
     EXPECT_EQ(status, 0);
     std::ifstream file(path);

@@ -32,7 +32,7 @@ std::shared_ptr<IZoomOverrideMgr> createRecordingManager() {
     // The properties are recorded before the module reads them.
     auto recorder =
         std::make_unique<zoomrecorder::CallRecorder>(zoomrecorder::settingsFromEnvironment());
-    return std::make_shared<zoomrecorder::RecordingManager>(std::move(recorder), getInstance());
+    return zoomrecorder::makeRecordingManager(std::move(recorder), getInstance());
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <pthread.h>
 
 #include <exception>
+#include <mutex>
+#include <utility>
 
 #include "BootClock.h"
 #include "IMetadata.h"
@@ -70,9 +72,60 @@ std::string textOf(IMetadata const* metadata) {
     return text;
 }
 
-RecordingManager* theManager = nullptr;  // the handlers of a fork take no context
+class RecordingManager final : public IZoomOverrideMgr {
+ public:
+    RecordingManager(std::unique_ptr<CallRecorder> recorder,
+                     std::shared_ptr<IZoomOverrideMgr> real);
 
-}  // namespace
+    bool configFspInfo(ZoomOverrideFspInfoConfig const& config) override;
+    bool configSensorInfo(ZoomOverrideSensorInfoConfig const& config) override;
+    bool getP1CropSetting(ZoomOverrideRequest const& request, ZoomOverrideP1Need& need) override;
+    bool getP2CropSetting(ZoomOverrideRequest const& request, ZoomOverrideP2Need& need,
+                          bool manual) override;
+    bool get3ACropSetting(ZoomOverrideRequest const& request, ZoomOverride3ANeed& need) override;
+    bool storeOverrideSetting(IMetadata const* metadata,
+                              std::unordered_map<uint32_t, uint64_t> const& streamIdMap) override;
+    bool storeOverrideSetting(uint32_t requestNo, OverrideNotice notice,
+                              std::shared_ptr<ZoomOverrideSetting> setting) override;
+    bool onRequestDone(uint32_t requestNo) override;
+    ZoomOverrideMode getZoomOverrideMode() override;
+    bool initialize(ZoomOverrideMode mode) override;
+    bool configSensorBehaviorInfo(ZoomOverrideSensorBehaviorInfoConfig const& config) override;
+    bool setRunTimeCropNeedData(uint32_t requestNo, OverrideNotice notice,
+                                RunTimeCropNeedData&& data) override;
+    std::shared_ptr<RunTimeCropNeedData> getHistoryCropNeedData(int32_t requestNo) override;
+    bool isPortExist(int32_t sensorId, int32_t port) override;
+    bool correctTgCropRegion(int32_t sensorId, int32_t sensorMode, bool checkMinSize, MSize minSize,
+                             MRect& crop) override;
+
+ private:
+    /// Answers what call does. Before that record runs, unless nothing is to be recorded.
+    template <typename Record, typename Call>
+    auto recorded(Record record, Call call);
+
+    /// Records a line to which write adds the arguments.
+    template <typename Write, typename Call>
+    auto record(LineSubject subject, char const* op, Write write, Call call);
+
+    template <typename Need, typename Call>
+    auto recordQuery(LineKind kind, char const* op, ZoomOverrideRequest const& request,
+                     Need const& need, bool manual, Call call);
+
+    void noteOverride();
+
+    static void beforeFork();
+    static void afterForkInParent();
+    static void afterForkInChild();
+
+    std::recursive_mutex mLock;  // strategies call back
+    bool mIsForwarding = false;
+    bool mIsForkedChild = false;
+    ZoomOverrideMode mMode = ZoomOverrideMode::None;
+    std::unique_ptr<CallRecorder> const mRecorder;
+    std::shared_ptr<IZoomOverrideMgr> const mReal;
+};
+
+RecordingManager* theManager = nullptr;  // the handlers of a fork take no context
 
 RecordingManager::RecordingManager(std::unique_ptr<CallRecorder> recorder,
                                    std::shared_ptr<IZoomOverrideMgr> real)
@@ -279,6 +332,13 @@ bool RecordingManager::correctTgCropRegion(int32_t sensorId, int32_t sensorMode,
     return record({}, __func__, write, [&] {
         return mReal->correctTgCropRegion(sensorId, sensorMode, checkMinSize, minSize, crop);
     });
+}
+
+}  // namespace
+
+std::shared_ptr<IZoomOverrideMgr> makeRecordingManager(std::unique_ptr<CallRecorder> recorder,
+                                                       std::shared_ptr<IZoomOverrideMgr> real) {
+    return std::make_shared<RecordingManager>(std::move(recorder), std::move(real));
 }
 
 }  // namespace zoomrecorder
