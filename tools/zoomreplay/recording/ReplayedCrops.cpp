@@ -4,7 +4,6 @@
 #include <algorithm>
 
 #include "scenario/text/JsonText.h"
-#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 namespace {
@@ -128,7 +127,7 @@ std::vector<ReplayedCrop> replayedCrops(CropContext const& context,
 
 std::vector<ReplayedCrop> replayedCrops(CropContext const& context,
                                         ZoomOverrideP2Need const& need) {
-    auto const domain = traitsOf(context.mode).isP2InActiveArray ? Domain::ActiveArray : Domain::Tg;
+    auto const domain = domainOfP2(context.mode);
     std::vector<ReplayedCrop> crops;
     addSensorCrops(context, crops, Kind::Stream, domain, need.streamCrops,
                    context.explained.streams);

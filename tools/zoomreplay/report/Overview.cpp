@@ -3,10 +3,11 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <map>
 #include <set>
 #include <string>
+
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -166,13 +167,6 @@ void addSensors(PackedRow& out, ReplayedRequest const& request, Overview const& 
     out.close('}');
 }
 
-std::optional<uint32_t> asNumber(std::string const& text) {
-    uint32_t number = 0;
-    char const* const end = text.data() + text.size();
-    auto const [stop, error] = std::from_chars(text.data(), end, number);
-    return error == std::errc{} && stop == end ? std::optional(number) : std::nullopt;
-}
-
 // The lens by its number, which nearly all have: the page draws it beside the sensors.
 void addPhone(PackedRow& out, Observation const& observed) {
     out.open('{');
@@ -180,7 +174,7 @@ void addPhone(PackedRow& out, Observation const& observed) {
         out.key("zoom").number(*observed.zoomRatio);
     }
     if (observed.activePhysicalId.has_value()) {
-        if (auto const lens = asNumber(*observed.activePhysicalId)) {
+        if (auto const lens = scenario::parseNumber<uint32_t>(*observed.activePhysicalId)) {
             out.key("lens").number(int64_t{*lens});
         }
     }

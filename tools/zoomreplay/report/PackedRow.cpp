@@ -1,10 +1,10 @@
 // Keeps the numbers of a row, and each word once.
 #include "PackedRow.h"
 
-#include <charconv>
 #include <cmath>
 
 #include "scenario/text/JsonText.h"
+#include "scenario/text/ParseNumber.h"
 
 namespace zoomreplay {
 namespace {
@@ -70,9 +70,7 @@ void PackedRow::number(float value) {
     if (point != std::string::npos) {
         plain.erase(point, 1);
     }
-    int64_t digits = 0;
-    std::from_chars(plain.data(), plain.data() + plain.size(), digits);
-    add(digits, static_cast<uint8_t>(decimals));
+    add(scenario::parseNumber<int64_t>(plain).value(), static_cast<uint8_t>(decimals));
 }
 
 void PackedRow::text(std::string_view value) {
