@@ -1,4 +1,7 @@
-// Takes the JSON library's messages apart.
+// Takes the JSON library's messages apart. They are sentences of its version 3, which the tests of
+// bad lines hold it to. What was expected could be told from the text before the error and the
+// containers that are open, without them; what is wrong inside of a text or a number could not, and
+// that would be a second parser beside these few words.
 #include "scenario/json/JsonErrors.h"
 
 namespace scenario {
