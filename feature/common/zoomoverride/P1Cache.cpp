@@ -11,7 +11,7 @@ namespace {
 struct CopiedFields : ZoomOverrideNeedHeader {
     decltype(ZoomOverrideP1Need::tgCrops) tgCrops;
 };
-static_assert(sizeof(ZoomOverrideP1Need) == sizeof(CopiedFields));
+static_assert(sizeof(ZoomOverrideP1Need) == sizeof(CopiedFields), "copyNeed lacks a field");
 
 using Crops = decltype(ZoomOverrideP1Need::tgCrops);
 
