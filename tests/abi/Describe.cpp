@@ -4,12 +4,16 @@
 #include <cstddef>
 #include <cstring>
 #include <iostream>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "CustomSensorCropMapper.h"
 #include "CustomZoomRatioOverride.h"
 #include "ISensorCropMapperFactory.h"
 #include "IZoomOverrideMgr.h"
+#include "scenario/text/RecordFields.h"
 
 namespace {
 
@@ -26,7 +30,7 @@ size_t slotOf(Operation operation) {
 }
 
 template <typename Record, typename Field>
-void describeField(char const* record, char const* name, Field Record::*field) {
+void describeField(char const* record, std::string_view name, Field Record::*field) {
     Record const instance{};
     auto const* const begin = reinterpret_cast<std::byte const*>(&instance);
     auto const* const place = reinterpret_cast<std::byte const*>(&(instance.*field));
@@ -40,6 +44,24 @@ void describeRecord(char const* record) {
               << '\n';
 }
 
+template <typename Record, typename Field>
+Record recordOf(Field Record::*field);
+template <typename Member>
+using RecordOf = decltype(recordOf(std::declval<Member>()));
+
+/// A record whose fields the tools describe, without those of the record that it begins with.
+template <typename Record>
+void describeWhole(char const* record) {
+    describeRecord<Record>(record);
+    auto const describe = [record](auto const& field) {
+        if constexpr (std::is_same_v<RecordOf<decltype(field.member)>, Record>) {
+            describeField(record, field.name, field.member);
+        }
+    };
+    std::apply([&](auto const&... field) { (describe(field), ...); },
+               scenario::fields::kOf<Record>);
+}
+
 // Names must be spelt out once only.
 #define SLOT(Class, operation) \
     std::cout << #Class "::" #operation " in slot " << slotOf(&Class::operation) << '\n'
@@ -47,6 +69,7 @@ void describeRecord(char const* record) {
     std::cout << #Class "::" #operation " (" form ") in slot " \
               << slotOf(static_cast<bool (Class::*)(__VA_ARGS__)>(&Class::operation)) << '\n'
 #define RECORD(Record) describeRecord<Record>(#Record)
+#define DESCRIBED_RECORD(Record) describeWhole<Record>(#Record)
 #define FIELD(Record, field) describeField<Record>(#Record, #field, &Record::field)
 
 void describeManager() {
@@ -78,16 +101,9 @@ void describeMapper() {
     FIELD(ISensorCropMapperFactory::CreationParams, externalApi);
     RECORD(SensorCropMapperInit);
     FIELD(SensorCropMapperInit, initParam);
-    RECORD(SensorCropMapperConfig);
-    FIELD(SensorCropMapperConfig, sensorIds);
-    FIELD(SensorCropMapperConfig, sensorInfos);
-    RECORD(SensorCropInput);
-    FIELD(SensorCropInput, enable);
-    FIELD(SensorCropInput, zoomRatio);
-    RECORD(SensorCropOutput);
-    FIELD(SensorCropOutput, isValid);
-    FIELD(SensorCropOutput, zoomRatio);
-    FIELD(SensorCropOutput, sensorCrops);
+    DESCRIBED_RECORD(SensorCropMapperConfig);
+    DESCRIBED_RECORD(SensorCropInput);
+    DESCRIBED_RECORD(SensorCropOutput);
 }
 
 void describeGeometry() {
@@ -107,58 +123,24 @@ void describeGeometry() {
 }
 
 void describeQueries() {
-    RECORD(ZoomOverrideRequest);
-    FIELD(ZoomOverrideRequest, requestNo);
-    FIELD(ZoomOverrideRequest, zoomRatio);
-    FIELD(ZoomOverrideRequest, sensorId);
-    RECORD(ZoomOverrideNeedHeader);
-    FIELD(ZoomOverrideNeedHeader, overrideValid);
-    FIELD(ZoomOverrideNeedHeader, requestNo);
-    FIELD(ZoomOverrideNeedHeader, zoomRatio);
-    FIELD(ZoomOverrideNeedHeader, mode);
-    RECORD(ZoomOverrideP1Need);
-    FIELD(ZoomOverrideP1Need, tgCrops);
-    RECORD(ZoomOverrideP2Need);
-    FIELD(ZoomOverrideP2Need, overrideRect);
-    FIELD(ZoomOverrideP2Need, streamCrops);
-    FIELD(ZoomOverrideP2Need, extraTgCrops);
-    FIELD(ZoomOverrideP2Need, previewAaCrops);
-    FIELD(ZoomOverrideP2Need, extraAaCrops);
-    FIELD(ZoomOverrideP2Need, trailingInfo);
-    RECORD(ZoomOverride3ANeed);
+    DESCRIBED_RECORD(ZoomOverrideRequest);
+    DESCRIBED_RECORD(ZoomOverrideNeedHeader);
+    DESCRIBED_RECORD(ZoomOverrideP1Need);
+    DESCRIBED_RECORD(ZoomOverrideP2Need);
+    DESCRIBED_RECORD(ZoomOverride3ANeed);
 }
 
 void describeDeposits() {
-    RECORD(RunTimeCropNeedData);
-    FIELD(RunTimeCropNeedData, sensorModes);
-    FIELD(RunTimeCropNeedData, streamSizes);
-    FIELD(RunTimeCropNeedData, constraintStreams);
-    FIELD(RunTimeCropNeedData, extraTable);
-    RECORD(ZoomOverrideSetting);
-    FIELD(ZoomOverrideSetting, overrideValid);
-    FIELD(ZoomOverrideSetting, requestNo);
-    FIELD(ZoomOverrideSetting, zoomRatio);
-    FIELD(ZoomOverrideSetting, overrideRect);
-    FIELD(ZoomOverrideSetting, previewAaCrops);
-    FIELD(ZoomOverrideSetting, extraAaCrops);
-    FIELD(ZoomOverrideSetting, trailingInfo);
+    DESCRIBED_RECORD(RunTimeCropNeedData);
+    DESCRIBED_RECORD(ZoomOverrideSetting);
 }
 
 void describeConfigurations() {
-    RECORD(ZoomOverrideFspInfoConfig);
-    FIELD(ZoomOverrideFspInfoConfig, fspPorts);
-    RECORD(ZoomOverrideSensorInfo);
-    FIELD(ZoomOverrideSensorInfo, degreeH);
-    FIELD(ZoomOverrideSensorInfo, degreeV);
-    FIELD(ZoomOverrideSensorInfo, activeArray);
-    RECORD(ZoomOverrideSensorInfoConfig);
-    FIELD(ZoomOverrideSensorInfoConfig, sensorIds);
-    FIELD(ZoomOverrideSensorInfoConfig, sensorInfos);
-    RECORD(ZoomOverrideSensorBehaviorInfoConfig);
-    FIELD(ZoomOverrideSensorBehaviorInfoConfig, portSizes);
-    RECORD(v3::CustomZoomRatioOverride);
-    FIELD(v3::CustomZoomRatioOverride, zoomRatio);
-    FIELD(v3::CustomZoomRatioOverride, enable);
+    DESCRIBED_RECORD(ZoomOverrideFspInfoConfig);
+    DESCRIBED_RECORD(ZoomOverrideSensorInfo);
+    DESCRIBED_RECORD(ZoomOverrideSensorInfoConfig);
+    DESCRIBED_RECORD(ZoomOverrideSensorBehaviorInfoConfig);
+    DESCRIBED_RECORD(v3::CustomZoomRatioOverride);
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ struct Field {
 /// A field that scenarios do not carry.
 template <typename Record, typename Item>
 struct HiddenField {
+    std::string_view name;
     Item Record::*member;
 };
 
@@ -34,8 +35,8 @@ constexpr Field<Record, Item> required(std::string_view name, Item Record::*memb
 }
 
 template <typename Record, typename Item>
-constexpr HiddenField<Record, Item> hidden(Item Record::*member) {
-    return {member};
+constexpr HiddenField<Record, Item> hidden(std::string_view name, Item Record::*member) {
+    return {name, member};
 }
 
 /// Converts to everything, so that it can stand for any field.

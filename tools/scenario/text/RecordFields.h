@@ -46,7 +46,7 @@ inline constexpr auto kOf<ZoomOverrideP2Need> = extend<ZoomOverrideP2Need>(
     optional("extraTgCrops", &ZoomOverrideP2Need::extraTgCrops),
     optional("previewAaCrops", &ZoomOverrideP2Need::previewAaCrops),
     optional("extraAaCrops", &ZoomOverrideP2Need::extraAaCrops),
-    hidden(&ZoomOverrideP2Need::trailingInfo));
+    hidden("trailingInfo", &ZoomOverrideP2Need::trailingInfo));
 
 template <>
 inline constexpr auto kOf<ZoomOverride3ANeed> =
@@ -67,7 +67,7 @@ inline constexpr auto kOf<ZoomOverrideSetting> =
                                   optional("overrideRect", &ZoomOverrideSetting::overrideRect),
                                   optional("previewAaCrops", &ZoomOverrideSetting::previewAaCrops),
                                   optional("extraAaCrops", &ZoomOverrideSetting::extraAaCrops),
-                                  hidden(&ZoomOverrideSetting::trailingInfo));
+                                  hidden("trailingInfo", &ZoomOverrideSetting::trailingInfo));
 
 template <>
 inline constexpr auto kOf<ZoomOverrideFspInfoConfig> =

@@ -82,7 +82,7 @@ inline constexpr auto kOf<zoomreplay::ModeAnswer> =
 
 template <typename Need>
 inline constexpr auto kOf<zoomreplay::QueryAnswer<Need>> = describe<zoomreplay::QueryAnswer<Need>>(
-    hidden(&zoomreplay::QueryAnswer<Need>::request),
+    hidden("request", &zoomreplay::QueryAnswer<Need>::request),
     optional("result", &zoomreplay::QueryAnswer<Need>::result),
     optional("need", &zoomreplay::QueryAnswer<Need>::need));
 
@@ -92,14 +92,15 @@ inline constexpr auto kOf<zoomreplay::HistoryAnswer> =
 
 template <>
 inline constexpr auto kOf<zoomreplay::CorrectionAnswer> = describe<zoomreplay::CorrectionAnswer>(
-    hidden(&zoomreplay::CorrectionAnswer::sensorId),
+    hidden("sensorId", &zoomreplay::CorrectionAnswer::sensorId),
     optional("result", &zoomreplay::CorrectionAnswer::result),
     optional("crop", &zoomreplay::CorrectionAnswer::crop));
 
 template <>
-inline constexpr auto kOf<zoomreplay::MapperAnswer> = describe<zoomreplay::MapperAnswer>(
-    hidden(&zoomreplay::MapperAnswer::input), optional("result", &zoomreplay::MapperAnswer::result),
-    optional("output", &zoomreplay::MapperAnswer::output));
+inline constexpr auto kOf<zoomreplay::MapperAnswer> =
+    describe<zoomreplay::MapperAnswer>(hidden("input", &zoomreplay::MapperAnswer::input),
+                                       optional("result", &zoomreplay::MapperAnswer::result),
+                                       optional("output", &zoomreplay::MapperAnswer::output));
 
 template <>
 inline constexpr auto kOf<zoomreplay::ExceptionAnswer> =
