@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <type_traits>
 #include <unordered_map>
 #include <variant>
 
@@ -111,17 +112,20 @@ using Input = std::variant<SensorInput, PublishInput, ManagerInput, InitializeIn
 
 /// The request that an input names; empty where it names none. A setting is for others to come.
 inline std::optional<uint32_t> requestOf(Input const& input) {
-    if (auto const* query = std::get_if<QueryInput>(&input)) {
-        return query->request.requestNo;
-    }
-    if (auto const* deposit = std::get_if<DepositInput>(&input)) {
-        return deposit->requestNo;
-    }
-    if (auto const* observed = std::get_if<ObservedInput>(&input)) {
-        return observed->observation.requestNo;
-    }
-    auto const* const done = std::get_if<DoneInput>(&input);
-    return done != nullptr ? std::optional(done->requestNo) : std::nullopt;
+    return std::visit(
+        [](auto const& kind) -> std::optional<uint32_t> {
+            if constexpr (requires { kind.request.requestNo; }) {
+                return kind.request.requestNo;
+            } else if constexpr (requires { kind.observation.requestNo; }) {
+                return kind.observation.requestNo;
+            } else if constexpr (requires { kind.requestNo; } &&
+                                 !std::is_same_v<decltype(kind), SettingInput const&>) {
+                return kind.requestNo;
+            } else {
+                return std::nullopt;
+            }
+        },
+        input);
 }
 
 }  // namespace zoomreplay

@@ -40,13 +40,7 @@ void Trace::begin(uint64_t line, LineTime const& time) {
 }
 
 void Trace::prepare(uint64_t /*line*/, Input const& input) {
-    std::visit(
-        [this](auto const& kind) {
-            if constexpr (requires { take(kind); }) {  // not all is shown
-                take(kind);
-            }
-        },
-        input);
+    std::visit([this](auto const& kind) { take(kind); }, input);
 }
 
 void Trace::take(SensorInput const& input) {

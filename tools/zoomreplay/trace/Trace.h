@@ -63,6 +63,10 @@ class Trace : public OutcomeConsumer {
     void take(QueryInput const& input);
     void take(DoneInput const& input);
     void take(ObservedInput const& input);
+    void take(ManagerInput const& /*input*/) const {}
+    void take(FspInput const& /*input*/) const {}
+    void take(PortsInput const& /*input*/) const {}
+    void take(CorrectionInput const& /*input*/) const {}
 
     bool isShown() const;
     Request* findRequest();
