@@ -8,6 +8,7 @@
 #include "report/PageParts.h"
 #include "report/PageText.h"
 #include "report/Report.h"
+#include "scenario/text/Modes.h"
 
 namespace zoomreplay {
 namespace {
@@ -23,12 +24,23 @@ std::string withNonce(std::string html, std::string const& nonce) {
     return html;
 }
 
+Json publishingModes() {
+    Json modes = Json::array();
+    for (auto const mode : scenario::allModes()) {
+        if (scenario::traitsOf(mode).source == scenario::OverrideSource::Published) {
+            modes.push_back(static_cast<int32_t>(mode));
+        }
+    }
+    return modes;
+}
+
 }  // namespace
 
 std::string livePage(std::string const& scenario, bool isLogged, std::string const& nonce) {
     Json const noTable{{"words", Json::array()}, {"blocks", Json::array()}};
     Json data = Report::head(scenario, {isLogged, false});
     data.update({{"live", true},
+                 {"publishing", publishingModes()},
                  {"total", 0},
                  {"shown", 0},
                  {"jumps", Json::array()},

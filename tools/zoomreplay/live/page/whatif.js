@@ -1,8 +1,8 @@
 // What if the customer published another ratio: the slider, and what the library answers.
 //
+// data      { publishing: the modes in which something is published }
 // answer    { lines: that were asked, requests: { words, blocks } of one record; or isFatal }
 
-const EXTERNAL = 'ExternalAPI';
 const slider = html('input', { type: 'range', id: 'what-if-ratio', min: -1, max: 4, step: 0.01, value: 0, 'aria-label': 'Published ratio' });
 const whatIfTitle = html('h2', {}, 'What if');
 const whatIfSaid = html('p', { class: 'aside', id: 'what-if-said' }, 'Move the slider: the library is asked for a copy of the newest request, outside of the session.');
@@ -12,7 +12,7 @@ $('details').before(html('section', { id: 'what-if', class: 'card', hidden: '' }
   html('div', { class: 'bar' }, whatIfTitle, slider), whatIfSaid, whatIfSensors,
   html('details', {}, html('summary', {}, 'As lines of a scenario'), whatIfLines)));
 
-const showWhatIf = () => { $('what-if').hidden = modeName(at('mode', count - 1)) !== EXTERNAL; };
+const showWhatIf = () => { $('what-if').hidden = !data.publishing.includes(at('mode', count - 1)); };
 
 const askedRatio = () => Number((2 ** slider.value).toFixed(2));
 
