@@ -55,6 +55,9 @@ TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
 
     EXPECT_THAT(findAll(help, "\n([^\n]{81,})"), testing::IsEmpty());
     EXPECT_EQ(findAll(man.str(), "Cm ([a-z-]+)"), commands);
+    for (std::string const& line : findAll(help, "\n(  [a-z][a-z-]+  +[A-Z])")) {
+        EXPECT_EQ(line.size(), 25U) << line;  // below the options
+    }
     EXPECT_EQ(findAll(man.str(), "Fl -([a-z]+)"), findAll(help, "--([a-z]+)"));
 }
 
@@ -111,6 +114,8 @@ BadUsage const kBadUsages[] = {
     {{"s.jsonl", "--requests", "1", "-o", "-"}, "--requests: results are never limited"},
     {{"new", "s.jsonl"}, "s.jsonl: cannot create: File exists\n"},
     {{"new", "n.jsonl", "--mode", "None"}, "Try zoomreplay new --help.\n"},
+    {{"s.jsonl", "--limit", "3"}, "--limit requires --jumps\n"},
+    {{"s.jsonl", "--differences", "d"}, "--differences requires --compare\n"},
     {{"s.jsonl", "-o"}, "required"},
     {{"t.jsonl"}, "t.jsonl: cannot open: No such file or directory\n"},
     {{"."}, ".: cannot read: Is a directory\n"},

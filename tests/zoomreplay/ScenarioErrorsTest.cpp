@@ -111,6 +111,8 @@ constexpr BadLine kValues[] = {
      "isPortExist: sensorId: out of range, must be -2147483648 to 2147483647"},
     {R"({"op":"configSensorBehaviorInfo","portSizes":{"0":{"256":[1,1]}}})",
      "configSensorBehaviorInfo: portSizes.0.256: key: out of range, must be 0 to 255"},
+    {R"({"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"-2":1}})",
+     "setRunTimeCropNeedData: sensorModes.-2: key: out of range, must be 0 to 4294967295 or -1"},
     {R"({"op":"configSensorBehaviorInfo","portSizes":{"0":{"0x1g":[1,1]}}})",
      "configSensorBehaviorInfo: portSizes.0.0x1g: key: must be an integer"},
     {R"({"op":"getP1CropSetting","requestNo":1,"zoomRatio":1,"need":{"tgCrops":{"0":{"0x10000":0}}}})",
