@@ -4,6 +4,7 @@ terminal.py ZOOMREPLAY SCENARIO: the scenario has crops for several ports.
 """
 import fcntl
 import os
+import pathlib
 import pty
 import re
 import struct
@@ -73,6 +74,10 @@ def main():
     narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
     assert max(map(len, narrow.splitlines())) <= 80, narrow
     assert show(command, 40, NO_COLOR="1") == narrow
+    untold, file = show(command, 0, NO_COLOR="1"), subprocess.run(command, capture_output=True, text=True).stdout
+    assert untold.replace("\r\n", "\n") == file, untold
+    expected = pathlib.Path(command[1]).with_suffix(".wide").read_text()
+    assert show(command, 150, NO_COLOR="1").replace("\r\n", "\n") == expected
     assert len(wide.splitlines()) < len(narrow.splitlines()), wide
     assert "\x1b[" not in narrow + show(command, 100, TERM="dumb")
     coloured = show(command, 100)
