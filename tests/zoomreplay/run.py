@@ -5,6 +5,7 @@ run.py ZOOMREPLAY
 import fcntl
 import os
 import pty
+import re
 import signal
 import subprocess
 import sys
@@ -23,34 +24,93 @@ def write(name, data):
         file.write(data if isinstance(data, bytes) else data.encode())
 
 
-def test_junit():
-    """An XML reader takes it whatever the records hold."""
-    odd = b'{"op": "<b>&\x01\xff ]]> \xef\xbf\xbf \xc3\xa4"}\n'
-    os.makedirs("junit/expected")
-    write("junit/differs.jsonl", LINE + LINE)
-    write("junit/expected/differs.jsonl", RESULT)
-    for name, text in (("<odd>&\x1b\n.jsonl", odd), ("same.jsonl", LINE), ("torn.jsonl", LINE + "{")):
+SENSOR = '{"op": "sensor", "id": 0, "modes": {"1": {"size": [2304, 1296], "window": [0, 0, 4608, 2592]}}}\n'
+# The crop of request 1 fits; request 2 lacks its sensor, which is an exception.
+SETTING = '"setting": {"overrideValid": true, "requestNo": 9, "zoomRatio": 2, "previewAaCrops": {"0": [0, 0, 8, 8]}}'
+TWO = SENSOR + """{"op": "initialize", "mode": "ByRequest"}
+{"op": "storeOverrideSetting", "requestNo": 1, %s}
+{"op": "setRunTimeCropNeedData", "requestNo": 1, "sensorModes": {"0": 1}}
+{"op": "getP2CropSetting", "requestNo": 1, "zoomRatio": 1}
+{"op": "setRunTimeCropNeedData", "requestNo": 2}
+{"op": "getP2CropSetting", "requestNo": 2, "zoomRatio": 1}
+""" % SETTING
+
+
+def write_junit_records():
+    os.makedirs("junit/sub")
+    os.makedirs("junit/expected/sub")
+    records = {"<odd>&\x1b\n.jsonl": b'{"op": "<b>&\x01\xff ]]> \xef\xbf\xbf \xc3\xa4"}\n', "differs.jsonl": LINE + LINE,
+               "same.jsonl": LINE, "torn.jsonl": LINE + "{",
+               "sub/fatal.jsonl": '{"op": "getHistoryCropNeedData", "requestNo": 9}\n', "sub/two.jsonl": TWO}
+    for name, text in records.items():
         write("junit/" + name, text)
         write("junit/expected/" + name, RESULT)
-    run = subprocess.run([ZOOMREPLAY, "run", "junit", "--compare-to", "junit/expected", "--junit", "j.xml"],
-                         capture_output=True, check=False)
-    assert run.returncode == 2, run
-    suite = xml.etree.ElementTree.parse("j.xml").getroot().find("testsuite")
-    assert [suite.get(count) for count in ("tests", "failures", "errors")] == ["4", "1", "1"]
-    odd, differs, same, torn = suite
-    assert (odd.get("classname"), odd.get("name")) == ("junit", "<odd>&??.jsonl")
-    assert odd.find("error").get("type") == "broken"
-    assert odd.find("error").get("message").startswith("junit/<odd>&??.jsonl:1: "), odd.find("error").attrib
-    assert differs.find("failure").get("message") == (
-        "junit/differs.jsonl:2: getZoomOverrideMode: expected no result, got one")
-    assert "1 result differs" in differs.find("failure").text
-    assert [child.tag for child in same] == ["system-out"]
-    assert "torn.jsonl:2: cut off" in torn.find("system-err").text
+    write("plain.jsonl", LINE)
+    write("junit/expected/plain.jsonl", RESULT)
+    for name in ("sub/fatal.jsonl", "sub/two.jsonl"):
+        subprocess.run([ZOOMREPLAY, "junit/" + name, "-o", "junit/expected/" + name], check=False, stderr=subprocess.DEVNULL)
+
+
+def junit_case(folder, name, counts, *trouble, said=""):
+    """A test of the XML: elements as tags, attributes, texts."""
+    texts = [("system-out", {}, "%d requests, %d overridden, %d corrected, %d exceptions, %d fatal, %d differences" % counts)]
+    if said:
+        texts.append(("system-err", {}, said))
+    return [("testcase", {"classname": folder, "name": name}, ""), *trouble, *texts]
+
+
+def trouble(tag, kind, message, text):
+    return (tag, {"type": kind, "message": message}, text)
+
+
+def test_junit():
+    """An XML reader takes it whatever the records hold; rows, messages and tests tell the same."""
+    write_junit_records()
+    run = subprocess.run([ZOOMREPLAY, "run", "junit", "plain.jsonl", "junit/same.jsonl", "--compare-to", "junit/expected",
+                          "--junit", "j.xml"], capture_output=True, check=False, text=True)
+    assert run.returncode == 3, run
+    odd = ("junit/<odd>&??.jsonl:1: column 13: invalid string: control character U+0001 (SOH) must be escaped to "
+           "\\u0001")
+    differs = "junit/differs.jsonl:2: getZoomOverrideMode: expected no result, got one"
+    fatal = "junit/sub/fatal.jsonl:1: getHistoryCropNeedData: the library stopped the process"
+    torn = "junit/torn.jsonl:2: cut off; the record ends with the line before"
+    library = "\n".join(line for line in run.stderr.splitlines() if "feature/" in line)
+    assert "req(9) not exist" in library
+    assert run.stderr.splitlines() == [odd, differs, "1 result differs, in 0 requests", *library.splitlines(), fatal, torn]
+    assert run.stdout == """\
+requests  overridden  corrected  exceptions  fatal  differences  result   record
+       0           0          0           0      0            0  broken   junit/<odd>&??.jsonl
+       0           0          0           0      0            1  differs  junit/differs.jsonl
+       0           0          0           0      0            0  ok       junit/same.jsonl
+       0           0          0           0      1            0  fatal    junit/sub/fatal.jsonl
+       2           1          0           1      0            0  ok       junit/sub/two.jsonl
+       0           0          0           0      0            0  ok       junit/torn.jsonl
+       0           0          0           0      0            0  ok       plain.jsonl
+7 records: 4 ok, 1 differs, 1 broken, 1 fatal
+""", run.stdout
+    root = xml.etree.ElementTree.parse("j.xml").getroot()
+    times = [node.attrib.pop("time") for node in root.iter() if node.tag in ("testsuite", "testcase")]
+    assert all(re.fullmatch(r"\d+\.\d{3}", time) for time in times), times
+    whole, *each = map(float, times)
+    assert abs(whole - sum(each)) < 0.01, times
+    told = [(node.tag, node.attrib, (node.text or "").strip()) for node in root.iter()]
+    assert told == [
+        ("testsuites", {}, ""),
+        ("testsuite", {"name": "zoomreplay", "tests": "7", "failures": "1", "errors": "2"}, ""),
+        *junit_case("junit", "<odd>&??.jsonl", (0, 0, 0, 0, 0, 0), trouble("error", "broken", odd, odd)),
+        *junit_case("junit", "differs.jsonl", (0, 0, 0, 0, 0, 1),
+                    trouble("failure", "differs", differs, differs + "\n1 result differs, in 0 requests")),
+        *junit_case("junit", "same.jsonl", (0, 0, 0, 0, 0, 0)),
+        *junit_case("junit/sub", "fatal.jsonl", (0, 0, 0, 0, 1, 0), trouble("error", "fatal", fatal, library + "\n" + fatal)),
+        *junit_case("junit/sub", "two.jsonl", (2, 1, 0, 1, 0, 0)),
+        *junit_case("junit", "torn.jsonl", (0, 0, 0, 0, 0, 0), said=torn),
+        *junit_case(".", "plain.jsonl", (0, 0, 0, 0, 0, 0)),
+    ], told
     assert os.listdir(".").count("j.xml") == 1 and not [name for name in os.listdir(".") if "part" in name]
 
 
-def start(*arguments, stderr=subprocess.PIPE):
-    return subprocess.Popen([ZOOMREPLAY, "run", *arguments], stdout=subprocess.PIPE, stderr=stderr, text=True,
+def start(*arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE):
+    return subprocess.Popen([ZOOMREPLAY, "run", *arguments], stdout=stdout, stderr=stderr, text=True,
                             env={**os.environ, "TERM": "xterm"})
 
 
@@ -79,7 +139,6 @@ def wait_until_read(pipe, process):
 
 def test_killed_child():
     """It is told, with the line, and the others go on."""
-    write("plain.jsonl", LINE)
     run = start("fifo.jsonl", "plain.jsonl", "--jobs", "1")
     pipe = open_for_writing("fifo.jsonl")
     os.write(pipe, (LINE * 3).encode())
@@ -117,18 +176,29 @@ def test_end_from_outside():
             assert file.read() == "old"
 
 
-def test_progress():
-    """On a terminal, and gone when the rows come."""
+def test_terminal():
+    """The progress goes when the rows come, and what is not well is red."""
     ours, theirs = pty.openpty()
-    run = start("fifo.jsonl", "plain.jsonl", stderr=theirs)
-    os.close(theirs)
+    run = start("fifo.jsonl", "junit/sub/fatal.jsonl", "plain.jsonl", "--jobs", "3", "--junit", "j.xml", stderr=theirs)
     pipe = open_for_writing("fifo.jsonl")
     shown = os.read(ours, 4096)
-    assert b"1 of 2 records" in shown, shown
+    while not shown.endswith(b"records\x1b[K"):
+        shown += os.read(ours, 4096)
+    assert shown.endswith(b"\r100 %  2 of 3 records\x1b[K"), shown
     os.close(pipe)
+    out = run.communicate()[0]
+    assert "\x1b" not in out and run.returncode == 3
+    assert os.read(ours, 4096).startswith(b"\r\x1b[K")
+    cases = xml.etree.ElementTree.parse("j.xml").getroot().iter("testcase")
+    assert [float(case.get("time")) >= 1 for case in cases] == [True, False, False]
+
+    run = start("junit/sub/fatal.jsonl", "plain.jsonl", stdout=theirs)
     run.communicate()
-    assert run.returncode == 0
-    assert os.read(ours, 4096).endswith(b"\r\x1b[K")
+    assert os.read(ours, 4096).decode().replace("\r", "").splitlines()[1:] == [
+        "       0           0          0           0      1            -  \x1b[31mfatal    \x1b[0mjunit/sub/fatal.jsonl",
+        "       0           0          0           0      0            -  ok       plain.jsonl",
+        "2 records: 1 ok, 1 fatal"]
+    os.close(theirs)
 
 
 def main():
@@ -138,7 +208,7 @@ def main():
         test_junit()
         test_killed_child()
         test_end_from_outside()
-        test_progress()
+        test_terminal()
         os.chdir("/")
 
 

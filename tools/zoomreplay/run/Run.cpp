@@ -84,10 +84,9 @@ struct RunOutputs {
 
 void tellResults(std::vector<std::string> const& results) {
     if (!results.empty()) {
+        size_t const more = results.size() - 1;
         complain(results.front() + ": holds results, no record: left out" +
-                 (results.size() > 1
-                      ? ", as are " + std::to_string(results.size() - 1) + " more files"
-                      : ""));
+                 (more > 0 ? ", and " + std::to_string(more) + " more like it" : ""));
     }
 }
 
