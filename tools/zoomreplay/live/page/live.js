@@ -156,6 +156,7 @@ const followLink = () => {
   setFollowing(false);
   if (indexOf(name) < 0) return;
   wantedLink = '';
+  setWindow(-0.5, count - 0.5);  // more than when it began
   show(indexOf(name), { isFromHistory: true });
 };
 
