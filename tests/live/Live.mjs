@@ -1,4 +1,4 @@
-// A running `zoomreplay live -`: its input, its address and its end.
+// A running `zoomreplay live`: its input, its address and its end.
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { readdirSync } from 'node:fs';
@@ -10,9 +10,18 @@ const running = new Set();
 process.on('exit', () => running.forEach((tool) => tool.kill('SIGKILL')));
 
 export class Live {
-  static async start(tool, options = [], environment = {}) {
+  static start(tool, options = [], environment = {}, scenario = '-') {
+    return Live.run([tool, 'live', scenario, ...options], environment);
+  }
+
+  /** Its standard output is a terminal's. */
+  static startOnTerminal(tool, options, environment, scenario) {
+    return Live.run(['/usr/bin/script', '-qec', [tool, 'live', scenario, ...options].join(' '), '/dev/null'], environment);
+  }
+
+  static async run([program, ...rest], environment) {
     const live = new Live();
-    live.process = spawn(tool, ['live', '-', ...options], { env: { ...process.env, ...environment } });
+    live.process = spawn(program, rest, { env: { ...process.env, ...environment } });
     running.add(live.process);
     live.errors = '';
     live.process.stderr.setEncoding('utf8').on('data', (text) => { live.errors += text; });

@@ -33,6 +33,13 @@ const feed = (no) => {
 };
 
 try {
+  await browser.before(`addEventListener('DOMContentLoaded', () => {
+    const { updateOptions } = Dygraph.prototype;
+    Dygraph.prototype.updateOptions = function (options) {
+      globalThis.drawnWindow = options.dateWindow;
+      return updateOptions.call(this, options);
+    };
+  })`);
   await browser.open(live.address);
   live.write(...SETUP);
   feed(1);
@@ -68,6 +75,9 @@ try {
   assert.ok(median <= Math.max(mostMedian, most), `half of the requests appear within ${mostMedian} ms`);
   assert.ok(worst <= Math.max(mostWorst, most), `all appear within ${mostWorst} ms`);
 
+  // The newest 300 are in view.
+  await until(`String(drawnWindow) === '${[Math.max(0, REQUESTS - 300) - 0.5, REQUESTS - 0.5]}'`);
+
   // The page shows what a plain replay answers.
   const results = replay(lines);
   const expectedCrops = (no) => results.filter(({ op }) => op === 'getP2CropSetting')[no - 1].need.streamCrops[0];
@@ -80,11 +90,12 @@ try {
 
   // The slider's answers are those of a scenario with the same lines, and are no part of the session.
   for (const published of [2.3, 0.6]) {
-    await browser.evaluate(`(() => {
+    await browser.evaluate(`for (const ratio of [1.5, ${published}]) {  // while the first is asked the slider goes on
       const slider = document.getElementById('what-if-ratio');
-      slider.value = Math.log2(${published});
+      slider.value = Math.log2(ratio);
       slider.dispatchEvent(new Event('input'));
-    })()`);
+    }`);
+    assert.equal(await browser.evaluate(`document.querySelector('#what-if h2').textContent`), `What if ${published.toFixed(2)}\u00d7 were published`);
     await until(`document.getElementById('what-if').dataset.answered === '${published}'`, `an answer for ${published}`);
     const asked = await browser.evaluate(`document.getElementById('what-if-lines').textContent.split('\\n')`);
     assert.deepEqual(JSON.parse(asked[0]), { op: 'publish', zoomRatio: published, enable: true });
@@ -119,6 +130,12 @@ try {
   await until(`document.getElementById('about').textContent.includes('${REQUESTS + 2} requests')`);
   await until(`document.querySelector('[data-finding=jump]')?.textContent.endsWith(': 1')`, 'the jump is known after the reload');
 
+  // Columns grow, and keep what they hold.
+  for (let no = REQUESTS + 3; no <= 1100; ++no) feed(no);
+  await until(`document.getElementById('about').textContent.includes('1100 requests')`);
+  await browser.evaluate(`location.hash = '#request=3'`);
+  await until(`document.getElementById('hover').textContent.startsWith('request 3 \u00b7 asked 1.00\u00d7 \u00b7 ')`);
+
   assert.deepEqual(browser.errors, [], 'nothing on the console');
   const { origin } = new URL(live.address);
   assert.deepEqual(browser.addresses.filter((url) => !url.startsWith('data:') && !url.startsWith(origin)), [], 'nothing is loaded from elsewhere');
@@ -127,7 +144,7 @@ try {
   await until(`/<stdin>:${lines.length + 1}: publish: enable/.test(document.getElementById('fatal').textContent)`, 'the bad line is told');
   assert.equal(await live.interrupt(), 2);
   await until(`document.getElementById('live-state').textContent.startsWith('zoomreplay has been ended')`);
-  assert.equal(await browser.evaluate(title), `Request ${JUMP}`, 'the page stays');
+  assert.equal(await browser.evaluate(title), 'Request 3', 'the page stays');
 } finally {
   await browser.stop();
   live.process.kill();

@@ -29,9 +29,11 @@ export const SHOWN = `(() => {
     asked: id('asked').textContent, override: id('override').textContent, sentence: id('lines').textContent,
     slider: id('timeline').getAttribute('aria-valuetext'), hover: id('hover').textContent,
     stages: texts('#stages li'), symbols: [...document.querySelectorAll('#stages li')].map((item) => [...item.querySelectorAll('path')].map((path) => path.getAttribute('class'))),
+    hidden: ['why-card', 'differences-card', 'log-card', 'ports', 'stray', 'fatal', 'walk', 'message'].filter((name) => id(name).hidden),
+    angleHeads: [id('angles-title').textContent, ...texts('#angles th'), id('angles-note').textContent], numberHeads: texts('#numbers thead th'),
     cursor: (({ left, width }) => left + width / 2)(id('cursor').getBoundingClientRect()),
     timeline: (({ left, width }) => [left, width])(id('timeline').getBoundingClientRect()),
-    angles: rows('#angles tbody tr'),
+    angles: rows('#angles tbody tr'), beams: [...document.querySelectorAll('.beam rect:last-child')].map((node) => [box(node)[0], box(node)[2]]),
     queries: texts('#numbers tr.query'), numbers: rows('#numbers tbody tr:not(.query)'),
     unexplained: texts('#why .alarm').length, reasons: texts('#why h3'), kept: texts('#why > p'),
     steps: [...document.querySelectorAll('#why .steps')].map((part) => ({ title: part.querySelector('h4').textContent, items: texts('li', part) })),
@@ -41,6 +43,8 @@ export const SHOWN = `(() => {
       note: card.querySelector('p.aside')?.textContent,
       figures: [...card.querySelectorAll('figure')].map((figure) => ({ caption: figure.querySelector('figcaption').textContent,
         label: figure.querySelector('svg').getAttribute('aria-label'), labels: texts('text.label', figure),
+        labelled: [...figure.querySelectorAll('text.label')].map((node) => [Number(node.getAttribute('x')), Number(node.getAttribute('y')), node.getComputedTextLength()]),
+        picture: figure.querySelector('svg').viewBox.baseVal.width,
         boxes: [...figure.querySelectorAll('rect')].map((node) => [node.getAttribute('class').split(' ')[0], box(node)]) })),
     })),
   };
@@ -86,6 +90,8 @@ export const drawnAt = async (browser, canvas, count) => {
       .filter((band) => covers(band, (i + 0.5) * pitch - 1, (i + 0.5) * pitch + 1))
       .filter((band, k, list) => !isHidden(band, k, list))
       .map(({ colour }) => Object.keys(colours).find((name) => colours[name] === colour) ?? colour))].sort(),
+    labels: (lane) => drawn.filter(({ name, left, what: [, , y] }) => name === 'fillText' && left > 0 && Math.floor(y / LANE) === lane)
+      .map(({ what: [text, x] }) => [text, Math.round((x - 5) / pitch)]),
     hasEdge: (lane, i) => inLane(lane).some((band) => band.colour === colours['--ink'] && covers(band, i * pitch - 1, i * pitch + 2)),
   };
 };

@@ -21,7 +21,7 @@ const cropOf = (request, stream, isNow) => {
   return [(WIDTH - w) / 2 + shift, (HEIGHT - h) / 2, w - (isDifferent ? 2 * DIFFERENT_BY : 0), h];
 };
 
-const linesOf = (isNow) => {
+export const linesOf = (isNow) => {
   const modes = { 1: { size: [2016, 1512], window: [0, 0, WIDTH, HEIGHT] }, 2: { size: [WIDTH, HEIGHT], window: [0, 0, WIDTH, HEIGHT] } };
   const lines = [0, 2].map((id) => ({ op: 'sensor', id, modes }));
   lines.push({ op: 'initialize', mode: 'InstantRequest' }, { op: 'configSensorInfo', sensorIds: [0, 2], sensorInfos: {

@@ -1,5 +1,6 @@
 // Walks through the report of tour.jsonl and holds everything that it tells and draws of each request to the
 // scenario, the result lines and the printed steps: node tour.mjs REPORT.html RESULTS.jsonl SCENARIO.jsonl STEPS.txt
+// With ZOOMREPLAY instead of a report, it is the page of a live replay, which is fed line by line.
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
 import { test, after, before } from 'node:test';
@@ -10,9 +11,13 @@ import {
   areaOf, askedOf, explanationsIn, isNear, leadOf, modeOf, nameOfPorts, overrideOf, ratio, rect, requestsOf,
   sentenceOf, shownCrops, stagesOf, titleOf,
 } from './Expected.mjs';
+import { Live } from '../live/Live.mjs';
 import { KEEP_DRAWINGS, coloursOf, drawnAt, shownRequest, SHOWN } from './Page.mjs';
+import { eventually, pause } from './Patience.mjs';
 
 const [report, resultFile, scenarioFile, stepsFile] = process.argv.slice(2);
+const isLive = !report.endsWith('.html');
+const NAME = isLive ? '<stdin>' : scenarioFile;
 const linesOf = (file) => readFileSync(file, 'utf8').trim().split('\n');
 
 // By hand, with the scenario beside it: which lines give an earlier answer again, and what is wrong where.
@@ -47,6 +52,21 @@ const stateIn = (request, stage) => {
   return { state: (broken ?? queries.at(-1))?.state, isKept: queries.some(({ kept }) => kept) };
 };
 
+let live;
+const openLive = async () => {
+  live = await Live.start(report, ['--log']);
+  await browser.open(live.address);
+  for (const line of linesOf(scenarioFile)) {
+    live.write(line);
+    await pause(50);  // so that most are told alone
+  }
+  await untilOver();
+};
+const untilOver = () => {
+  const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent).join()`);
+  return eventually(async () => /fatal condition: 1.*never done: 4/.test(await texts('#findings button')) && /stopped/.test(await texts('#fatal')), 'the end');
+};
+
 let browser;
 let jumps;  // the requests that the list of jumps names
 let opened;  // what it tells when nothing is chosen
@@ -55,24 +75,31 @@ before(async () => {
   browser = await Chromium.start();
   await browser.resize(1280, 1000);
   await browser.before(KEEP_DRAWINGS);
-  await browser.open(pathToFileURL(report).href);
+  if (isLive) await openLive();
+  else await browser.open(pathToFileURL(report).href);
   shown = [];
   opened = await shownRequest(browser, '10', false);
   await shownRequest(browser, requests[0].name);
   jumps = new Set(await browser.evaluate(`[...document.querySelectorAll('#jump-list a')].map((a) => a.hash.replace('#request=', ''))`));
   for (const { name } of requests) shown.push(await shownRequest(browser, name));
 });
-after(() => browser.stop());
+after(async () => {
+  await live?.interrupt();
+  await browser.stop();
+});
 
 const forEach = (check) => requests.forEach((request, i) => check(request, shown[i], `request ${request.name}`));
 
 test('the head', async () => {
   const head = await browser.evaluate(`({ title: document.title, about: document.getElementById('about').textContent,
     fatal: document.getElementById('fatal').textContent, findings: [...document.querySelectorAll('#findings button')].map((b) => b.textContent) })`);
-  assert.equal(head.title, 'tour.jsonl \u2013 zoom report');
+  assert.equal(head.title, `${NAME} \u2013 zoom report`);
   assert.equal(head.about, `ExternalAPI, InstantRequest, ByRequest \u00b7 ${requests.length} requests \u00b7 7 overridden`);
   assert.match(head.fatal, /^The library stopped the process on line 61, get3ACropSetting: .*still not support 3A/);
-  assert.equal(opened.title, 'Request 10', 'it opens where the process was stopped');
+  const { cursor, timeline, hidden, ...told } = shown.at(-1);
+  assert.deepEqual({ ...opened, ...{ cursor, timeline, hidden } }, { ...told, cursor, timeline, hidden }, 'it opens where the process was stopped');
+  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('#findings .alarm')].map(({ dataset }) => dataset.finding)`),
+    ['fatal', 'exception', 'outside', 'jump']);
   assert.deepEqual(head.findings, ['fatal condition: 1', 'exception: 1', 'crop outside of its sensor: 1', `jump: ${jumps.size}`, 'corrected: 7', 'kept answer of another sensor mode: 1', 'never done: 4']);
 });
 
@@ -99,16 +126,20 @@ test('mode, ratios, answers and lines of each request', () => forEach((request, 
   assert.deepEqual(page.stages, stagesOf(request), where);
   assert.deepEqual(page.symbols, request.queries.map(({ state, kept }) => [`mark-${state}`,
     ...(kept ? [state === 'overridden' ? 'mark-cached' : 'mark-cached-refused'] : [])]), where);
-  assert.equal(page.sentence, `${scenarioFile}: ${sentenceOf(request)}`, where);
+  assert.equal(page.sentence, `${NAME}: ${sentenceOf(request)}`, where);
   const states = ['P1', 'P2', '3A'].map((stage) => [stage, stateIn(request, stage)]).filter(([, { state }]) => state);
   const faults = Object.entries(FAULT_WORDS).filter(([mark]) => mark === 'jump' ? jumps.has(request.name) : isFinding(request, mark));
   assert.equal(page.slider, `Request ${request.name}: ${[...states.map(([stage, { state, isKept }]) =>
     `${stage} ${STATE_WORDS[state]}${isKept ? ' and from the cache' : ''}`), ...faults.map(([, words]) => words)].join(', ')}`);
   assert.equal(page.link, `#request=${request.name}`);
+  assert.deepEqual(page.hidden, [...(page.reasons.length > 0 ? [] : ['why-card']), 'differences-card',
+    ...(new Set(request.queries.flatMap(({ crops }) => crops.flatMap(({ ports }) => ports))).size > 1 ? [] : ['ports']), 'stray', 'walk', 'message'], where);
 }));
 
 test('the table of angles', () => forEach((request, page, where) => {
   const leads = SENSORS.map((sensor) => [sensor, leadOf(request, sensor)]).filter(([, lead]) => lead);
+  assert.deepEqual(page.angleHeads, ['What the crops see', 'Sensor', 'Crop', 'Across', 'Down', 'Right, down', 'To master',
+    leads.length === 0 ? 'No crop was overridden in this request.' : ''], where);
   assert.deepEqual(page.angles.map(([sensor, what]) => [sensor, what]), leads.map(([sensor, { stage, crop }]) => [
     sensor === request.camera.ids[0] ? `${sensor} master` : String(sensor),
     stage === 'P1' ? `P1 ${nameOfPorts(crop).split(' ')[0]}` : 'P2']), where);
@@ -122,7 +153,10 @@ test('the table of angles', () => forEach((request, page, where) => {
   });
 }));
 
+const NUMBER_HEADS = ['Stage', 'Sensor', 'Port', 'Domain', 'x', 'y', 'w', 'h', 'Before correction', 'Minimum', 'Across', 'Down',
+  'Pointing right', 'Pointing down', 'Across to master', 'Down to master'];
 test('the table of numbers', () => forEach((request, page, where) => {
+  assert.deepEqual(page.numberHeads, NUMBER_HEADS);
   assert.deepEqual(page.queries, request.queries.map(titleOf), where);
   const crops = request.queries.flatMap((query) => query.crops.map((crop) => ({ query, crop })));
   assert.deepEqual(page.numbers.map((row) => row.slice(0, 10)), crops.map(({ query, crop }) => [query.stage, crop.sensor,
@@ -145,9 +179,12 @@ test('reasons and steps', () => forEach((request, page, where) => {
     .map(({ words, rect: box, isTg }) => `${words}${box} ${isTg ? 'TG' : 'active array'}`), `${where}, ${page.steps[i].title}`));
 }));
 
+// Each process has its objects elsewhere.
+const withoutAddresses = (lines) => lines.map((line) => line.replace(/0x[0-9a-f]{8,}/g, '0x'));
+
 test('the log', () => forEach((request, page, where) => {
-  assert.deepEqual(page.log, request.log.flatMap(({ line, op, log }) =>
-    [`line ${line}  ${op}`, ...log.map(({ sink, level, text }) => `${sink} ${level}  ${text}`)]), where);
+  assert.deepEqual(withoutAddresses(page.log), withoutAddresses(request.log.flatMap(({ line, op, log }) =>
+    [`line ${line}  ${op}`, ...log.map(({ sink, level, text }) => `${sink} ${level}  ${text}`)])), where);
 }));
 
 // Where no active array is configured, what the one mode of the sensor reads out stands for it.
@@ -197,6 +234,10 @@ const holdPicture = (figure, boxes, where) => {
   const byText = (a, b) => String(a) < String(b) ? -1 : 1;
   assert.deepEqual(figure.boxes.map(([name]) => name).sort(), boxes.map(([name]) => name).sort(), where);
   assert.deepEqual([...figure.labels].sort(byText), boxes.map(([, , label]) => label).filter(Boolean).sort(byText), where);
+  figure.labelled.forEach(([x, y, length], i) => {
+    assert.ok(x >= 0 && x + length <= figure.picture + 1, `${where}: label ${i} is inside`);
+    assert.ok(figure.labelled.slice(i + 1).every(([a, b, other]) => Math.abs(y - b) >= 12 || x + length <= a || a + other <= x), `${where}: label ${i} stands alone`);
+  });
   const [, whole] = figure.boxes[0];
   for (const [name, box] of boxes) {
     assert.ok(figure.boxes.some(([drawnName, drawn]) => drawnName === name && isPlaced(drawn, whole, boxes[0][1], box)),
@@ -256,6 +297,11 @@ test('lanes: states, names and edges', async () => {
     const isEdge = valueOf !== undefined && i > 0 && valueOf(request) !== valueOf(requests[i - 1]);
     assert.equal(drawn.hasEdge(lane, i), isEdge, `lane ${name}, edge before request ${request.name}`);
   }));
+  LANES.forEach(([name, , valueOf], lane) => {
+    const values = requests.map((request) => valueOf?.(request));
+    const runs = values.map((value, i) => [String(value), i]).filter(([value, i]) => value !== 'undefined' && values[i] !== values[i - 1]);
+    assert.deepEqual(drawn.labels(lane).sort((a, b) => a[1] - b[1]), runs, `labels of lane ${name}`);
+  });
   const told = await browser.evaluate(`[...document.querySelectorAll('#legend li')].map((item) => item.textContent)`);
   assert.deepEqual(told, ['not overridden', 'overridden', 'also from the cache', 'exception', 'stopped the process',
     'crop corrected', 'jump', 'kept answer of another mode', 'outside of its sensor', 'never done', 'edge: sensor or mode changes']);
@@ -269,11 +315,13 @@ test('curves', async () => {
     document.getElementById('zoom-all').click();
     await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
     Dygraph.prototype.updateOptions = updateOptions;
-    return graphs.map((graph) => ({ labels: graph.getLabels().slice(1), x: graph.xAxisRange(), y: graph.yAxisRange(), colours: graph.getColors(),
+    return graphs.map((graph) => ({ dashes: graph.getLabels().slice(1).map((label) => graph.getOption('strokePattern', label)), labels: graph.getLabels().slice(1), x: graph.xAxisRange(), y: graph.yAxisRange(), colours: graph.getColors(),
       rows: Array.from({ length: graph.numRows() }, (_, row) => graph.getLabels().map((_, column) => graph.getValue(row, column))) }));
   })()`);
   const colours = await coloursOf(browser);
-  const hold = ({ labels, rows, x, y, colours: drawn }, curves, names) => {
+  const DASHES = { '--ink': [], '--override': [6, 3], '--phone': [2, 2], '--c0': [], '--c1': [8, 3], '--c2': [2, 2] };
+  const hold = ({ labels, rows, x, y, colours: drawn, dashes }, curves, names) => {
+    assert.deepEqual(dashes, names.map((name) => DASHES[name]));
     assert.deepEqual(labels, Object.keys(curves));
     assert.deepEqual(drawn, names.map((name) => colours[name]));
     const values = rows.flatMap((row) => row.slice(1)).filter((value) => typeof value === 'number');
@@ -282,6 +330,10 @@ test('curves', async () => {
     requests.forEach((request, i) => assert.ok(Object.values(curves).every((value, k) =>
       isNear(String(rows[i][k + 1] ?? '-'), value(request)) && rows[i][0] === i), `request ${request.name}: ${rows[i]}`));
   };
+  const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent)`);
+  assert.deepEqual([await texts('#ratio-legend li'), await texts('#angle-legend li'), await texts('#quantity option')],
+    [['asked', 'override', 'phone'], SENSORS.map((sensor) => `sensor ${sensor}`),
+      ['Difference to master', 'Angle of view', 'Pointing to the right', 'Pointing down']]);
   const [ratios, lower] = await charts();
   hold(ratios, { asked: askedOf, override: overrideOf, phone: ({ phone }) => phone?.zoomRatio }, ['--ink', '--override', '--phone']);
   const bySensor = (value) => Object.fromEntries(SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => {
@@ -292,6 +344,9 @@ test('curves', async () => {
   hold(lower, bySensor(({ difference }) => difference?.across), names);
   const ticks = (axis) => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-${axis}')].map((label) => label.textContent)`);
   assert.deepEqual(await ticks('x'), requests.map(({ name }) => name));
+  assert.deepEqual(await texts('#ratio-chart .dygraph-axis-label-y'), ['1.5\u00d7', '2\u00d7', '3\u00d7']);
+  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('.swatch path')].map((line) => line.style.stroke + line.style.strokeDasharray)`),
+    ['var(--ink)none', 'var(--override)6, 3', 'var(--phone)2, 2', 'var(--c0)none', 'var(--c1)8, 3', 'var(--c2)2, 2']);
   const heights = await ticks('y');
   assert.ok(heights.includes('0\u00b0') && heights.some((label) => label.startsWith('+')) && heights.some((label) => label.startsWith('\u2212')), heights.join());
   for (const [quantity, value] of [['angle', 'across'], ['right', 'right'], ['down', 'below']]) {
@@ -299,6 +354,20 @@ test('curves', async () => {
       list.value = '${quantity}'; list.dispatchEvent(new Event('change')); }`);
     hold((await charts())[1], bySensor(({ sight }) => sight[value]), names);
   }
+});
+
+test('the strip shows the override of all requests', async () => {
+  const { drawn, size, shown: [width, height] } = await browser.evaluate(`(({ drawn, width, height, clientWidth, clientHeight }) =>
+    ({ drawn, size: [width, height], shown: [clientWidth, clientHeight] }))(document.getElementById('strip'))`);
+  assert.deepEqual(size, [width, height]);
+  const values = requests.map(overrideOf);
+  const known = values.filter((value) => value !== undefined);
+  const bars = drawn.filter(({ name }) => name === 'fillRect').slice(0, -2).map(({ what }) => what);  // what is outside of the window is veiled
+  const expected = values.map((value, i) => [i / values.length * width,
+    height - 4 - (height - 8) * (value - Math.min(...known)) / (Math.max(...known) - Math.min(...known)), width / values.length, 1.5]);
+  const near = (a, b) => a.every((value, i) => Math.abs(value - b[i]) < 0.1);
+  assert.equal(bars.length, known.length);
+  assert.ok(expected.filter(([, y]) => !Number.isNaN(y)).every((bar, i) => near(bars[i], bar)), JSON.stringify(bars));
 });
 
 test('the value of a request under the mouse', () => forEach((request, page, where) => {
@@ -323,10 +392,12 @@ test('the cursor stands at its request', () => requests.forEach(({ name }, i) =>
 const PLAIN_WORDS = { fatal: 'stopped the process', exception: 'exception', outside: 'crop outside of its sensor',
   corrected: 'crop corrected', stale: 'kept answer of another sensor mode', undone: 'never done' };
 
-test('the plain table for browsers without scripts', async () => {
-  const { rows, findings } = await browser.evaluate(`({
+test('the plain table for browsers without scripts', { skip: isLive }, async () => {
+  const { alarm, rows, findings } = await browser.evaluate(`({
+    alarm: document.querySelector('#plain .alarm').textContent,
     rows: [...document.querySelectorAll('#plain tbody tr')].map((row) => [...row.cells].map((cell) => cell.textContent)),
     findings: [...document.querySelectorAll('#plain li')].map((item) => item.textContent) })`);
+  assert.match(alarm, /^The library stopped the process on line 61, get3ACropSetting: .*still not support 3A/);
   assert.deepEqual(rows, requests.map((request) => [request.no, askedOf(request), Number(overrideOf(request).toPrecision(4)),
     request.queries.some(({ state }) => state === 'overridden') ? 'overridden' : 'not overridden',
     request.queries.flatMap(({ stage, crops }) => crops.map(({ sensor, crop: [x, y, w, h] }) =>
@@ -336,6 +407,11 @@ test('the plain table for browsers without scripts', async () => {
     const found = requests.filter((request) => isFinding(request, mark));
     return `${words}: ${found.length} request${found.length === 1 ? '' : 's'}, first ${found[0].no}`;
   }));
+});
+
+test('a request that there is not', async () => {
+  await browser.evaluate(`location.hash = '#request=2:3'`);
+  await eventually(() => browser.evaluate(`document.getElementById('message').textContent === 'There is no request 2:3 in this report.'`), 'the message');
 });
 
 test('each finding lists its requests', async () => {
@@ -353,8 +429,15 @@ test('copying takes the table as it is', async () => {
   await browser.evaluate(`Object.defineProperty(navigator, 'clipboard', { value: { writeText: async (text) => { globalThis.copied = text; } } })`);
   await browser.evaluate(`document.getElementById('copy').click()`);
   const rows = (await browser.evaluate('globalThis.copied')).trimEnd().split('\n').map((row) => row.split('\t'));
-  assert.deepEqual(rows[0].slice(0, 5), ['Request', 'Stage', 'Sensor', 'Port', 'Domain']);
+  assert.deepEqual(rows[0], ['Request', ...NUMBER_HEADS]);
   assert.deepEqual(rows.slice(1), page.numbers.map((row) => ['1', ...row]));
+});
+
+test('who comes late sees the same', { skip: !isLive }, async () => {
+  await shownRequest(browser, requests.at(-1).name);
+  await browser.reload();  // with its link, which shows all up to it
+  await untilOver();
+  for (const [i, { name }] of requests.entries()) assert.deepEqual(await shownRequest(browser, name), shown[i]);
 });
 
 test('nothing on the console', () => assert.deepEqual(browser.errors, []));

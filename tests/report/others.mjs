@@ -1,0 +1,123 @@
+// Reports of other kinds than tour's and moves': node others.mjs ZOOMREPLAY FOLDER
+import assert from 'node:assert/strict';
+import { execFileSync, spawnSync } from 'node:child_process';
+import { mkdirSync, writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { after, before, test } from 'node:test';
+import { pathToFileURL } from 'node:url';
+
+import { Chromium } from './Chromium.mjs';
+import { linesOf as linesOfMoves } from './movesScenario.mjs';
+import { shownRequest } from './Page.mjs';
+import { eventually } from './Patience.mjs';
+
+const [tool, folder] = process.argv.slice(2);
+mkdirSync(folder, { recursive: true });
+let browser;
+before(async () => { browser = await Chromium.start(); });
+after(() => browser.stop());
+
+const textOf = (lines) => lines.map((line) => JSON.stringify(line) + '\n').join('');
+const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent)`);
+const resultsOf = (lines) => {
+  const file = join(folder, 'expected.jsonl');
+  execFileSync(tool, ['-', '-o', file], { input: textOf(lines) });
+  return file;
+};
+const open = async (lines, ...options) => {
+  const [scenario, report] = ['s.jsonl', 'r.html'].map((name) => join(folder, name));
+  writeFileSync(scenario, textOf(lines));
+  const { status } = spawnSync(tool, [scenario, '-o', '/dev/null', '--report', report, ...options]);
+  assert.ok(status < 2);
+  await browser.open(`${pathToFileURL(report).href}?${Math.random()}`);
+  await eventually(() => browser.evaluate(`document.documentElement.dataset.ready === 'yes' || document.getElementById('requests').textContent.includes('no request')`), 'the page');
+};
+const sensor = (id) => ({ op: 'sensor', id, modes: { 1: { size: [2304, 1296], window: [0, 0, 4608, 2592] } } });
+
+test('without angles the parts of the sensors are told', async () => {
+  await open([sensor(2), sensor(10), { op: 'initialize', mode: 'ByRequest' },
+    { op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio: 2, previewAaCrops: { 2: [1152, 648, 2304, 1296], 10: [0, 0, 4608, 1296] } } },
+    { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 2: 1, 10: 1 } },
+    { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
+    { op: 'onRequestDone', requestNo: 1 },
+    { op: 'setRunTimeCropNeedData', requestNo: 2, sensorModes: { 2: 1 } }]);
+  const [first, second] = [await shownRequest(browser, '1'), await shownRequest(browser, '2')];
+  const head = ['Part of the sensor that the crops leave', 'Sensor', 'Crop', 'Width', ''];
+  assert.deepEqual(first.angleHeads, [...head, 'No angles are configured: a configSensorInfo line in the scenario gives them, and the degrees appear.']);
+  assert.deepEqual(first.angles, [['2', 'P2', '50.0 %', ''], ['10', 'P2', '100.0 %', '']]);
+  assert.deepEqual(first.beams, [[25, 50], [0, 100]]);
+  assert.deepEqual(first.numbers.filter(([, , port]) => port === 'crop').map((row) => row.slice(1, 8)), [['2', 'crop', 'TG', '576', '324', '1152', '648'], ['10', 'crop', 'TG', '0', '0', '2304', '648']]);
+  assert.equal(first.numberHeads.length, 10);
+  assert.equal(first.hover, 'request 1 \u00b7 asked 1.00\u00d7 \u00b7 override 2.00\u00d7 \u00b7 width of the crop: sensor 2 0.50, sensor 10 1.00');
+  assert.deepEqual(first.cards.map(({ heading, what, figures }) => [heading, what, figures[0].caption]), [2, 10].map((id) =>
+    [`Sensor ${id}`, 'no angles configured', 'Read out by its modes4608\u00d72592']));
+  assert.deepEqual(second.angleHeads, [...head, 'No crop was overridden in this request.']);
+  assert.equal(second.cards[1].note, 'Has no mode in this request.');
+  assert.deepEqual(second.stages, ['No crop was asked for.']);
+  assert.deepEqual(await texts('#quantity option'), ['Width of the crop']);
+});
+
+test('a range of what is as expected', async () => {
+  await open(linesOfMoves(false), '--compare', resultsOf(linesOfMoves(false)), '--requests', '3-7');
+  assert.deepEqual(await texts('#about'), ['InstantRequest \u00b7 5 of 40 requests \u00b7 5 overridden \u00b7 as expected']);
+  assert.ok((await shownRequest(browser, '3')).hidden.includes('stray'));
+});
+
+test('without requests there is nothing to show', async () => {
+  await open([sensor(0)]);
+  assert.deepEqual(await texts('#requests'), ['There is no request to show.']);
+  assert.deepEqual(await texts('#about'), ['0 requests \u00b7 0 overridden']);
+  assert.equal(await browser.evaluate(`document.getElementById('page').hidden`), false);
+});
+
+const STREAMS = ['0x70010000000000', '0x70010200000000'];  // of sensors 0 and 2, which leap together
+test('of long lists a part is shown', async () => {
+  const lines = linesOfMoves(false).slice(0, 4);
+  for (let requestNo = 1; requestNo <= 100; ++requestNo) {
+    const w = requestNo % 4 < 2 ? 2000 : 2040 + 8 * requestNo;  // leaps every other request, and stays there
+    lines.push({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1, 2: 1 }, streamSizes: Object.fromEntries(STREAMS.map((stream) => [stream, [320, 240]])) },
+      { op: 'storeOverrideSetting', metadata: { zoomRatio: 1.5, customStreamCrops: [0, 0, 0, w, 1500, 1, 0, 0, w, 1500] }, streamIdMap: { ...STREAMS } },
+      { op: 'getP1CropSetting', requestNo, zoomRatio: 2 });
+  }
+  const stray = Array.from({ length: 25 }, () => ({ op: 'isPortExist', sensorId: 0, port: 1 }));
+  await open([...lines, ...stray], '--compare', resultsOf(lines));
+  assert.deepEqual([await texts('#stray-title'), (await texts('#stray-list > li')).length, (await texts('#stray-list > li')).at(-1)],
+    [['Differences that belong to no request: 25'], 21, 'and 5 more']);
+  const jumps = await texts('#jump-list li');
+  const found = Number((await texts('[data-finding=jump]'))[0].replace('jump: ', ''));
+  assert.ok(found > 40);
+  assert.deepEqual([jumps.length, jumps.at(-1)], [21, `and ${2 * found - 20} smaller ones`]);
+  const places = jumps.slice(0, -1).map((words) => Number(/^request (\d+): sensor [02] /.exec(words)[1]));
+  assert.ok(places.every((no) => no > 50), 'the largest ones');
+  for (const id of [0, 2]) {
+    await browser.evaluate(`document.getElementById('go-to').value = 'sensor ${id} jump'; document.getElementById('go').requestSubmit()`);
+    assert.match((await texts('#walk-title'))[0], new RegExp(` of ${found}$`));
+  }
+  await browser.evaluate(`document.querySelector('[data-finding=undone]').click()`);
+  const range = (from, to) => Array.from({ length: to - from + 1 }, (_, i) => String(from + i));
+  for (const [name, expected] of [['1', [...range(1, 40), '\u2026']], ['50', ['\u2026', ...range(30, 69), '\u2026']], ['100', ['\u2026', ...range(61, 100)]]]) {
+    await shownRequest(browser, name);
+    assert.deepEqual(await texts('#walk-list li'), expected);
+    assert.deepEqual(await texts('#walk-list [aria-current=true]'), [name]);
+    assert.deepEqual(await texts('#walk-title'), [`never done: ${name} of 100`]);
+  }
+});
+
+test('requests are found in the order in which they ended', async () => {
+  const lines = [];
+  const request = (requestNo) => lines.push({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1 } });
+  const done = (requestNo) => lines.push({ op: 'onRequestDone', requestNo });
+  for (let no = 1; no <= 1300; ++no) {
+    request(no);
+    if (no > 400) done(no);
+  }
+  for (let no = 1; no <= 400; ++no) done(no);
+  await open(lines, '--compare', resultsOf([...lines, { op: 'isPortExist', sensorId: 0, port: 1 }]));
+  for (const no of [1, 2, 400, 401, 600, 1200, 1300]) {
+    const doneLine = lines.findLastIndex(({ op, requestNo }) => op === 'onRequestDone' && requestNo === no) + 1;
+    assert.match((await shownRequest(browser, String(no))).sentence, new RegExp(`, done on ${doneLine}\\.$`));
+  }
+  assert.deepEqual(await texts('#stray-list li'), ['isPortExist: expected, and nothing came of it']);
+});
+
+test('nothing on the console', () => assert.deepEqual(browser.errors, []));
