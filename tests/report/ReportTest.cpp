@@ -129,34 +129,6 @@ TEST_F(ReportTest, TellsWhatWasAskedForOnlyWhereItWasCorrected) {
     EXPECT_FALSE(fitting.contains("asked"));
 }
 
-// No angles, no active array: what the modes read out stands for it. 1152 of 2304 is one half.
-TEST_F(ReportTest, WithoutAnglesTellsThePartOfTheSensor) {
-    auto const data = report(std::string(kSensor) + R"({"op":"initialize","mode":"ByRequest"}
-{"op":"storeOverrideSetting","requestNo":2,"setting":{"overrideValid":true,"requestNo":2,"zoomRatio":2,"previewAaCrops":{"0":[1152,648,2304,1296]}}}
-)" + deposit(1) + ask("P2", 1, "1"));
-
-    auto const& crop = data["requests"][0]["queries"][0]["crops"][0];
-    EXPECT_EQ(crop["share"], 0.5);
-    EXPECT_EQ(crop["area"], json({1152.0, 648.0, 2304.0, 1296.0}));
-    EXPECT_FALSE(crop.contains("deg"));
-    EXPECT_EQ(data["rigs"][0]["sensors"]["0"]["unconfigured"], true);
-}
-
-// The first answer is kept until the request is done, and a new one made for the number afterwards.
-TEST_F(ReportTest, TellsAnswersFromTheCache) {
-    auto const data = report(
-        std::string(kExternal) + publish("2") + deposit(1) + ask("P1", 1, "4") + publish("3") +
-        ask("P1", 1, "4", R"(,"sensorId":1)") + done(1) + deposit(1) + ask("P1", 1, "4"));
-
-    ASSERT_EQ(data["requests"].size(), 2U);
-    auto const& queries = data["requests"][0]["queries"];
-    ASSERT_EQ(queries.size(), 2U);
-    EXPECT_FALSE(queries[0].contains("cached"));
-    EXPECT_EQ(queries[1]["cached"], true);
-    EXPECT_EQ(queries[1]["crops"], queries[0]["crops"]);
-    EXPECT_FALSE(data["requests"][1]["queries"][0].contains("cached"));
-}
-
 // The manager reads the property when it is created, and an unknown mode leaves it without a
 // strategy.
 TEST_F(ReportTest, LearnsFromTheLibraryWhetherAnswersAreKept) {
@@ -274,21 +246,6 @@ TEST_F(ReportTest, KeepsTheOrderOfTheDeposits) {
         ASSERT_EQ(data["requests"][i]["queries"][0]["asked"], i + 3);
         ASSERT_EQ(data["overview"][i]["asked"], i + 3);
     }
-}
-
-// 1 overridden, 2 corrected, 4 cached, 8 exception, 16 fatal, 32 outside, 64 kept, 128 never done.
-// The kept answer was made for mode 1; the second deposit says 2.
-TEST_F(ReportTest, MarksWhatIsWrongWithARequest) {
-    auto const data =
-        report(std::string(kExternal) + publish("2") + deposit(1) + ask("P1", 1, "4") + done(1) +
-               deposit(2) + ask("P1", 2, "4") + deposit(2, R"(,"sensorModes":{"0":2,"1":1})") +
-               ask("P1", 2, "4") + done(2) + publish("1.5") + deposit(3) + ask("P2", 3, "1"));
-
-    auto const& overview = data["overview"];
-    EXPECT_EQ(overview[0]["marks"], 1);
-    EXPECT_EQ(overview[1]["marks"], 1 + 4 + 64);
-    EXPECT_EQ(overview[2]["marks"], 1 + 2 + 128);
-    EXPECT_EQ(overview[1]["sensors"]["0"]["mode"], 2);
 }
 
 TEST_F(ReportTest, WithoutScriptsShowsFindingsAndTheFirstHundredRequests) {

@@ -93,6 +93,8 @@ test('two fingers stretch the timeline and keep what is under them', async () =>
   const pinched = await view();
   near(xOf(20, pinched), a - 60, 2, 'under the left finger');
   near(xOf(28, pinched), b + 100, 2, 'under the right finger');
+  await browser.touch('touchMove', [[b, y], [a, y]]);
+  assert.deepEqual(await view(), all, 'past each other as far apart as before');
   await browser.touch('touchEnd', []);
 });
 
@@ -288,6 +290,31 @@ test('filters find the requests that meet all their parts', async () => {
 });
 
 const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child text.label')].map((label) => label.textContent)`);
+
+test('the axis names requests, and curves go on beyond the window', async () => {
+  const named = () => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-x')].map((label) => label.textContent).join()`);
+  assert.equal(await named(), '1,6,11,16,21,26,31,36');
+  for (let i = 0; i < 2; ++i) await click('zoom-in');
+  await browser.evaluate(`location.hash = '#request=20'`);
+  await until(current, 20);
+  assert.deepEqual(await view(), [14, 24]);
+  assert.match(await named(), /^15,16,17,18,19,20,21,22,23,24/);
+  for (const chart of ['ratio-chart', 'angle-chart']) {
+    const rows = await browser.evaluate(`globalThis.ranges['${chart}'].file.map(([x]) => x)`);
+    assert.deepEqual(rows, Array.from({ length: 12 }, (_, i) => 13 + i), chart);
+  }
+});
+
+test('all is drawn anew in another size', async () => {
+  await browser.resize(1000, 1200);
+  await drawn();
+  const { whole, widths } = await browser.evaluate(`({ whole: document.getElementById('timeline').clientWidth, widths: [
+    document.getElementById('lanes').width, ...['ratio-chart', 'angle-chart'].map((id) => document.querySelector('#' + id + ' canvas').clientWidth)] })`);
+  assert.deepEqual(widths, [whole, whole, whole]);
+  const { left, width } = await boxOf('cursor');
+  near(left + width / 2, (await plot()).xOf(4, [-0.5, COUNT - 0.5]), 1, 'the cursor');
+  await browser.resize(1280, 1200);
+});
 
 test('the head counts', async () => assert.equal(await text('about'),
   `InstantRequest \u00b7 ${COUNT} requests \u00b7 ${FILTERS.overridden.length} overridden`));
