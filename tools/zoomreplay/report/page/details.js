@@ -37,8 +37,8 @@ const findRequest = async (index) => {
 };
 
 let detailsLast = null;
-const detailsOf = async (index) => {
-  if (detailsLast?.index !== index) detailsLast = { index, request: await findRequest(index) };
+const detailsOf = (index) => {
+  if (detailsLast?.index !== index) detailsLast = { index, request: findRequest(index) };
   return detailsLast.request;
 };
 

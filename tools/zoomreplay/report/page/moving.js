@@ -57,12 +57,17 @@ const show = (index, { isPassing = false, isFromHistory = false, isNewest = fals
 /** The end of a drag or of playing: this is where somebody wanted to go. */
 const settle = () => show(current);
 
+// Of a request that changes while it is unpacked, the later one stays.
+let detailsWanted = 0;
+let detailsShown = 0;
 const showDetails = async () => {
   clearTimeout(detailsTimer);
   detailsTimer = null;
   const index = current;
+  const number = ++detailsWanted;
   const request = await detailsOf(index);
-  if (index !== current && !isPassingBy) return;  // somebody has gone on
+  if (number < detailsShown || (index !== current && !isPassingBy)) return;  // somebody has gone on
+  detailsShown = number;
   $('details').hidden = false;
   $('request-title').textContent = `Request ${nameOf(index)}`;
   $('request-mode').textContent = modeName(request.mode);
