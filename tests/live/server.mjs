@@ -158,16 +158,20 @@ const tests = {
     assert.equal(readFileSync(file, 'utf8'), expected);
   },
 
-  async 'Ctrl-C in mid-stream writes the report'() {
-    const file = join(folder, 'interrupted.html');
-    const live = await Live.start(tool, ['--report', file]);
-    const reader = await live.follow();
-    const lines = [...SETUP, ...requestLines(1, 2)];
-    live.write(...lines);
-    await reader.until(isCount(1));
-    assert.equal(await live.interrupt(), 0);
-    assert.equal(readFileSync(file, 'utf8'), reportOf(lines));
-    await reader.until(({ name }) => name === 'bye');
+  async 'Ctrl-C and the like in mid-stream write the report'() {
+    for (const signal of ['SIGINT', 'SIGTERM', 'SIGHUP']) {
+      const file = join(folder, `${signal}.html`);
+      const live = await Live.start(tool, ['--report', file]);
+      const reader = await live.follow();
+      const lines = [...SETUP, ...requestLines(1, 2)];
+      live.write(...lines);
+      await reader.until(isCount(1));
+      live.process.kill(signal);
+      assert.equal(await live.exit, 0);
+      assert.equal(readFileSync(file, 'utf8'), reportOf(lines));
+      await reader.until(({ name }) => name === 'bye');
+      assert.equal(live.errors, '');
+    }
     assert.deepEqual(readdirSync(folder).filter((name) => name.endsWith('.part')), []);
   },
 
@@ -183,7 +187,9 @@ const tests = {
     await reader.until(isCount(3));
     const early = await toldInEvents(reader.events);
     for (const ratio of [1.25, 3]) {
-      const answer = JSON.parse((await live.get(`answer?ratio=${ratio}`)).text);
+      const { headers, text } = await live.get(`answer?ratio=${ratio}`);
+      assert.equal(headers['content-type'], 'application/json');
+      const answer = JSON.parse(text);
       const asked = answer.lines.map((line) => JSON.parse(line));
       assert.deepEqual(asked.map(({ trailingInfo, ...line }) => line), [{ op: 'publish', zoomRatio: ratio, enable: true },
         ...[deposit, ...queries].map((line) => ({ ...line, requestNo: 9 }))]);
@@ -218,6 +224,7 @@ const tests = {
     assert.equal((await reader.until(({ name }) => name === 'end')).data.trouble, '');
     const saved = await live.get('report');
     assert.equal(saved.headers['content-disposition'], 'attachment; filename="rec-1-2.v3.html"');
+    assert.equal(saved.headers['content-type'], 'text/html; charset=utf-8');
     assert.equal(saved.text, readFileSync(file, 'utf8'));
     const told = await toldInEvents(reader.events);
     assert.deepEqual([told.fatal.line, told.fatal.op], [11, 'getHistoryCropNeedData']);

@@ -113,6 +113,8 @@ test('the mouse chooses, reads out, and moves the window with Shift', async () =
   await browser.mouse('mouseMoved', xOf(24, all), y, 0);
   assert.match(await text('hover'), /^request 25 /);
   assert.equal(await current(), 5, 'looking chooses nothing');
+  await browser.mouse('mouseMoved', xOf(24, all), y - 100, 0);
+  assert.match(await text('hover'), /^request 5 /, 'what is chosen, when the mouse has gone');
   await browser.mouse('mousePressed', xOf(11, all), y, 1);
   await browser.mouse('mouseMoved', xOf(14, all), y, 1);
   await browser.mouse('mouseReleased', xOf(14, all), y, 0);

@@ -40,7 +40,11 @@ test('without angles the parts of the sensors are told', async () => {
     { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 2: 1, 10: 1 } },
     { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
     { op: 'onRequestDone', requestNo: 1 },
-    { op: 'setRunTimeCropNeedData', requestNo: 2, sensorModes: { 2: 1 } }]);
+    { op: 'setRunTimeCropNeedData', requestNo: 2, sensorModes: { 2: 1 } },
+    ...[4, 5].flatMap((zoomRatio) => [  // P1 is not overridden in this mode
+      { op: 'storeOverrideSetting', requestNo: 3, setting: { overrideValid: true, requestNo: 3, zoomRatio } },
+      { op: 'setRunTimeCropNeedData', requestNo: 3, sensorModes: { 2: 1 } },
+      { op: 'getP1CropSetting', requestNo: 3, zoomRatio }])]);
   const [first, second] = [await shownRequest(browser, '1'), await shownRequest(browser, '2')];
   const head = ['Part of the sensor that the crops leave', 'Sensor', 'Crop', 'Width', ''];
   assert.deepEqual(first.angleHeads, [...head, 'No angles are configured: a configSensorInfo line in the scenario gives them, and the degrees appear.']);
@@ -55,6 +59,7 @@ test('without angles the parts of the sensors are told', async () => {
   assert.equal(second.cards[1].note, 'Has no mode in this request.');
   assert.deepEqual(second.stages, ['No crop was asked for.']);
   assert.deepEqual(await texts('#quantity option'), ['Width of the crop']);
+  assert.equal((await shownRequest(browser, '3')).override, '4.00\u00d7', 'the first, where none is applied');
 });
 
 test('a range of what is as expected', async () => {

@@ -55,6 +55,13 @@ const stateIn = (request, stage) => {
 let live;
 const openLive = async () => {
   live = await Live.start(report, ['--log']);
+  await browser.before(`{  // unpacking takes any time, and requests change meanwhile
+    const { arrayBuffer } = Response.prototype;
+    Response.prototype.arrayBuffer = async function () {
+      await new Promise((resolve) => setTimeout(resolve, 120 * Math.random()));
+      return arrayBuffer.call(this);
+    };
+  }`);
   await browser.open(live.address);
   for (const line of linesOf(scenarioFile)) {
     live.write(line);
@@ -62,9 +69,10 @@ const openLive = async () => {
   }
   await untilOver();
 };
-const untilOver = () => {
+const untilOver = async () => {
   const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent).join()`);
-  return eventually(async () => /fatal condition: 1.*never done: 4/.test(await texts('#findings button')) && /stopped/.test(await texts('#fatal')), 'the end');
+  await eventually(async () => /fatal condition: 1.*never done: 4/.test(await texts('#findings button')) && /stopped/.test(await texts('#fatal')), 'the end');
+  await eventually(async () => (await texts('#log')).includes('line 61'), 'the end of the newest request');
 };
 
 let browser;
