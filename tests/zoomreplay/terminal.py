@@ -15,13 +15,8 @@ import termios
 import time
 
 
-def show(command, columns, **environment):
-    """What the command writes to a terminal of that width."""
-    ours, theirs = pty.openpty()
-    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
-    clean = {name: value for name, value in os.environ.items() if name not in ("NO_COLOR", "TERM")}
-    process = subprocess.Popen(command, stdout=theirs, env={**clean, "TERM": "xterm", **environment})
-    os.close(theirs)
+def read_all(ours):
+    """What was written, however many pieces it comes in."""
     text = b""
     try:
         while chunk := os.read(ours, 4096):
@@ -29,8 +24,19 @@ def show(command, columns, **environment):
     except OSError:
         pass  # the other end is closed
     os.close(ours)
-    assert process.wait() == 0
     return text.decode()
+
+
+def show(command, columns, **environment):
+    """What the command writes to a terminal of that width."""
+    ours, theirs = pty.openpty()
+    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
+    clean = {name: value for name, value in os.environ.items() if name not in ("NO_COLOR", "TERM")}
+    process = subprocess.Popen(command, stdout=theirs, env={**clean, "TERM": "xterm", **environment})
+    os.close(theirs)
+    text = read_all(ours)
+    assert process.wait() == 0
+    return text
 
 
 def show_progress(zoomreplay):
@@ -46,9 +52,7 @@ def show_progress(zoomreplay):
     process.stdin.write(line)
     process.stdin.close()
     assert process.wait() == 0
-    text = os.read(ours, 4096)
-    os.close(ours)
-    return text.decode()
+    return read_all(ours)
 
 
 def show_part(zoomreplay):
@@ -64,9 +68,7 @@ def show_part(zoomreplay):
         time.sleep(1.1)
         process.communicate()
     assert process.returncode == 0
-    text = os.read(ours, 4096)
-    os.close(ours)
-    return text.decode()
+    return read_all(ours)
 
 
 def main():
