@@ -127,6 +127,7 @@ inline constexpr bool kIsRecord =
 /// Calls visit(Field) for each field of a record that scenarios carry.
 template <typename Record, typename Visit>
 constexpr void visitFields(Visit visit) {
+    static_assert(kIsRecord<Record>, "the record has no description");
     std::apply([&visit](auto const&... field) { (fields::visitCarried(field, visit), ...); },
                fields::kOf<Record>);
 }
