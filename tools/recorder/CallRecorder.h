@@ -21,7 +21,7 @@ class CallRecorder {
     }
 
     bool hasFailed() const { return mParts.hasFailed(); }
-    void giveUp(std::string const& why) { mParts.giveUp(why); }
+    void giveUp(char const* why) { mParts.giveUp(why); }
 
     /// How long the call took that was recorded last.
     void noteDuration(int64_t nanoseconds) { mParts.noteDuration(nanoseconds); }

@@ -56,9 +56,9 @@ ssize_t PartFiles::tryWrite(uint64_t place, std::string_view text) const {
     return written;
 }
 
-void PartFiles::giveUp(std::string const& why) {
+void PartFiles::giveUp(char const* why) {
     if (!mHasFailed) {
-        report(why + "; recording ends, the camera goes on");
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "%s; recording ends, the camera goes on", why);
     }
     mHasFailed = true;
     close();
@@ -74,7 +74,7 @@ bool PartFiles::moveAside() {
         struct stat info {};
         auto const name = partName(age);
         if (::lstat(name.c_str(), &info) == 0 && !S_ISREG(info.st_mode)) {
-            giveUp(name + ": not a regular file");
+            giveUp((name + ": not a regular file").c_str());
             return false;
         }
     }
@@ -89,7 +89,7 @@ bool PartFiles::moveAside() {
 }
 
 void PartFiles::giveUpOnError(std::string const& name) {
-    giveUp(name + ": " + std::generic_category().message(errno));
+    giveUp((name + ": " + std::generic_category().message(errno)).c_str());
 }
 
 void PartFiles::close() {

@@ -33,8 +33,9 @@ class PartFiles {
     /// As write, but the text begins with what takes the place of kLineEnd in the last line.
     void rewriteEnd(std::string_view text) { writeAt(mSize - kLineEnd.size(), text); }
 
-    /// Reports and closes: nothing is written any more.
-    void giveUp(std::string const& why);
+    /// Reports and closes: nothing is written any more. Needs no memory, the lack of which may be
+    /// why.
+    void giveUp(char const* why);
 
     bool hasFailed() const { return mHasFailed; }
 

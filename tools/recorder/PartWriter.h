@@ -29,7 +29,7 @@ class PartWriter {
     /// Whether there is any use in going on.
     bool hasFailed() const { return mFiles.hasFailed(); }
 
-    void giveUp(std::string const& why) { mFiles.giveUp(why); }
+    void giveUp(char const* why) { mFiles.giveUp(why); }
 
  private:
     bool isFull(size_t more) const;
