@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -133,9 +134,15 @@ TEST_F(PartsTest, FullDiskLeavesWholeLines) {
 }
 
 TEST_F(PartsTest, RestartedProcessKeepsTheRecordOfTheCrash) {
+    auto const openFiles = [] {
+        std::filesystem::directory_iterator const files("/proc/self/fd");
+        return std::distance(begin(files), end(files));
+    };
+    auto const before = openFiles();
     for (auto const* line : {"first\n", "second\n", "third\n", "fourth\n", "fifth\n"}) {
         PartWriter({mPath, 4000}).add({}, line);
     }
+    EXPECT_EQ(openFiles(), before);
 
     EXPECT_THAT(read(mPath), EndsWith("fifth\n"));
     EXPECT_THAT(read(mPath + ".1"), EndsWith("fourth\n"));
@@ -159,6 +166,20 @@ TEST_F(PartsTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
     auto const query = text.find("query of ");
     auto const first = text.substr(query + 9, 3);
     EXPECT_THAT(text.substr(0, query), HasSubstr("deposit of " + first));
+}
+
+TEST_F(PartsTest, NewSessionNeedsNothingOfTheOneBefore) {
+    LiveState state(1000);
+    state.add({LineKind::Property, 1}, "property\n");
+    state.add({LineKind::Deposit, 1}, "deposit, never done\n");
+    state.add({LineKind::Metadata}, "metadata\n");
+    state.add({LineKind::Initialize}, "initialize\n");
+    state.add({LineKind::Setting}, "setting\n");
+    std::string text;
+    state.appendTo(text);
+
+    EXPECT_EQ(text, "property\ninitialize\nsetting\n");
+    EXPECT_EQ(state.size(), text.size());
 }
 
 // A process that is killed while it writes leaves the text up to the end of a page, over what stood

@@ -18,6 +18,7 @@ import time
 GOES_ON = "// The record goes on here.\n"
 OF_PLATFORM = "(sensor|property|publish|logger|observed)$|SensorCropMapper"
 NAMES = {"None": 0, "ExternalAPI": 1, "ByRequest": 2, "InstantRequest": 3, "default": 0, "repeating": 1}
+EAST = 19800  # seconds of the time zone
 SMALL = 65536  # the least that a record may take, in four parts
 FILLING = '{"op": "isPortExist", "sensorId": 0, "port": 1}\n' * 300
 
@@ -49,6 +50,10 @@ def check_times(record):
     durations = [call.get("dur") for call in calls[:-1] if call["op"].endswith("CropSetting")]
     assert durations.count(None) <= 1 + len(durations) / 20, durations
     assert all(0 < duration < 1e9 for duration in durations if duration is not None), durations
+
+    stamps = re.findall(r"^// (\d\d-\d\d \d\d:\d\d):\d\d\.\d{3}$", record.read_text(), re.MULTILINE)
+    minutes = [time.strftime("%m-%d %H:%M", time.gmtime(time.time() + EAST - past)) for past in (0, 60)]
+    assert stamps[-1] in minutes and len(stamps) <= 3 + (times[-1] - times[0]) / 1e9, stamps
 
 
 def normal(value):
@@ -84,24 +89,23 @@ def normal_call(call):
     return normal({name: value for name, value in call.items() if name not in ("t", "dur")})
 
 
-def check_calls(record, scenario, count):
-    """The record has each call with all that was handed in, also where no answer shows it, and the properties."""
-    def lines(path):
-        return [json.loads(line) for line in pathlib.Path(path).read_text().splitlines() if line.startswith("{")]
+def lines_of(path):
+    return [json.loads(line) for line in pathlib.Path(path).read_text().splitlines() if line.startswith("{")]
 
+
+def properties(path):
+    return {line["name"]: line["value"] for line in lines_of(path) if line["op"] == "property"}
+
+
+def check_calls(record, scenario, count):
+    """The record has each call with all that was handed in, also where no answer shows it."""
     def calls(path):
-        return [normal_call(line) for line in lines(path) if not re.match(OF_PLATFORM, line["op"])]
+        return [normal_call(line) for line in lines_of(path) if not re.match(OF_PLATFORM, line["op"])]
 
     recorded = calls(record)
     assert len(recorded) == count, f"{scenario}: {count} calls, {len(recorded)} recorded"
     for number, (call, wanted) in enumerate(zip(recorded, calls(scenario))):
         assert same(call, wanted), f"{scenario}, call {number}:\n  {call}\nexpected:\n  {wanted}"
-
-    def properties(path):
-        return {line["name"]: line["value"] for line in lines(path) if line["op"] == "property"}
-
-    wanted = {f"vendor.debug.camera.zoomOverride.{name}": 0 for name in ("log", "closeP1Override", "closeP2Override")}
-    assert properties(record) == wanted | properties(scenario), scenario
 
 
 def check(zoomreplay, recorder, scenario, limit):
@@ -110,7 +114,7 @@ def check(zoomreplay, recorder, scenario, limit):
     with tempfile.TemporaryDirectory() as folder:
         record = pathlib.Path(folder, "record.jsonl")
         recorded = replay(zoomreplay, scenario, LD_PRELOAD=recorder, ZOOMOVERRIDE_RECORD=str(record),
-                          ZOOMOVERRIDE_RECORD_BYTES=str(limit),
+                          ZOOMOVERRIDE_RECORD_BYTES=str(limit), TZ="XXX-05:30",
                           # The sanitizer's runtime comes with zoomreplay, after what is preloaded.
                           ASAN_OPTIONS=os.environ.get("ASAN_OPTIONS", "") + ":verify_asan_link_order=0")
         assert recorded == plain, f"{scenario}: other answers with the recorder"
@@ -121,6 +125,8 @@ def check(zoomreplay, recorder, scenario, limit):
             check_times(record)
             check_calls(record, scenario, len(of_manager(plain)))
         parts = [part for age in ("3", "2", "1") if (part := pathlib.Path(f"{record}.{age}")).exists()] + [record]
+        unset = {f"vendor.debug.camera.zoomOverride.{name}": 0 for name in ("log", "closeP1Override", "closeP2Override")}
+        assert all(properties(part) == unset | properties(scenario) for part in parts), scenario
         answers = [answer for part in parts for answer in new_answers(zoomreplay, part)]
         expected = of_manager(plain)[-len(answers):]
         for number, (answer, wanted) in enumerate(zip(answers, expected, strict=True)):
