@@ -50,6 +50,7 @@ def check_times(record):
     durations = [call.get("dur") for call in calls[:-1] if call["op"].endswith("CropSetting")]
     assert durations.count(None) <= 1 + len(durations) / 20, durations
     assert all(0 < duration < 1e9 for duration in durations if duration is not None), durations
+    assert not any("dur" in call for call in calls if not call["op"].endswith("CropSetting")), calls
 
     stamps = re.findall(r"^// (\d\d-\d\d \d\d:\d\d):\d\d\.\d{3}$", record.read_text(), re.MULTILINE)
     minutes = [time.strftime("%m-%d %H:%M", time.gmtime(time.time() + EAST - past)) for past in (0, 60)]
