@@ -161,13 +161,12 @@ TEST_F(ImportRigTest, BinnedModeReadsWholePairs) {
 }
 
 TEST_F(ImportRigTest, NumbersWithoutRoomInAStreamIdAreReplaced) {
-    std::string const dump = replaced(std::string(kDump), "legacy/7", "legacy/0") +
-                             replaced(std::string(kDump), "legacy/7", "external/256") +
+    std::string const dump = replaced(std::string(kDump), "legacy/7", "external/256") +
                              replaced(std::string(kDump), "legacy/7", "legacy/back") +
                              replaced(std::string(kDump), "legacy/7", "legacy/1");
     EXPECT_THAT(outputOf(import(dump)),
-                AllOf(HasSubstr("Sensor 0 is camera 0:"), HasSubstr("Sensor 2 is camera 256:"),
-                      HasSubstr("Sensor 3 is camera back:"), HasSubstr("Sensor 1 is camera 1:")));
+                AllOf(HasSubstr("Sensor 0 is camera 256:"), HasSubstr("Sensor 2 is camera back:"),
+                      HasSubstr("Sensor 1 is camera 1:")));
 }
 
 struct Change {
@@ -225,7 +224,7 @@ constexpr std::string_view kPhysicalIds =
 
 Change const kChanges[] = {
     {"unchanged", "API2", "API2", ""},
-    {"values wrapped", "[4 4 4081 3073 ]", "[4 4\n        4081 3073 ]", ""},
+    {"values wrapped", "[4 4 4081 3073 ]", "[4\t4\n        4081 3073 ]", ""},
     {"values wrapped, each line in brackets", "[4 4 4081 3073 ]", "[4 4 ]\n[4081 3073 ]", ""},
     {"a tag with a longer name", "android.lens.info.a",
      "android.lens.info.availableFocalLengthsOfNobody (1): float[1]\n[9 ]\nandroid.lens.info.a",
@@ -265,6 +264,10 @@ Change const kChanges[] = {
      " is left out: no android.sensor.info.activeArraySize; "
      "android.lens.info.availableFocalLengths cannot be read (line 3: [x ], announced as 1 "
      "values)"},
+    {"a lens that sees more than all", "[5.23263979 3.94239998 ]", "[1e9 3.94239998 ]",
+     " is left out: angles of view of 180 x 84.766685 degrees; its physical size or focal length "
+     "is "
+     "wrong"},
     {"pixels that are not square", kTitle,
      "android.sensor.info.pixelArraySize (f0006): int32[2]\n[5000 3080 ]\n",
      ": 5.23264 x 3.9424 mm for 5000 x 3080 pixels, which would not be square; one of its angles "
@@ -475,15 +478,20 @@ TEST_F(ImportRigTest, IdThatIsNoNameIsNotTaken) {
         HasSubstr("// Camera 0 is logical"));
 }
 
-// Lines of any length around the dump, which is printed twice, the first time cut off.
+// Lines of any length around the dump, which is printed twice, the first time cut off. The open
+// camera streams from one that is not in the rig.
 TEST_F(ImportRigTest, BugreportIsSearched) {
     std::string const noise = std::string(3000000, 'x') + "\n";
     std::string const service =
         "DUMP OF SERVICE media.camera:\n"
         "== Camera Provider HAL legacy/0 (v2.4, remote) static info: 1 devices: ==\n";
-    auto const rig = import(
-        noise + "android.lens.info.availableFocalLengths (90002): float[1]\n[9]\n" + service +
-        std::string(kDump.substr(0, 80)) + "\n" + noise + service + std::string(kDump) + noise);
+    std::string const session =
+        "== Camera device 7 dynamic info: ==\n    Stream[0]: Output\n      Dims: 8 x 6\n"
+        "      Physical camera id: 9\n";
+    auto const rig =
+        import(noise + "android.lens.info.availableFocalLengths (90002): float[1]\n[9]\n" +
+               service + std::string(kDump.substr(0, 80)) + "\n" + noise + service + session +
+               std::string(kDump) + noise);
     EXPECT_EQ(rig.err, "");
     EXPECT_EQ(rig.out, rigOf('7'));
 }
