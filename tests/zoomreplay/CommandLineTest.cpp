@@ -81,6 +81,10 @@ TEST_P(NewTest, WritesAScenarioThatShowsAnOverride) {
 INSTANTIATE_TEST_SUITE_P(Modes, NewTest,
                          testing::Values("ExternalAPI", "ByRequest", "InstantRequest"));
 
+TEST_F(CommandLineTest, NewScenarioIsAnInstantRequestUnlessToldOtherwise) {
+    EXPECT_EQ(outputOf(run({"new", "-"})), outputOf(run({"new", "-", "--mode", "InstantRequest"})));
+}
+
 struct BadUsage {
     std::vector<std::string> arguments;
     char const* message;
