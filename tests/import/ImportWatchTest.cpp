@@ -317,28 +317,6 @@ TEST_F(ImportWatchTest, BadUsageHasStatusTwo) {
               2);
 }
 
-// From two phones to the crops of a zoom from 1x to 8x and back, in every mode.
-TEST_F(ImportWatchTest, ImportedPhonesReplayAZoomRamp) {
-    std::string ramp;
-    for (int tenths = 5; tenths <= 155; ++tenths) {
-        int const ratio = tenths <= 80 ? tenths : 160 - tenths;
-        ramp.append("f").append(std::to_string(tenths));
-        ramp.append(":0ns: REQ:android.control.zoomRatio: [").append(std::to_string(ratio / 10));
-        ramp.append(".").append(std::to_string(ratio % 10)).append("0000000]\n");
-    }
-    for (char const* phone : {"stereo.txt", "triple.txt"}) {
-        ASSERT_EQ(run({"import-rig", std::string(PHONES) + '/' + phone, "-o", "rig.jsonl"}).status,
-                  0);
-        for (char const* mode : {"ExternalAPI", "ByRequest", "InstantRequest"}) {
-            auto const results = replay(outputOf(import(ramp, mode)));
-            EXPECT_EQ(results.status, 0) << phone << ' ' << mode << '\n' << results.err;
-            EXPECT_THAT(results.out, AllOf(HasSubstr("\"overrideValid\": true"),
-                                           Not(HasSubstr("\"exception\""))))
-                << phone << ' ' << mode;
-        }
-    }
-}
-
 // Frame 8's answer comes when frame 9 has been asked for; frame 10 was not logged when asked for.
 // What a session before has told holds on, until it is removed.
 TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
