@@ -9,4 +9,4 @@ scripts/install-packages.sh $(cat scripts/packages-report-test.txt) >&2
 
 tool=build/bench/tools/zoomreplay/zoomreplay
 node tests/live/browser.mjs "$tool" 60 200 1000
-node tests/live/hour.mjs "$tool"
+node bench/live-hour.mjs "$tool"

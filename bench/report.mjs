@@ -1,7 +1,7 @@
-// Measures how a report's page behaves in a browser without a graphics card: node measure.mjs REPORT.html
+// Measures how a report's page behaves in a browser without a graphics card: node report.mjs REPORT.html
 import { pathToFileURL } from 'node:url';
 
-import { Chromium } from './Chromium.mjs';
+import { Chromium } from '../tests/report/Chromium.mjs';
 
 const SECONDS = 3;
 const browser = await Chromium.start();

@@ -1,11 +1,11 @@
-// Measures an hour of a live replay, as fast as it goes: node hour.mjs ZOOMREPLAY
+// Measures an hour of a live replay, as fast as it goes: node live-hour.mjs ZOOMREPLAY
 // Prints the memory of the tool and of the page, and how long a page takes that comes late.
 import { readFileSync } from 'node:fs';
 import { once } from 'node:events';
 
-import { Chromium } from '../report/Chromium.mjs';
-import { pause } from '../report/Patience.mjs';
-import { Live, SETUP, requestLines } from './Live.mjs';
+import { Chromium } from '../tests/report/Chromium.mjs';
+import { pause } from '../tests/report/Patience.mjs';
+import { Live, SETUP, requestLines } from '../tests/live/Live.mjs';
 
 const REQUESTS = 30 * 3600;
 const live = await Live.start(process.argv[2]);
