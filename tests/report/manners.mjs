@@ -1,4 +1,4 @@
-// What a report owes small screens and browsers without scripts: node manners.mjs REPORT.html...
+// What a report owes small screens, dark desktops and browsers without scripts: node manners.mjs REPORT.html...
 import assert from 'node:assert/strict';
 import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
@@ -59,4 +59,17 @@ test('without scripts there is a plain table', async () => {
   assert.ok((await seen('button')).every((isSeen) => !isSeen), 'no dead buttons');
 });
 
-test('nothing on the console', () => assert.deepEqual(browser.errors, []));
+test('a dark page for dark desktops', async () => {
+  await browser.send('Emulation.setScriptExecutionDisabled', { value: false });
+  const sheets = [];
+  for (const value of ['light', 'dark']) {
+    await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value }] });
+    sheets.push(await browser.evaluate('getComputedStyle(document.body).backgroundColor'));
+  }
+  assert.notEqual(...sheets);
+});
+
+test('nothing on the console, and nothing is loaded beside the page', () => {
+  assert.deepEqual(browser.errors, []);
+  assert.deepEqual(browser.addresses.filter((url) => !url.startsWith('data:') && !reports.includes(url)), []);
+});
