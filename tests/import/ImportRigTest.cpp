@@ -503,21 +503,5 @@ TEST_F(ImportRigTest, HelpTellsWhatToTypeOnAPhone) {
     EXPECT_THAT(help.out, HasSubstr("adb shell dumpsys media.camera > dump.txt"));
 }
 
-TEST_F(ImportRigTest, BrokenByteNeverCrashesTheImport) {
-    constexpr std::string_view kBytes("]9\xFF-=\0[e\n ", 10);
-    std::string const dump = replaced(std::string(kDump), kTitle, kPhysicalIds) +
-                             "  Physical camera 5 characteristics:\n" +
-                             std::string(kDump.substr(kDump.find("  android.lens")));
-    for (size_t i = 0; i < dump.size(); i += 17) {
-        std::string broken = dump;
-        broken[i] = kBytes[i % kBytes.size()];
-        auto const result = import(broken);
-        EXPECT_THAT(result.status, testing::AnyOf(0, 2)) << "byte " << i << "\n" << result.err;
-        if (result.status == 0) {
-            EXPECT_EQ(replay(result.out).status, 0) << "byte " << i << "\n" << result.out;
-        }
-    }
-}
-
 }  // namespace
 }  // namespace zoomreplay::test

@@ -504,30 +504,5 @@ TEST_F(ImportWatchTest, ImportedAnglesGiveTheCrops) {
             R"("tgCrops": {"2": {"0x7001": [1420, 1065, 1160, 870], "0x7002": [1420, 1065, 1160, 870]}, "5": {"0x7001": [1020, 765, 2040, 1530], "0x7002": [1020, 765, 2040, 1530]}})"));
 }
 
-// 2 atan(9.792 / 13) is 73.976 degrees, 2 atan(5.712 / 4.4) 104.785, 2 atan(5.6 / 37.2) 17.122.
-TEST_F(ImportWatchTest, ReportShowsThePhonesAngles) {
-    ASSERT_EQ(run({"import-rig", std::string(PHONES) + "/triple.txt", "-o", "rig.jsonl"}).status,
-              0);
-    ASSERT_EQ(
-        replay(outputOf(import(kTwoFrames, "ExternalAPI")), {"--report", "report.html"}).status, 0);
-
-    EXPECT_THAT(read("report.html"),
-                AllOf(HasSubstr(R"("degrees":[73.976)"), HasSubstr(R"("degrees":[104.785)"),
-                      HasSubstr(R"("degrees":[17.12)")));
-}
-
-TEST_F(ImportWatchTest, BrokenByteNeverCrashesTheImport) {
-    constexpr std::string_view kBytes("]9\xFF-:\0[e\nf", 10);
-    std::string const log =
-        std::string(kTwoFrames) + "f9:0ns: REQ:android.scaler.cropRegion: [10 20 1000 500 ]\n";
-    for (size_t i = 0; i < log.size(); i += 7) {
-        std::string broken = log;
-        broken[i] = kBytes[i % kBytes.size()];
-        auto const result = import(broken, "ByRequest");
-        ASSERT_EQ(result.status, 0) << "byte " << i << "\n" << result.err;
-        EXPECT_EQ(replay(result.out).status, 0) << "byte " << i << "\n" << result.out;
-    }
-}
-
 }  // namespace
 }  // namespace zoomreplay::test
