@@ -41,10 +41,10 @@ test('without angles the parts of the sensors are told', async () => {
     { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
     { op: 'onRequestDone', requestNo: 1 },
     { op: 'setRunTimeCropNeedData', requestNo: 2, sensorModes: { 2: 1 } },
-    ...[4, 5].flatMap((zoomRatio) => [  // P1 is not overridden in this mode
+    ...[['getP1CropSetting', 4], ['getP2CropSetting', 5]].flatMap(([op, zoomRatio]) => [  // neither is overridden
       { op: 'storeOverrideSetting', requestNo: 3, setting: { overrideValid: true, requestNo: 3, zoomRatio } },
       { op: 'setRunTimeCropNeedData', requestNo: 3, sensorModes: { 2: 1 } },
-      { op: 'getP1CropSetting', requestNo: 3, zoomRatio }])]);
+      { op, requestNo: 3, zoomRatio: 9 }])]);
   const [first, second] = [await shownRequest(browser, '1'), await shownRequest(browser, '2')];
   const head = ['Part of the sensor that the crops leave', 'Sensor', 'Crop', 'Width', ''];
   assert.deepEqual(first.angleHeads, [...head, 'No angles are configured: a configSensorInfo line in the scenario gives them, and the degrees appear.']);
@@ -109,7 +109,8 @@ test('of long lists a part is shown', async () => {
 });
 
 test('requests are found in the order in which they ended', async () => {
-  const lines = [];
+  const lines = [{ op: 'initialize', mode: 'InstantRequest' },
+    { op: 'configSensorInfo', sensorIds: [5], sensorInfos: { 5: { degreeH: 68, degreeV: 42, activeArray: [0, 0, 4608, 2592] } } }];
   const request = (requestNo) => lines.push({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1 } });
   const done = (requestNo) => lines.push({ op: 'onRequestDone', requestNo });
   for (let no = 1; no <= 1300; ++no) {
@@ -122,6 +123,8 @@ test('requests are found in the order in which they ended', async () => {
     const doneLine = lines.findLastIndex(({ op, requestNo }) => op === 'onRequestDone' && requestNo === no) + 1;
     assert.match((await shownRequest(browser, String(no))).sentence, new RegExp(`, done on ${doneLine}\\.$`));
   }
+  assert.deepEqual((await shownRequest(browser, '1')).cards.map(({ heading, what, note }) => [heading, what, note]),
+    [['Sensor 0', 'no angles configured', 'Mode 1 has no output size.'], ['Sensor 5, master', '68\u00b0 \u00d7 42\u00b0', 'Has no mode in this request.']]);
   assert.deepEqual(await texts('#stray-list li'), ['isPortExist: expected, and nothing came of it']);
 });
 

@@ -365,9 +365,9 @@ test('curves', async () => {
 });
 
 test('the strip shows the override of all requests', async () => {
-  const { drawn, size, shown: [width, height] } = await browser.evaluate(`(({ drawn, width, height, clientWidth, clientHeight }) =>
-    ({ drawn, size: [width, height], shown: [clientWidth, clientHeight] }))(document.getElementById('strip'))`);
-  assert.deepEqual(size, [width, height]);
+  const [lanes, { drawn, size, shown: [width, height] }] = await browser.evaluate(`['lanes', 'strip'].map((id) => document.getElementById(id)).map(
+    ({ drawn, width, height, clientWidth, clientHeight }) => ({ drawn, size: [width, height], shown: [clientWidth, clientHeight] }))`);
+  assert.deepEqual([size, lanes.size], [[width, height], lanes.shown], 'a pixel is a pixel');
   const values = requests.map(overrideOf);
   const known = values.filter((value) => value !== undefined);
   const bars = drawn.filter(({ name }) => name === 'fillRect').slice(0, -2).map(({ what }) => what);  // what is outside of the window is veiled
