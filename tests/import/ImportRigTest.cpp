@@ -169,6 +169,16 @@ TEST_F(ImportRigTest, NumbersWithoutRoomInAStreamIdAreReplaced) {
                       HasSubstr("Sensor 1 is camera 1:")));
 }
 
+TEST_F(ImportRigTest, CamerasThatNumbersDoNotSufficeForAreRefused) {
+    std::string dump;
+    for (int i = 0; i < 256; ++i) {
+        dump += replaced(std::string(kDump), "legacy/7", "legacy/c" + std::to_string(i));
+    }
+    EXPECT_THAT(outputOf(import(dump)), HasSubstr("Sensor 255 is camera c255:"));
+    EXPECT_EQ(import(dump + std::string(kDump)).err,
+              "dump.txt: has more cameras than a scenario has room for\n");
+}
+
 struct Change {
     char const* name;
     std::string_view from;
@@ -231,6 +241,8 @@ Change const kChanges[] = {
      ""},
     {"tag missing", kFocalLengths, "android.lens.info.focalLengths",
      " is left out: no android.lens.info.availableFocalLengths"},
+    {"size missing", "android.sensor.info.physicalSize", "android.sensor.info.size",
+     " is left out: no android.sensor.info.physicalSize"},
     {"values missing", "[4 4 4081 3073 ]", "", noArray("[], announced as 4 values")},
     {"fewer values than announced", "int32[4]", "int32[5]",
      noArray("[4 4 4081 3073 ], announced as 5 values")},
@@ -460,6 +472,19 @@ Failure const kFailures[] = {
      "dump.txt:1: is what Python prints of a dictionary; print it with json.dumps\n"},
 };
 INSTANTIATE_TEST_SUITE_P(All, UnusableDumpTest, testing::ValuesIn(kFailures));
+
+TEST_F(ImportRigTest, LogicalCameraThatFacesBackComesFirst) {
+    auto const logical = [](std::string const& facing, std::string const& code, char const* id) {
+        return logicalDump(
+            "byte[2]\n[" + code + " 0 ]\nandroid.lens.facing (80005): byte[1]\n[" + facing + " ]",
+            {id});
+    };
+    std::string const front = logical("FRONT", "53", "5");
+    std::string const back = replaced(logical("BACK", "54", "6"), "legacy/7", "legacy/9");
+
+    EXPECT_THAT(outputOf(import(front)), HasSubstr(R"("sensorIds": [5])"));
+    EXPECT_THAT(outputOf(import(front + back)), HasSubstr(R"("sensorIds": [6])"));
+}
 
 TEST_F(ImportRigTest, RestOfABrokenPhoneCanBeChosen) {
     auto const rig = import("Number of camera devices: 9\n" +

@@ -150,6 +150,13 @@ TEST_F(ImportWatchTest, CropRegionLiesInsideTheZoomAndBothHold) {
             R"({"zoomRatio": 1, "customStreamCrops": [0, 504, 504, 1000, 1000, 1, 0, 0, 500, 750]})"));
 }
 
+TEST_F(ImportWatchTest, CropRegionAloneZoomsAndIsTheCrop) {
+    EXPECT_THAT(outputOf(import("f1:0ns: REQ:android.scaler.cropRegion: [1000 750 2000 1500 ]\n")),
+                HasSubstr(
+                    R"(// Frame 1, zoomed by its crop region
+{"op": "storeOverrideSetting", "metadata": {"zoomRatio": 2, "customStreamCrops": [0, 1004, 754, 2000, 1500, 1, 0, 0, 2000, 1500]}, )"));
+}
+
 struct Log {
     char const* name;
     std::string_view text;
@@ -206,7 +213,8 @@ Log const kLogs[] = {
      "> 0:org.lens  f1:123ns:  REQ:android.control.zoomRatio: [0.70000000] output stream ids:  0\n"
      "11-21 12:00:00.000  1234  5678 W dump: 0:org.lens f2:1ns: REQ:android.control.zoomRatio: "
      "[0.8]\n"
-     "V/dump( 1234): 0:org.lens f3:1ns: REQ:android.control.zoomRatio: [0.90000000]\n",
+     "11-21 12:00:00.000 V/dump( 1234): 0:org.lens f3:1ns: REQ:android.control.zoomRatio: "
+     "[0.90000000]\n",
      "0.6 0.7 0.8 0.9 ", ""},
     {"region outside the array",
      "f1:0ns: REQ:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
