@@ -1,5 +1,5 @@
-// When things happen in a trace, what they are worth, and what a range leaves of it. check_trace.py
-// holds whole traces against their results.
+// When things happen in a trace. Whole traces are in tests/zoomreplay/views, and check_trace.py
+// holds more of them against their results.
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
@@ -88,23 +88,6 @@ constexpr std::string_view kScenario =
 {"op":"onRequestDone","requestNo":1}
 )";
 
-// Line by line, a millisecond each from the first on: the P1 queries at 6, 8 and 9 ms.
-TEST_F(TraceTest, CountersHoldWhatCropsAreWorth) {
-    outputOf(replay(std::string(kScenario) + R"({"op":"observed","requestNo":1,"zoomRatio":1.75})",
-                    {"--trace", "t.json"}));
-
-    EXPECT_EQ(counter("observed ratio"), json({{12000.0, 1.75}}));
-    EXPECT_EQ(counter("asked ratio"), json({{6000.0, 4.0}, {8000.0, 1.5}, {9000.0, 4.0}}));
-    EXPECT_EQ(counter("override ratio"), json({{6000.0, 2.0}}));  // until it changes
-    // Half of the array, and no crop where the answer is no.
-    EXPECT_EQ(counter("sensor 0 P1 R1 width"), json({{6000.0, 1152}, {8000.0, 0}, {9000.0, 1152}}));
-    EXPECT_EQ(counter("sensor 0 P1 R1 centre y"), json({{6000.0, 648.0}}));
-    auto const angle = counter("sensor 0 P1 R1 angle");
-    ASSERT_EQ(angle.size(), 1U);
-    EXPECT_NEAR(angle[0][1].get<double>(), 53.1301, 0.001);  // 2 atan(tan(90 / 2) / 2)
-    EXPECT_EQ(trace()["otherData"]["clock"], "none: a millisecond a line");
-}
-
 // Each configuration takes the place of the one before, which knew the sensor.
 TEST_F(TraceTest, AnglesNeedTheLatestConfiguration) {
     outputOf(replay(std::string(kSensor) + R"({"op":"initialize","mode":"InstantRequest"}
@@ -135,32 +118,6 @@ TEST_F(TraceTest, PortsOfDifferentMinimaStandApart) {
         ports.push_back(crop["ports"]);
     }
     EXPECT_EQ(ports, json({"R1 R2", "R3"}));
-}
-
-TEST_F(TraceTest, ArrowsLeadToWhatWasUsed) {
-    outputOf(replay(kScenario, {"--trace", "t.json"}));
-
-    json found = json::array();
-    auto const starts = events("s");
-    auto const ends = events("f");
-    ASSERT_EQ(starts.size(), ends.size());
-    for (size_t i = 0; i < starts.size(); ++i) {
-        found.push_back({starts[i]["ts"], ends[i]["ts"]});
-    }
-    // Deposit and entry; a refusal and a kept answer used no entry.
-    EXPECT_EQ(found,
-              json({{5000.0, 6000.0}, {4000.0, 6000.0}, {7000.0, 8000.0}, {5000.0, 9000.0}}));
-}
-
-TEST_F(TraceTest, RangeKeepsTheTimesOfTheWholeReplay) {
-    outputOf(replay(kScenario, {"--trace", "t.json", "--requests", "2"}));
-
-    EXPECT_EQ(calls(), json({{8, 7000.0, 1000.0}, {9, 8000.0, 1000.0}}));
-    auto const begins = events("b");
-    ASSERT_EQ(begins.size(), 1U);
-    EXPECT_EQ(begins[0]["args"]["request"], 2);
-    EXPECT_EQ(events("e")[0]["ts"], 12000.0);  // the end of the replay
-    EXPECT_EQ(events("i").size(), 1U);
 }
 
 TEST_F(TraceTest, BadLineLeavesWhatCameBefore) {
