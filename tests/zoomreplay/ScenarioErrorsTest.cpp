@@ -56,6 +56,8 @@ constexpr BadLine kFields[] = {
     {R"({"op":"query"})", "query: unknown operation"},
     {R"({"op":"getp1cropsetting"})",
      "getp1cropsetting: unknown operation; did you mean getP1CropSetting?"},
+    {R"({"op":"getP9CropSetting"})",
+     "getP9CropSetting: unknown operation; did you mean getP1CropSetting?"},
     {R"({"op":"getP2Crop"})", "getP2Crop: unknown operation; did you mean getP2CropSetting?"},
     {R"({"op":"initialise"})", "initialise: unknown operation; did you mean initialize?"},
     {R"({"op":"publih"})", "publih: unknown operation; did you mean publish?"},

@@ -1,6 +1,7 @@
 // Finds operations by their names.
 #include "Operations.h"
 
+#include <array>
 #include <unordered_map>
 #include <vector>
 
@@ -15,10 +16,14 @@ namespace {
 
 using OperationsByName = std::unordered_map<std::string_view, Operation const*>;
 
+std::array<std::span<Operation const>, 3> allGroups() {
+    return {platformOperations(), managerOperations(), mapperOperations()};
+}
+
 OperationsByName const& allOperations() {
     static auto const kByName = [] {
         OperationsByName byName;
-        for (auto const group : {platformOperations(), managerOperations(), mapperOperations()}) {
+        for (auto const group : allGroups()) {
             for (Operation const& operation : group) {
                 byName.emplace(operation.name, &operation);
             }
@@ -30,8 +35,10 @@ OperationsByName const& allOperations() {
 
 [[noreturn]] void failUnknown(std::string_view name) {
     std::vector<std::string_view> names;
-    for (auto const& [known, operation] : allOperations()) {
-        names.push_back(known);
+    for (auto const group : allGroups()) {
+        for (Operation const& operation : group) {
+            names.push_back(operation.name);  // in their order, which decides between two as near
+        }
     }
     throw LineError(std::string(name) + ": unknown operation" + didYouMean(name, names));
 }
