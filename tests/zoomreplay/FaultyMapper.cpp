@@ -1,6 +1,7 @@
 // A customer's mapper that throws what it should not, whenever it is configured and for 8x and
 // more, and crashes for 16x and more.
 #include <cstdlib>
+#include <new>
 #include <stdexcept>
 
 #include "CustomSensorCropMapper.h"
@@ -29,7 +30,16 @@ bool CustomSensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCrop
         std::abort();
     }
     if (in.zoomRatio >= kTooNarrow) {
-        throw 42;
+        switch (static_cast<int>(in.zoomRatio)) {
+            case 10:
+                throw std::invalid_argument("10x");
+            case 11:
+                throw std::bad_alloc();
+            case 12:
+                throw std::exception();
+            default:
+                throw 42;
+        }
     }
     out.isValid = true;
     out.zoomRatio = in.zoomRatio;

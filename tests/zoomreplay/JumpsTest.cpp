@@ -110,6 +110,7 @@ TEST_F(JumpsTest, CountsThemAll) {
     // tan 34 / tan 15 of the width that sensor 1 shows, and back.
     EXPECT_THAT(list, testing::HasSubstr("from sensor 1 to 0: wider by 151.7 %\n"));
     EXPECT_THAT(list, testing::EndsWith("\nand 2490 more\n"));
+    EXPECT_THAT(jumps(scenario.str(), {"--limit", "5000"}), testing::EndsWith("\nand 1500 more\n"));
 }
 
 // P1 answers while the published ratio lags behind, P2 when it has caught up, and then nobody, at

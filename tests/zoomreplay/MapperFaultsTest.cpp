@@ -52,6 +52,18 @@ TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
     EXPECT_EQ(pictured.out, plain.out);
 }
 
+TEST_F(MapperFaultsTest, ExceptionsAreToldByTheirKind) {
+    for (auto const& [ratio, told] :
+         std::map<std::string, std::string>{{"10", R"("logic_error", "what": "10x")"},
+                                            {"11", R"("bad_alloc")"},
+                                            {"12", R"("exception")"}}) {
+        write("s.jsonl",
+              R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)" + ratio + "}");
+        EXPECT_THAT(runWithMapper({"s.jsonl", "-o", "-"}).out,
+                    testing::HasSubstr("\"exception\": " + told));
+    }
+}
+
 TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeIt) {
     std::string const narrow =
         R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
