@@ -121,6 +121,7 @@ const tests = {
     const { id } = await slow.until(({ name }) => name === 'begin');
     slow.response.pause();
     const fast = await live.follow();
+    assert.notEqual((await fast.until(({ name }) => name === 'begin')).id, id);
     live.write(...SETUP);
     const both = live.holds()[0];
     let no = 0;
@@ -169,7 +170,8 @@ const tests = {
       live.process.kill(signal);
       assert.equal(await live.exit, 0);
       assert.equal(readFileSync(file, 'utf8'), reportOf(lines));
-      await reader.until(({ name }) => name === 'bye');
+      await assert.rejects(reader.until(() => false));
+      assert.deepEqual([reader.events.at(-1).name, reader.response.complete], ['bye', true], 'the end is told as one');
       assert.equal(live.errors, '');
     }
     assert.deepEqual(readdirSync(folder).filter((name) => name.endsWith('.part')), []);
