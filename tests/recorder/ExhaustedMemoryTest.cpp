@@ -61,7 +61,7 @@ class ThriftyManager : public ::testing::NiceMock<NSCam::Feature::MockManager> {
     }
 };
 
-TEST(MemoryTest, CallIsAnsweredAndRecordingEnds) {
+TEST(ExhaustedMemoryTest, CallIsAnsweredAndRecordingEnds) {
     static std::array<char, 100> sReport;  // of the exhausted process
     __android_log_set_logger([](auto const* line, auto... text) {
         std::snprintf(sReport.data(), sReport.size(), "%s", NSCam::Host::textOf(line, text...));
