@@ -2,7 +2,7 @@
 // node long.mjs REPORT.html RESULTS.jsonl EXPECTED.jsonl OTHER_REQUEST PLANTED_REQUEST
 // EXPECTED.jsonl are the results of the scenario without OTHER_REQUEST's fault; the report was compared with them.
 import assert from 'node:assert/strict';
-import { readFileSync } from 'node:fs';
+import { readFileSync, statSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
@@ -20,6 +20,8 @@ const DEGREES = [80, 120, 40];
 const angleAt = (sensor, x) => Math.atan(Math.tan(DEGREES[sensor] * Math.PI / 360) * (2 * x / WIDTH - 1)) * 180 / Math.PI;
 const angleOf = (sensor, [x, , w]) => angleAt(sensor, x + w) - angleAt(sensor, x);
 const pointOf = (sensor, [x, , w]) => angleAt(sensor, x + w / 2);
+
+assert.ok(statSync(report).size < 50 * answers.length, 'a request needs little room');
 
 const browser = await Chromium.start();
 try {

@@ -1,11 +1,12 @@
 // Reports of other kinds than tour's and moves': node others.mjs ZOOMREPLAY FOLDER
 import assert from 'node:assert/strict';
 import { execFileSync, spawnSync } from 'node:child_process';
-import { mkdirSync, writeFileSync } from 'node:fs';
+import { mkdirSync, readFileSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
 
+import { SETUP, requestLines } from '../live/Live.mjs';
 import { Chromium } from './Chromium.mjs';
 import { linesOf as linesOfMoves } from './movesScenario.mjs';
 import { shownRequest } from './Page.mjs';
@@ -25,13 +26,16 @@ const resultsOf = (lines) => {
   return file;
 };
 const open = async (lines, ...options) => {
-  const [scenario, report] = ['s.jsonl', 'r.html'].map((name) => join(folder, name));
+  const scenario = join(folder, NAME);
   writeFileSync(scenario, textOf(lines));
   const { status } = spawnSync(tool, [scenario, '-o', '/dev/null', '--report', report, ...options]);
-  assert.ok(status < 2);
+  assert.ok(status < 2 || lines.includes(BAD_LINE));
   await browser.open(`${pathToFileURL(report).href}?${Math.random()}`);
   await eventually(() => browser.evaluate(`document.documentElement.dataset.ready === 'yes' || document.getElementById('requests').textContent.includes('no request')`), 'the page');
 };
+const report = join(folder, 'r.html');
+const NAME = '<!--<script>\u2028.jsonl';  // could end the page's data
+const BAD_LINE = { op: 'nonsense' };
 const sensor = (id) => ({ op: 'sensor', id, modes: { 1: { size: [2304, 1296], window: [0, 0, 4608, 2592] } } });
 
 test('without angles the parts of the sensors are told', async () => {
@@ -40,6 +44,7 @@ test('without angles the parts of the sensors are told', async () => {
     { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 2: 1, 10: 1 } },
     { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
     { op: 'onRequestDone', requestNo: 1 },
+    { op: 'observed', requestNo: 7, activePhysicalId: '6' },  // the phone knows requests that the library was not told
     { op: 'setRunTimeCropNeedData', requestNo: 2, sensorModes: { 2: 1 } },
     ...[['getP1CropSetting', 4], ['getP2CropSetting', 5]].flatMap(([op, zoomRatio]) => [  // neither is overridden
       { op: 'storeOverrideSetting', requestNo: 3, setting: { overrideValid: true, requestNo: 3, zoomRatio } },
@@ -66,6 +71,23 @@ test('a range of what is as expected', async () => {
   await open(linesOfMoves(false), '--compare', resultsOf(linesOfMoves(false)), '--requests', '3-7');
   assert.deepEqual(await texts('#about'), ['InstantRequest \u00b7 5 of 40 requests \u00b7 5 overridden \u00b7 as expected']);
   assert.ok((await shownRequest(browser, '3')).hidden.includes('stray'));
+});
+
+test('answers are kept as the library keeps them, and a bad line ends the report', async () => {
+  const create = { op: 'getZoomOverrideMode' };
+  const close = { op: 'property', name: 'vendor.debug.camera.zoomOverride.closeP1Override', value: 1 };
+  const query = { op: 'getP1CropSetting', requestNo: 1, zoomRatio: 4 };
+  const refused = ['not overridden, override off', '', 1];
+  for (const [begin, answer, kept, override] of [  // the property is read when the manager is made
+    [[create, close, ...SETUP], 'overridden', ', from the cache', 2], [[close, ...SETUP], ...refused],
+    [[{ op: 'initialize', mode: 9 }], ...refused]]) {
+    const lines = [...begin, ...requestLines(1, 2, 4).slice(0, 2)];
+    await open([...lines, query, query, BAD_LINE, query]);
+    const where = [1, 2].map((more) => `4.00\u00d7 \u2192 ${override}.00\u00d7 \u00b7 line ${lines.length + more}`);
+    assert.deepEqual((await shownRequest(browser, '1')).stages, [`P1${answer}${where[0]}`, `P1${answer}${kept}${where[1]}`]);
+  }
+  assert.doesNotMatch(readFileSync(report, 'utf8'), /<!--/);
+  assert.deepEqual(await texts('#title'), [NAME]);
 });
 
 test('without requests there is nothing to show', async () => {
@@ -125,6 +147,10 @@ test('requests are found in the order in which they ended', async () => {
   }
   assert.deepEqual((await shownRequest(browser, '1')).cards.map(({ heading, what, note }) => [heading, what, note]),
     [['Sensor 0', 'no angles configured', 'Mode 1 has no output size.'], ['Sensor 5, master', '68\u00b0 \u00d7 42\u00b0', 'Has no mode in this request.']]);
+  const cells = (await texts('#plain td')).map((text, i) => [text, [String(Math.floor(i / 6) + 1), '-', '-', 'not overridden', '', ''][i % 6]]);
+  assert.equal(cells.length, 600);
+  for (const [text, expected] of cells) assert.equal(text, expected);
+  assert.equal((await texts('#plain p')).at(-1), 'The first 100 of 1300 requests.');
   assert.deepEqual(await texts('#stray-list li'), ['isPortExist: expected, and nothing came of it']);
 });
 
