@@ -64,13 +64,14 @@ TEST_F(MapperFaultsTest, ExceptionsAreToldByTheirKind) {
     }
 }
 
-TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeIt) {
+TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeItAndNothingHalf) {
     std::string const narrow =
         R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
     write("s.jsonl",
           std::string(kModeLine) + narrow + "2}\n" + narrow + "16}\n" + std::string(kModeLine));
-    auto const result = runWithMapper({"s.jsonl", "-o", "-"});
+    auto const result = runWithMapper({"s.jsonl", "-o", "-", "--report", "r.html"});
 
+    EXPECT_EQ(readAll().size(), 1U);
     EXPECT_EQ(result.status, -SIGABRT);
     EXPECT_EQ(result.out,
               std::string(kModeResult) +

@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "UnfinishedFile.h"
+
 namespace zoomreplay {
 namespace {
 
@@ -19,10 +21,11 @@ constinit std::atomic<LineWriter const*> gWriter = nullptr;
 
 // The signal that is raised ends the process when this returns: a fault would come again by itself,
 // but what somebody else sent would not.
-void flushInCrash(int signal) {
+void saveInCrash(int signal) {
     if (LineWriter const* const writer = gWriter.exchange(nullptr)) {
         writer->flushInCrash();
     }
+    removeUnfinished();
     std::raise(signal);
 }
 
@@ -66,12 +69,12 @@ void LineWriter::flushInCrash() const noexcept {
     }
 }
 
-void writeLinesOnCrash() {
+void saveLinesOnCrash() {
     for (int const signal : std::array{SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
         struct sigaction action {};
         sigaction(signal, nullptr, &action);
         if (action.sa_handler == SIG_DFL) {  // sanitizers have handlers of their own
-            action.sa_handler = flushInCrash;
+            action.sa_handler = saveInCrash;
             action.sa_flags = static_cast<int>(SA_RESETHAND);
             sigaction(signal, &action, nullptr);
         }

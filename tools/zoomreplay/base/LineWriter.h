@@ -37,7 +37,8 @@ class LineWriter {
     size_t mWhole = 0;  // of mText
 };
 
-/// Lets the signals that a crash raises write first what the writer that was made last holds back.
-void writeLinesOnCrash();
+/// Lets the signals that a crash raises write first what the writer that was made last holds back,
+/// and remove what is unfinished.
+void saveLinesOnCrash();
 
 }  // namespace zoomreplay

@@ -28,7 +28,7 @@ void prepareProcess() {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
     removeUnfinishedOnSignals();
-    writeLinesOnCrash();
+    saveLinesOnCrash();
 }
 
 }  // namespace zoomreplay
