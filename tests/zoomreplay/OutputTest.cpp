@@ -1,6 +1,8 @@
 // Outputs are whole or untouched, whatever ends the run.
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <sys/file.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -143,6 +145,20 @@ TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
     EXPECT_TRUE(std::filesystem::is_symlink(pathOf("link.html")));
     EXPECT_THAT(read("r.html"), StartsWith("<!DOCTYPE html>"));
     EXPECT_EQ(readAll().size(), 4U);
+}
+
+// Not even by root, who may write anywhere unless that is taken away.
+TEST_F(OutputTest, WhatMayNotBeWrittenIsLeftAlone) {
+    using std::filesystem::perms;
+    std::filesystem::create_directory(pathOf("sub"));
+    std::filesystem::permissions(pathOf("sub"), perms::owner_read | perms::owner_exec);
+    std::filesystem::permissions(pathOf("r.html"), perms::owner_read);
+    for (std::string const path : {"r.html", "sub/new.html"}) {
+        auto const result = run({"s.jsonl", "-o", "t.json", "--report", path}, "",
+                                [] { prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE); });
+        EXPECT_EQ(result.err, path + ": cannot open: Permission denied\n");
+        EXPECT_EQ(read("t.json"), "old trace");
+    }
 }
 
 TEST_F(OutputTest, TraceIsWholeWhenNobodyReadsTheResults) {

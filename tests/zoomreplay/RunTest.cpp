@@ -1,4 +1,5 @@
 // run: many records, each in a process of its own.
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include "ToolTest.h"
@@ -140,18 +141,26 @@ TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
               1);
 }
 
+// And records leave nothing open behind them.
 TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     put("a b.jsonl", kModeLine);
     put("line\nend.jsonl", kModeLine);
     put("-", kModeLine);
+    for (int i = 10; i < 50; ++i) {
+        put("many/" + std::to_string(i) + ".jsonl", kModeLine);
+    }
     auto const records = [this](std::string const& list) {
-        std::string const out = run({"run", "-"}, list).out;
+        std::string const out = run({"run", "-", "--jobs", "2"}, list, [] {
+                                    rlimit const few{32, 32};
+                                    setrlimit(RLIMIT_NOFILE, &few);
+                                }).out;
         auto const end = out.rfind('\n', out.size() - 2) + 1;
         return out.substr(end);
     };
     EXPECT_EQ(records("a b.jsonl\n-"), "2 records: 2 ok\n");
     EXPECT_EQ(records(std::string("line\nend.jsonl\0a b.jsonl\0", 24)), "2 records: 2 ok\n");
     EXPECT_EQ(records("\na b.jsonl\n\nline\nend.jsonl\n"), "3 records: 1 ok, 2 broken\n");
+    EXPECT_EQ(records("many"), "40 records: 40 ok\n");
 }
 
 struct Refused {

@@ -31,7 +31,7 @@ constexpr BadLine kSyntax[] = {
     {R"({"op":"getZoomOverrideMode"} // x)", "column 30: unexpected '/'; expected end of line"},
     {R"({"op":"getZoomOverrideMode"},)", "column 29: unexpected ','; expected end of line"},
     {R"({"op":"initialize",})", "column 20: unexpected '}'; expected a name in double quotes"},
-    {"{\u201Cop\u201D:1}", "column 2: unexpected '\u201C'; expected a name in double quotes"},
+    {"{\u201C\u201Cop\u201D:1}", "column 2: unexpected '\u201C'; expected a name in double quotes"},
     {R"({"op" "initialize")", "column 18: unexpected string literal; expected ':'"},
     {R"({"op":"initialize" "mode":3})",
      "column 25: unexpected string literal; expected ',' or '}'"},
