@@ -1,8 +1,6 @@
 // Asks as a scenario would, and answers as a report would.
 #include "WhatIf.h"
 
-#include <algorithm>
-
 #include "CustomZoomRatioOverride.h"
 #include "report/PackedTable.h"
 #include "report/PageText.h"
@@ -17,10 +15,7 @@ namespace {
 using scenario::Json;
 using scenario::Line;
 
-bool isCropQuery(ReplayedQuery const& query) {
-    return query.stage != Stage::ThreeA;
-}
-
+// Of a crop: where one of 3A is asked in such a mode, the process has ended.
 std::string queryLine(ReplayedQuery const& query, uint32_t requestNo) {
     auto request = query.request;
     request.requestNo = requestNo;
@@ -46,8 +41,7 @@ Json linesOf(WhatIf const& question) {
 
 bool canBeAsked(ReplayedRequest const& request) {
     return scenario::traitsOf(request.mode).source == scenario::OverrideSource::Published &&
-           request.data != nullptr &&
-           std::any_of(request.queries.begin(), request.queries.end(), isCropQuery);
+           request.data != nullptr && !request.queries.empty();
 }
 
 WhatIf whatIf(ReplayedRequest const& request, uint32_t requestNo, float ratio) {
@@ -59,9 +53,7 @@ WhatIf whatIf(ReplayedRequest const& request, uint32_t requestNo, float ratio) {
     line.field("requestNo", requestNo).fields(*request.data).end();
     question.lines = {std::move(publish), std::move(deposit)};
     for (ReplayedQuery const& query : request.queries) {
-        if (isCropQuery(query)) {
-            question.lines.push_back(queryLine(query, requestNo));
-        }
+        question.lines.push_back(queryLine(query, requestNo));
     }
     return question;
 }

@@ -16,7 +16,7 @@ struct WhatIf {
     std::vector<std::string> lines;
 };
 
-/// @param request one of ExternalAPI mode, with its record and a crop query
+/// @param request one of ExternalAPI mode, with its record and a query
 WhatIf whatIf(ReplayedRequest const& request, uint32_t requestNo, float ratio);
 
 /// Whether a request can be asked for once more.
