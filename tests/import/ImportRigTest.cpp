@@ -364,6 +364,19 @@ std::string badIds(std::string const& found) {
            ")\n";
 }
 
+std::string const kIsWide =
+    "dump.txt: is UTF-16, as some shells write; convert it with: iconv -f UTF-16 -t UTF-8 "
+    "dump.txt > phone.txt\n";
+
+// Right, but for its size.
+std::string largeJson() {
+    std::string text = "{\"android.lens.facing\": [\n";
+    for (int i = 0; i < 17; ++i) {
+        text += std::string(1000000, '1') + ",\n";
+    }
+    return text + "1]}\n";
+}
+
 Failure const kFailures[] = {
     {"", {}, "dump.txt: is empty: did the command run, with a phone connected?\n"},
     {"error: no devices\n",
@@ -383,10 +396,9 @@ Failure const kFailures[] = {
      "dump.txt: is a zip archive, as bugreports are; unpack its text with: unzip -p dump.txt "
      "'bugreport-*.txt' > bugreport.txt\n"},
     {"\x1F\x8B", {}, "dump.txt: is compressed; unpack it with: gzip -dc dump.txt > phone.txt\n"},
-    {"\xFF\xFE=",
-     {},
-     "dump.txt: is UTF-16, as some shells write; convert it with: iconv -f UTF-16 -t UTF-8 "
-     "dump.txt > phone.txt\n"},
+    {"\xFF\xFE=", {}, kIsWide},
+    {"\xFE\xFF=", {}, kIsWide},
+    {largeJson(), {}, "dump.txt: is JSON, but too large for the characteristics of cameras\n"},
     {std::string(kBareCamera),
      {},
      "dump.txt: camera 8 is left out: has no characteristics\n"
