@@ -49,12 +49,16 @@ const tests = {
       const { status, text } = await live.get(path, { address: origin });
       assert.deepEqual([status, text], [403, isOther], path);
     }
-    for (const path of ['other', 'report.html', 'events/']) assert.equal((await live.get(path)).status, 404, path);
+    for (const [path, method, status, text] of [['other', 'GET', 404, 'There is no such page.'], ['report.html', 'GET', 404, 'There is no such page.'],
+      ['events/', 'GET', 404, 'There is no such page.'], ['', 'POST', 405, 'There is nothing to change here.'], ['answer', 'GET', 400, 'ratio: must be a number'],
+      ['answer?ratio=x', 'GET', 400, 'ratio: must be a number'], ['answer?ratio=2x', 'GET', 400, 'ratio: must be a number']]) {
+      const refused = await live.get(path, { method });
+      assert.deepEqual([refused.status, refused.headers['content-type'], refused.text], [status, 'text/plain', `${text}\n`], path);
+    }
     for (const host of ['some.name', `some.name:${port}`, '127.0.0.1', `127.0.0.1:${Number(port) + 1}`]) {
       assert.equal((await live.get('', { headers: { host } })).status, 403, `Host: ${host}`);
     }
     for (const other of ['http://some.name', `https://127.0.0.1:${port}`, 'null']) assert.equal((await live.get('events', { headers: { origin: other } })).status, 403, other);
-    assert.equal((await live.get('', { method: 'POST' })).status, 405);
     await assert.rejects(live.get('', { address: `http://127.0.0.2:${port}${pathname}` }), /ECONNREFUSED/);
 
     const other = await Live.start(tool);
@@ -146,9 +150,11 @@ const tests = {
     const reader = await live.follow();
     live.write(...begin);
     await reader.until(isCount(2));
-    const early = await live.get('report');
-    assert.match(early.headers['content-disposition'], /^attachment; filename="zoom.html"$/);
-    assert.equal(early.text, reportOf(begin));
+    const expectedEarly = reportOf(begin);
+    for (const early of await Promise.all(Array.from({ length: 8 }, () => live.get('report')))) {  // which are written one by one
+      assert.match(early.headers['content-disposition'], /^attachment; filename="zoom.html"$/);
+      assert.equal(early.text, expectedEarly);
+    }
     const rest = [...requestLines(2, 3).slice(3), ...requestLines(3, 9)];
     live.write(...rest);
     live.endInput();
@@ -201,7 +207,35 @@ const tests = {
     }
     assert.deepEqual(await toldInEvents(reader.events), early);
     assert.equal((await live.get('report')).text, reportOf(lines), 'none of it is a part of the session');
+
+    // A mode that has no P2 query came since: what stops the copy is told here alone.
+    live.write({ op: 'initialize', mode: 'InstantRequest' });
+    const fatal = () => live.get('answer?ratio=2').then(({ text }) => JSON.parse(text));
+    await eventually(async () => (await fatal()).isFatal, 'a copy that is stopped');
+    assert.deepEqual((await fatal()).lines.map((line) => JSON.parse(line).op), ['publish', 'setRunTimeCropNeedData', 'getP2CropSetting', 'getP1CropSetting']);
     assert.equal(await live.interrupt(), 0);
+    assert.equal(live.errors, '');
+  },
+
+  async 'why there is no copy is told'() {
+    const user = ['setpriv', ...(process.getuid() === 0 ? ['--reuid=65534', '--clear-groups', '--inh-caps=+dac_override', '--ambient-caps=+dac_override'] : [])];  // root may always fork
+    const live = await Live.run([...user, tool, 'live', '-'], {});
+    const limit = (what) => execFileSync(user[0], [...user.slice(1), 'prlimit', `--pid=${live.process.pid}`, what]);
+    const why = () => live.get('report').then(({ status, text }) => [status, text]);
+    limit('--nproc=1');
+    assert.deepEqual(await why(), [500, 'cannot copy the process: Resource temporarily unavailable\n']);
+    limit(`--nofile=${live.holds()[0] + 1}`);  // which the connection takes
+    assert.deepEqual(await why(), [500, 'cannot make a pipe: Too many open files\n']);
+    assert.equal(await live.interrupt(), 0);
+
+    // Standard error takes no more, and the replay waits.
+    const pipe = join(folder, 'errors');
+    const stuck = await Live.run(['/bin/sh', '-c', 'mkfifo "$1"; exec 3<>"$1"; dd if=/dev/zero of="$1" bs=4096 oflag=nonblock 2>/dev/null; exec "$0" live - 2>&3', tool, pipe], {});
+    stuck.write(...SETUP, ...requestLines(1, 2), 'x');
+    let refused;
+    await eventually(async () => (refused = await stuck.get('answer?ratio=2')).status !== 200, 'a replay that waits');
+    assert.deepEqual([refused.status, refused.text], [503, 'The replay is too busy.\n']);
+    stuck.process.kill('SIGKILL');
   },
 
   async 'a bad line is told with its place, and the page stays'() {
@@ -248,7 +282,6 @@ const tests = {
       for (const reader of [four[0], four[1], four[3]]) reader.close();
     }
     for (const path of ['report', 'answer?ratio=1.5', 'report']) assert.equal((await live.get(path)).status, 200);
-    assert.equal((await live.get('answer?ratio=x')).status, 400);
     await eventually(() => String(live.holds()) === before, `files and threads as before, ${before},`);
     assert.equal(await live.interrupt(), 0);
   },
