@@ -2,9 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <thread>
@@ -12,6 +9,7 @@
 #include "BootClock.h"
 #include "MockManager.h"
 #include "RecordingManager.h"
+#include "TestFolder.h"
 
 namespace zoomrecorder {
 namespace {
@@ -30,19 +28,17 @@ class SlowManager : public ::testing::NiceMock<MockManager> {
 };
 
 TEST(DurationTest, IsThatOfTheQuery) {
-    std::string const path = ::testing::TempDir() + "duration.jsonl";
-    std::filesystem::remove(path);
-    static auto const& manager = *new auto(
-        makeRecordingManager(std::make_unique<CallRecorder>(Settings{path, uint64_t{64} << 20U}),
-                             std::make_shared<SlowManager>()));
+    TestFolder const folder;
+    static auto const& manager = *new auto(makeRecordingManager(
+        std::make_unique<CallRecorder>(Settings{folder.record, uint64_t{64} << 20U}),
+        std::make_shared<SlowManager>()));
     ZoomOverrideP1Need need;
     int64_t const begin = bootNanoseconds();
     manager->getP1CropSetting({}, need);
     int64_t const longest = bootNanoseconds() - begin;
     manager->isPortExist(0, 1);  // with which it is written
 
-    std::ifstream file(path);
-    std::string const record{std::istreambuf_iterator<char>(file), {}};
+    std::string const record = folder.text();
     constexpr std::string_view kName = "\"dur\": ";
     auto const place = record.find(kName);
     ASSERT_NE(place, std::string::npos) << record;

@@ -4,15 +4,13 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <thread>
 
 #include "MockManager.h"
 #include "RecordingManager.h"
+#include "TestFolder.h"
 
 namespace zoomrecorder {
 namespace {
@@ -22,11 +20,10 @@ using ::testing::NiceMock;
 
 // Nearly always a thread is under the recorder's lock, which the child has, but not the thread.
 TEST(ForkTest, ChildNeitherWaitsNorWrites) {
-    std::string const path = ::testing::TempDir() + "fork.jsonl";
-    std::filesystem::remove(path);
-    static auto const& manager = *new auto(
-        makeRecordingManager(std::make_unique<CallRecorder>(Settings{path, uint64_t{64} << 20U}),
-                             std::make_shared<NiceMock<MockManager>>()));
+    TestFolder const folder;
+    static auto const& manager = *new auto(makeRecordingManager(
+        std::make_unique<CallRecorder>(Settings{folder.record, uint64_t{64} << 20U}),
+        std::make_shared<NiceMock<MockManager>>()));
 
     std::atomic<bool> isOver = false;
     std::thread caller([&] {
@@ -49,8 +46,7 @@ TEST(ForkTest, ChildNeitherWaitsNorWrites) {
     manager->isPortExist(0, 2);
 
     EXPECT_EQ(status, 0);
-    std::ifstream file(path);
-    std::string const record{std::istreambuf_iterator<char>(file), {}};
+    std::string const record = folder.text();
     EXPECT_EQ(record.find("\"sensorId\": 7777,"), std::string::npos);
     EXPECT_NE(record.find("\"port\": 2,"), std::string::npos);
 }

@@ -18,6 +18,7 @@
 #include "LiveState.h"
 #include "PartWriter.h"
 #include "Settings.h"
+#include "TestFolder.h"
 #include "host/LiblogCallback.h"
 
 namespace zoomrecorder {
@@ -39,8 +40,6 @@ class PartsTest : public ::testing::Test {
         __android_log_set_logger([](auto const* line, auto... text) {
             sReports.emplace_back(NSCam::Host::textOf(line, text...));
         });
-        std::filesystem::remove_all(mFolder);
-        std::filesystem::create_directory(mFolder);
     }
 
     static std::string read(std::string const& path, size_t from = 0) {
@@ -61,13 +60,12 @@ class PartsTest : public ::testing::Test {
         return calls;
     }
 
-    std::string const mFolder =
-        ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::string const mPath = mFolder + "/record.jsonl";
+    TestFolder const mFolder;
+    std::string const& mPath = mFolder.record;
 };
 
 TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
-    std::string const path = mFolder + "/missing/record.jsonl";
+    std::string const path = mFolder.path + "/missing/record.jsonl";
     PartWriter record({path, 4000});
     record.add({}, "{}\n");
     record.add({}, "{}\n");
@@ -78,7 +76,7 @@ TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
 }
 
 TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {
-    std::ofstream(mFolder + "/file") << "of somebody else";
+    std::ofstream(mFolder.path + "/file") << "of somebody else";
     for (auto const& name : {mPath + ".3", mPath + ".1", mPath}) {
         std::filesystem::create_symlink("file", name);
         PartWriter record({mPath, 4000});
@@ -89,7 +87,7 @@ TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {
     EXPECT_THAT(sReports, ElementsAre(HasSubstr(mPath + ".3: not a regular file"),
                                       HasSubstr(mPath + ".1: not a regular file"),
                                       HasSubstr(mPath + ": not a regular file")));
-    EXPECT_THAT(read(mFolder + "/file"), "of somebody else");
+    EXPECT_THAT(read(mFolder.path + "/file"), "of somebody else");
 }
 
 /// Files end after so many bytes.
