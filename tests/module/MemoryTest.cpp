@@ -2,45 +2,9 @@
 #include <cstdlib>
 #include <new>
 
+#include "FailingMemory.h"
 #include "TestPlatform.h"
 #include "ZoomOverrideMgr.h"
-
-namespace {
-
-// How many allocations of this thread succeed before one fails; negative: all do.
-thread_local int64_t allocationsBeforeFailure = -1;
-
-void* allocate(std::size_t size) {
-    if (allocationsBeforeFailure >= 0 && allocationsBeforeFailure-- == 0) {
-        throw std::bad_alloc();
-    }
-    void* const memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace NSCam::Feature {
 namespace {

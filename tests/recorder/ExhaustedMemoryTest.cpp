@@ -4,50 +4,14 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <new>
 #include <string>
 
+#include "FailingMemory.h"
 #include "MockManager.h"
 #include "RecordingManager.h"
+#include "TestFolder.h"
 #include "host/LiblogCallback.h"
-
-namespace {
-
-bool isMemoryExhausted = false;
-
-void* allocate(std::size_t size) {
-    void* const memory = isMemoryExhausted ? nullptr : std::malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-void* operator new[](std::size_t size) {
-    return allocate(size);
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace zoomrecorder {
 namespace {
@@ -66,20 +30,17 @@ TEST(ExhaustedMemoryTest, CallIsAnsweredAndRecordingEnds) {
     __android_log_set_logger([](auto const* line, auto... text) {
         std::snprintf(sReport.data(), sReport.size(), "%s", NSCam::Host::textOf(line, text...));
     });
-    std::string const path = ::testing::TempDir() + "memory.jsonl";
-    std::filesystem::remove(path);
-    static auto const& manager = *new auto(
-        makeRecordingManager(std::make_unique<CallRecorder>(Settings{path, uint64_t{64} << 20U}),
-                             std::make_shared<ThriftyManager>()));
+    TestFolder const folder;
+    static auto const& manager = *new auto(makeRecordingManager(
+        std::make_unique<CallRecorder>(Settings{folder.record, uint64_t{64} << 20U}),
+        std::make_shared<ThriftyManager>()));
     isMemoryExhausted = true;
     EXPECT_TRUE(manager->isPortExist(0, 1));
     EXPECT_FALSE(manager->isPortExist(0, 2));
     __android_log_set_logger(__android_log_stderr_logger);
 
     EXPECT_STREQ(sReport.data(), "std::bad_alloc; recording ends, the camera goes on");
-    std::ifstream file(path);
-    std::string const record{std::istreambuf_iterator<char>(file), {}};
-    EXPECT_EQ(record.find("isPortExist"), std::string::npos) << record;
+    EXPECT_EQ(folder.text().find("isPortExist"), std::string::npos) << folder.text();
 }
 
 }  // namespace
