@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -164,11 +165,19 @@ TEST_F(PartsTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
     auto const query = text.find("query of ");
     auto const first = text.substr(query + 9, 3);
     EXPECT_THAT(text.substr(0, query), HasSubstr("deposit of " + first));
+
+    // Once all that it still knows of are done, it remembers no more of them.
+    for (uint32_t i = 900; i < 1001; ++i) {
+        state.add({LineKind::Done, i}, "done\n");
+    }
+    EXPECT_EQ(state.size(), std::strlen("deposit of 999\n"));
 }
 
 TEST_F(PartsTest, NewSessionNeedsNothingOfTheOneBefore) {
     LiveState state(1000);
     state.add({LineKind::Property, 1}, "property\n");
+    state.add({LineKind::Sensor, 1}, "sensor\n");
+    state.add({LineKind::Publish}, "publish\n");
     state.add({LineKind::Deposit, 1}, "deposit, never done\n");
     state.add({LineKind::Metadata}, "metadata\n");
     state.add({LineKind::Initialize}, "initialize\n");
@@ -176,7 +185,7 @@ TEST_F(PartsTest, NewSessionNeedsNothingOfTheOneBefore) {
     std::string text;
     state.appendTo(text);
 
-    EXPECT_EQ(text, "property\ninitialize\nsetting\n");
+    EXPECT_EQ(text, "property\nsensor\npublish\ninitialize\nsetting\n");
     EXPECT_EQ(state.size(), text.size());
 }
 
