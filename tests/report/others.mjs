@@ -64,7 +64,18 @@ test('without angles the parts of the sensors are told', async () => {
   assert.equal(second.cards[1].note, 'Has no mode in this request.');
   assert.deepEqual(second.stages, ['No crop was asked for.']);
   assert.deepEqual(await texts('#quantity option'), ['Width of the crop']);
+  assert.doesNotMatch((await texts('#angle-chart .dygraph-axis-label-y')).join(), /\u00b0|^$/);
   assert.equal((await shownRequest(browser, '3')).override, '4.00\u00d7', 'the first, where none is applied');
+});
+
+test('a sensor without angles beside one that has them', async () => {
+  await open([sensor(0), sensor(2), { op: 'initialize', mode: 'ByRequest' },
+    { op: 'configSensorInfo', sensorIds: [0], sensorInfos: { 0: { degreeH: 90, degreeV: 60, activeArray: [0, 0, 4608, 2592] } } },
+    { op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio: 2, previewAaCrops: { 0: [0, 0, 4608, 2592], 2: [0, 0, 4608, 1296] } } },
+    { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 0: 1, 2: 1 } },
+    { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 }]);
+  assert.deepEqual((await shownRequest(browser, '1')).angles, [['0 master', 'P2', '90.00\u00b0', '60.00\u00b0', '\u00b10.00\u00b0, \u00b10.00\u00b0', '\u2013'],
+    ['2', 'P2', '\u2013', '\u2013', '\u2013', '\u2013']]);
 });
 
 test('a range of what is as expected', async () => {
@@ -90,6 +101,26 @@ test('answers are kept as the library keeps them, and a bad line ends the report
   assert.deepEqual(await texts('#title'), [NAME]);
 });
 
+test('a lone sensor, large numbers, and crops that were not expected', async () => {
+  const numbers = [0, 1, 2].map((more) => 4000000000 + more);  // more than half of what 32 bits hold
+  const linesFor = (previewAaCrops) => [sensor(3), { op: 'initialize', mode: 'ByRequest' }, ...numbers.flatMap((requestNo, i) => [
+    { op: 'storeOverrideSetting', requestNo: 4000000009, setting: { overrideValid: true, requestNo: 4000000009, zoomRatio: 2, previewAaCrops: previewAaCrops[i] } },
+    { op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 3: 1 } }, { op: 'getP2CropSetting', requestNo, zoomRatio: 1 },
+    { op: 'observed', requestNo, activePhysicalId: '4294967295' }])];
+  const crop = { 3: [0, 0, 2304, 1296] };
+  await open(linesFor([crop, crop, crop]), '--compare', resultsOf(linesFor([crop, { 3: [0, 20, 2200, 1296] }, {}])));
+  const deltas = ['', 'y \u221210, w +52', 'not expected'];
+  for (const [i, no] of numbers.entries()) {
+    const page = await shownRequest(browser, String(no));
+    assert.deepEqual(page.numbers.filter(([, , port]) => port === 'crop').map((row) => row.at(-1)), [deltas[i]]);
+    assert.match(page.slider, new RegExp(`^Request ${no}: `));
+    assert.match(page.sentence, /used camera 4294967295, never reported done/);
+    assert.ok(page.cards[0].figures.every(({ zoom }) => Math.abs(zoom - 1) < 0.05), 'drawn as large as it is shown');
+  }
+  assert.deepEqual((await texts('#plain td:first-child')).map(Number), numbers);
+  assert.match((await texts('#plain li')).join(), /first 4000000000/);
+});
+
 test('without requests there is nothing to show', async () => {
   await open([sensor(0)]);
   assert.deepEqual(await texts('#requests'), ['There is no request to show.']);
@@ -108,8 +139,8 @@ test('of long lists a part is shown', async () => {
   }
   const stray = Array.from({ length: 25 }, () => ({ op: 'isPortExist', sensorId: 0, port: 1 }));
   await open([...lines, ...stray], '--compare', resultsOf(lines));
-  assert.deepEqual([await texts('#stray-title'), (await texts('#stray-list > li')).length, (await texts('#stray-list > li')).at(-1)],
-    [['Differences that belong to no request: 25'], 21, 'and 5 more']);
+  assert.deepEqual([await texts('#stray-title'), await texts('#stray-list > li')], [['Differences that belong to no request: 25'],
+    [...Array.from({ length: 20 }, (_, i) => `line ${lines.length + 1 + i}, isPortExist: not expected`), 'and 5 more']]);
   const jumps = await texts('#jump-list li');
   const found = Number((await texts('[data-finding=jump]'))[0].replace('jump: ', ''));
   assert.ok(found > 40);
@@ -128,6 +159,9 @@ test('of long lists a part is shown', async () => {
     assert.deepEqual(await texts('#walk-list [aria-current=true]'), [name]);
     assert.deepEqual(await texts('#walk-title'), [`never done: ${name} of 100`]);
   }
+  await browser.resize(390, 844);
+  assert.ok(await browser.evaluate('document.documentElement.scrollWidth <= innerWidth'), 'a long list needs no more width');
+  await browser.resize(1280, 1000);
 });
 
 test('requests are found in the order in which they ended', async () => {
