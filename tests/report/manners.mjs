@@ -4,12 +4,20 @@ import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
-import { shownRequest } from './Page.mjs';
+import { KEEP_DRAWINGS, shownRequest } from './Page.mjs';
 
 const reports = process.argv.slice(2).map((file) => pathToFileURL(file).href);
 let browser;
-before(async () => { browser = await Chromium.start(); });
+before(async () => {
+  browser = await Chromium.start();
+  await browser.before(KEEP_DRAWINGS);
+});
 after(() => browser.stop());
+
+const open = async (report) => {
+  await browser.open(report);
+  await browser.evaluate(`(async () => { while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10)); })()`);
+};
 
 // Everything that is seen: texts with their size on the screen, and what a finger may want to hit.
 const SEEN = `(() => {
@@ -24,6 +32,11 @@ const SEEN = `(() => {
       const { width, height } = (node.closest('label') ?? node).getBoundingClientRect();
       return [Math.min(width, height), name(node)];
     }),
+    names: (({ drawn, clientWidth }) => {
+      const context = Object.assign(document.createElement('canvas').getContext('2d'), { font: '11px ' + getComputedStyle(document.body).fontFamily });
+      const names = drawn.filter(({ name, left }) => name === 'fillText' && left === 0).map(({ what: [text, right] }) => right - context.measureText(text).width);
+      return { least: Math.min(...names), gutter: drawn.find(({ left }) => left > 0).left / clientWidth };
+    })(document.getElementById('lanes')),
     isWide: document.documentElement.scrollWidth > innerWidth,
   };
 })()`;
@@ -31,15 +44,15 @@ const SEEN = `(() => {
 test('390 pixels are enough to read and to hit', async () => {
   for (const report of reports) {
     await browser.resize(390, 844, { mobile: true });
-    await browser.open(report);
-    await browser.evaluate(`(async () => { while (!document.documentElement.dataset.ready) await new Promise((resolve) => setTimeout(resolve, 10)); })()`);
+    await open(report);
     await browser.evaluate(`document.getElementById('jumps').open = true; document.querySelector('#findings button').click()`);
     await shownRequest(browser, await browser.evaluate(`document.querySelector('#walk-list [aria-current]').textContent`));
-    const { texts, targets, isWide } = await browser.evaluate(SEEN);
+    const { texts, targets, names, isWide } = await browser.evaluate(SEEN);
     assert.ok(texts.length > 100 && targets.length > 30);
     assert.deepEqual(texts.filter(([size]) => size < 10.95), [], report);
     assert.deepEqual(targets.filter(([size]) => size < 23.95), [], report);
     assert.equal(isWide, false, 'nothing scrolls sideways');
+    assert.ok(names.least >= 0 && names.gutter < 0.25, `names of lanes have room and leave room: ${JSON.stringify(names)}`);
     const [pictures, numbers] = await browser.evaluate(`['sensors', 'request'].map((id) => document.getElementById(id).getBoundingClientRect())
       .map(({ top, bottom }) => ({ top, bottom }))`);
     assert.ok(Math.min(Math.abs(numbers.top - pictures.bottom), Math.abs(pictures.top - numbers.bottom)) < 40, 'numbers are near the pictures');
@@ -64,9 +77,24 @@ test('a dark page for dark desktops', async () => {
   const sheets = [];
   for (const value of ['light', 'dark']) {
     await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value }] });
-    sheets.push(await browser.evaluate('getComputedStyle(document.body).backgroundColor'));
+    sheets.push(await browser.evaluate(`(() => {
+      const field = document.body.appendChild(Object.assign(document.createElement('i'), { style: 'color: FieldText' }));
+      return [field, document.body].flatMap((node) => [getComputedStyle(node).color, getComputedStyle(node).backgroundColor]);
+    })()`));
   }
-  assert.notEqual(...sheets);
+  for (const i of [0, 2, 3]) assert.notEqual(sheets[0][i], sheets[1][i], 'what the browser draws, ink, and ground');
+});
+
+test('names differ, and paper has what can be read on it', async () => {
+  await browser.resize(1280, 1000);
+  await open(reports[0]);
+  const names = await browser.evaluate(`[...document.querySelectorAll('[aria-label]:not(svg)')].map((node) => node.ariaLabel)`);
+  assert.ok(names.length > 15);
+  assert.deepEqual(names.filter((name, i) => names.indexOf(name) !== i), []);
+  await browser.send('Emulation.setEmulatedMedia', { media: 'print' });
+  assert.deepEqual(await browser.evaluate(`['controls', 'copy', 'link', 'sensors'].filter((id) => document.getElementById(id).checkVisibility())`), ['sensors']);
+  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('.card')].filter((node) => getComputedStyle(node).breakInside !== 'avoid').map(({ id }) => id)`), []);
+  await browser.send('Emulation.setEmulatedMedia', { media: '' });
 });
 
 test('nothing on the console, and nothing is loaded beside the page', () => {

@@ -197,12 +197,35 @@ test('buttons', async () => {
   near((await view())[1] - (await view())[0], COUNT / 2, 0.01, 'zoom in');
   await click('last');
   near((await view())[1], COUNT - 0.5, 0.01, 'the window follows');
-  await click('zoom-out');
+  await click('zoom-all');
+  assert.deepEqual(await view(), [-0.5, COUNT - 0.5], 'all');
   await browser.evaluate(PLAY_BY_HAND);
   await click('play');
   assert.equal(await current(), 1, 'playing from the end begins anew');
   await tick();
-  assert.equal(await current(), 2);
+  assert.deepEqual([await current(), await browser.evaluate('location.hash')], [2, '#request=1'], 'the way there is no history');
+});
+
+test('keys do what the titles of the buttons say', async () => {
+  const titles = await browser.evaluate(`[...document.querySelectorAll('#controls button')].map(({ id, title }) => [id, /\\((\\S+?),?( .*)?\\)$/.exec(title)?.[1]])`);
+  assert.equal(titles.length, 8);
+  const KEYS = { Left: 'ArrowLeft', Right: 'ArrowRight', Space: ' ' };
+  for (const [id, name] of titles.filter(([, key]) => key)) {
+    const states = [];
+    let before;
+    for (const move of [() => click(id), () => browser.press(KEYS[name] ?? name)]) {
+      await shownRequest(browser, '15');
+      await click('zoom-all');
+      await click('zoom-in');
+      await browser.evaluate(`${PLAY_BY_HAND} document.getElementById('timeline').focus()`);
+      before = await view();
+      await move();
+      states.push([await current(), await view(), await text('play')]);
+      if (name === 'Space') await browser.press(' ');
+    }
+    assert.deepEqual(states[0], states[1], name);
+    assert.notDeepEqual(states[0], [15, before, 'Play'], name);
+  }
 });
 
 test('links and the history', async () => {
@@ -228,6 +251,7 @@ test('links and the history', async () => {
   await until(() => text('message'), 'There is no request 4711 in this report.');
   await browser.evaluate(`location.hash = '#request=7'`);
   await until(() => browser.evaluate(`document.getElementById('message').hidden`), true, 'a known one takes it back');
+  for (const name of ['1', String(COUNT)]) await shownRequest(browser, name);
 });
 
 test('findings lead both ways and around', async () => {
@@ -285,7 +309,10 @@ test('filters find the requests that meet all their parts', async () => {
   }
   assert.equal(await goTo('17'), '');
   assert.equal(await current(), 17);
-  assert.match(await goTo('fatal'), /^No request is .fatal/);
+  for (const words of ['fatal', 'sensor 7', 'sensor 7 corrected', 'sensor 0 asks, 8x', 'mode 4']) {
+    assert.equal(await goTo(words), `No request is \u201c${words}\u201d.`);
+    assert.equal(await browser.evaluate(`document.getElementById('walk').hidden`), true, 'an empty list');
+  }
   assert.match(await goTo('kept'), /^No request is .kept/, 'the kept answer is of the same mode');
   assert.match(await goTo('41'), /^There is no request 41/);
   assert.match(await goTo('corected'), /corected.+means nothing/);
@@ -347,6 +374,7 @@ test('b blinks between the crop and the expected one', async () => {
   const [now, scale] = [await crops(), await crops().then((list) => widthOf(list, 'pixels') / 2016)];
   near(widthOf(now, 'crop') / scale, 1186 - DIFFERENT_BY, 3, 'the crop');
   near(widthOf(now, 'expected') / scale, 1186, 3, 'the expected one');
+  assert.equal(await browser.evaluate(`document.getElementById('blink').getAttribute('aria-pressed')`), 'false');
   await browser.press('b');
   assert.deepEqual(await pictured(), ['R1 expected', 'R3 expected']);
   assert.equal(widthOf(await crops(), 'crop'), undefined, 'away');
@@ -390,6 +418,7 @@ test('a step is drawn while it is pointed at', async () => {
     await point(item);
     const [[sensor, title, share], ...more] = await pointed();
     assert.deepEqual([sensor, title, more], ['0', figure, []]);
+    assert.ok(await browser.evaluate(`getComputedStyle(document.querySelector('.pointed')).fillOpacity`) < 0.5, 'what is below is seen');
     near(share, part, 0.003, `step ${item}`);
   }
   await browser.evaluate(`document.querySelectorAll('#why li')[2].dispatchEvent(new Event('pointerleave'))`);
