@@ -104,6 +104,8 @@ try {
     for (const [x, y, w, h] of [p1.result && p1.need.tgCrops[0]['0x7001'], p2.result && p2.need.streamCrops[0]].filter(Boolean)) {
       assert.ok(told.includes(`(${x}, ${y})/${w}\u00d7${h}`), `${told} tells (${x}, ${y})/${w}x${h}`);
     }
+    await browser.evaluate(`document.querySelector('#why li').dispatchEvent(new Event('pointerenter'))`);
+    assert.equal(await browser.evaluate(`document.querySelectorAll('#sensors .pointed').length`), 1, 'steps are drawn in the pictures of the request');
     assert.notEqual(p1.result, p2.result, 'one of the two is overridden');
   }
   const saved = await live.get('report');

@@ -195,8 +195,8 @@ export const sentenceOf = ({ depositLine, isRepeating, stored, phone, done }) =>
 
 /** A number as the page writes it; undefined for one that it says it does not know. */
 export const numberIn = (text) => /\d/.test(text) ? Number(text.replace(MINUS, '-').replace(/[^-\d.e]/g, '')) : undefined;
-export const isNear = (text, value) => value === undefined ? numberIn(text) === undefined :
-  Math.abs(numberIn(text) - value) < 0.0051;
+export const isNear = (text, value, isSigned = false) => value === undefined ? numberIn(text) === undefined :
+  Math.abs(numberIn(text) - value) < 0.0051 && (!isSigned || /^[+\u2212\u00b1]/.test(text));
 
 /** By the line of a query: its reason, and the steps of each crop, as `zoomreplay why` prints them. */
 export const explanationsIn = (text) => {

@@ -29,6 +29,8 @@ export const SHOWN = `(() => {
     asked: id('asked').textContent, override: id('override').textContent, sentence: id('lines').textContent,
     slider: id('timeline').getAttribute('aria-valuetext'), hover: id('hover').textContent,
     stages: texts('#stages li'), symbols: [...document.querySelectorAll('#stages li')].map((item) => [...item.querySelectorAll('path')].map((path) => path.getAttribute('class'))),
+    shapes: [...document.querySelectorAll('#stages path')].map((path) => ['x', 'y', 'width', 'height'].map((name) => Math.round(100 * path.getBBox()[name]) / 100)),
+    odd: [...document.querySelectorAll('*')].filter((node) => [...node.attributes].some(({ value }) => /null|undefined|NaN/.test(value))).map(({ outerHTML }) => outerHTML.slice(0, 99)),
     hidden: ['why-card', 'differences-card', 'log-card', 'ports', 'stray', 'fatal', 'walk', 'message'].filter((name) => id(name).hidden),
     angleHeads: [id('angles-title').textContent, ...texts('#angles th'), id('angles-note').textContent], numberHeads: texts('#numbers thead th'),
     cursor: (({ left, width }) => left + width / 2)(id('cursor').getBoundingClientRect()),
@@ -41,7 +43,7 @@ export const SHOWN = `(() => {
     cards: [...document.querySelectorAll('#sensors .sensor')].map((card) => ({
       heading: card.querySelector('h2').textContent, what: card.querySelector('.what').textContent,
       note: card.querySelector('p.aside')?.textContent,
-      figures: [...card.querySelectorAll('figure')].map((figure) => ({ caption: figure.querySelector('figcaption').textContent,
+      figures: [...card.querySelectorAll('figure')].map((figure) => ({ zoom: figure.querySelector('svg').getScreenCTM().a, caption: figure.querySelector('figcaption').textContent,
         label: figure.querySelector('svg').getAttribute('aria-label'), labels: texts('text.label', figure),
         labelled: [...figure.querySelectorAll('text.label')].map((node) => [Number(node.getAttribute('x')), Number(node.getAttribute('y')), node.getComputedTextLength()]),
         picture: figure.querySelector('svg').viewBox.baseVal.width,
@@ -65,7 +67,7 @@ export const shownRequest = async (browser, name, isChosen = true) => {
 };
 
 const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',
-  '--jump', '--stale', '--outside', '--undone', '--expected', '--override', '--phone', '--ink', '--c0', '--c1', '--c2'].map((name) => {
+  '--jump', '--stale', '--outside', '--undone', '--expected', '--override', '--phone', '--ink', '--c0', '--c1', '--c2', '--faint', '--card'].map((name) => {
   const context = document.createElement('canvas').getContext('2d');
   context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
   return [name, context.fillStyle];
@@ -90,6 +92,7 @@ export const drawnAt = async (browser, canvas, count) => {
       .filter((band) => covers(band, (i + 0.5) * pitch - 1, (i + 0.5) * pitch + 1))
       .filter((band, k, list) => !isHidden(band, k, list))
       .map(({ colour }) => Object.keys(colours).find((name) => colours[name] === colour) ?? colour))].sort(),
+    inks: [...new Set(drawn.filter(({ name }) => name === 'fillText').map(({ left, colour }) => `${left > 0 ? 'value' : 'name'} ${colour}`))],
     labels: (lane) => drawn.filter(({ name, left, what: [, , y] }) => name === 'fillText' && left > 0 && Math.floor(y / LANE) === lane)
       .map(({ what: [text, x] }) => [text, Math.round((x - 5) / pitch)]),
     hasEdge: (lane, i) => inLane(lane).some((band) => band.colour === colours['--ink'] && covers(band, i * pitch - 1, i * pitch + 2)),

@@ -134,6 +134,8 @@ test('mode, ratios, answers and lines of each request', () => forEach((request, 
   assert.deepEqual(page.stages, stagesOf(request), where);
   assert.deepEqual(page.symbols, request.queries.map(({ state, kept }) => [`mark-${state}`,
     ...(kept ? [state === 'overridden' ? 'mark-cached' : 'mark-cached-refused'] : [])]), where);
+  for (const shape of page.shapes) assert.ok([[1.5, 1.5, 9, 9], [3.75, 3.75, 4.5, 4.5]].some((box) => box.every((value, i) => Math.abs(value - shape[i]) < 0.05)), `${where}: ${shape}`);
+  assert.deepEqual(page.odd, [], where);
   assert.equal(page.sentence, `${NAME}: ${sentenceOf(request)}`, where);
   const states = ['P1', 'P2', '3A'].map((stage) => [stage, stateIn(request, stage)]).filter(([, { state }]) => state);
   const faults = Object.entries(FAULT_WORDS).filter(([mark]) => mark === 'jump' ? jumps.has(request.name) : isFinding(request, mark));
@@ -157,7 +159,7 @@ test('the table of angles', () => forEach((request, page, where) => {
     const told = [across, down, right, below, toMaster];
     const { sight, difference } = crop;
     const expected = [sight.across, sight.down, sight.right, sight.below, sensor === request.camera.ids[0] ? undefined : difference?.across];
-    expected.forEach((value, k) => assert.ok(isNear(told[k], value), `${where}, sensor ${sensor}: ${told[k]}, not ${value}`));
+    expected.forEach((value, k) => assert.ok(isNear(told[k], value, k > 1), `${where}, sensor ${sensor}: ${told[k]}, not ${value}`));
   });
 }));
 
@@ -263,6 +265,7 @@ test('the pictures', () => forEach((request, page, where) => {
     const place = `${where}, sensor ${sensor}`;
     assert.equal(card.what, info ? `${info.degreeH}\u00b0 \u00d7 ${info.degreeV}\u00b0` : 'no angles configured', place);
     const figures = [...card.figures];
+    for (const { zoom } of figures) assert.ok(Math.abs(zoom - 1) < 0.05, `${place}: ${zoom} times as large as it is drawn`);
     const array = figures.shift();
     assert.equal(array.caption, `${info ? 'Active array' : 'Read out by its modes'}${arrayOf(request, sensor).slice(2).join('\u00d7')}`, place);
     holdPicture(array, activeBoxes(request, sensor), `${place}, active array`);
@@ -300,6 +303,8 @@ const LANES = [
 test('lanes: states, names and edges', async () => {
   const drawn = await drawnAt(browser, 'lanes', requests.length);
   assert.deepEqual(drawn.names, LANES.map(([name]) => name));
+  const { '--faint': faint, '--card': card } = await coloursOf(browser);
+  assert.deepEqual(drawn.inks.sort(), [`name ${faint}`, `value ${card}`]);
   LANES.forEach(([name, statesOf, valueOf], lane) => requests.forEach((request, i) => {
     assert.deepEqual(drawn.colours(lane, i), statesOf(request).sort(), `lane ${name}, request ${request.name}`);
     const isEdge = valueOf !== undefined && i > 0 && valueOf(request) !== valueOf(requests[i - 1]);
@@ -385,7 +390,7 @@ test('the value of a request under the mouse', () => forEach((request, page, whe
   for (const sensor of SENSORS) {
     const told = new RegExp(`sensor ${sensor} ([^,]+)`).exec(page.hover)?.[1];
     const difference = leadOf(request, sensor)?.crop.difference?.across;
-    assert.ok(difference === undefined ? told === undefined : isNear(told, difference), `${where}: ${page.hover}`);
+    assert.ok(difference === undefined ? told === undefined : isNear(told, difference, true), `${where}: ${page.hover}`);
   }
   const override = overrideOf(request);
   assert.equal(parts.find((part) => part.startsWith('override')), override && `override ${ratio(override)}`, where);
@@ -449,3 +454,24 @@ test('who comes late sees the same', { skip: !isLive }, async () => {
 });
 
 test('nothing on the console', () => assert.deepEqual(browser.errors, []));
+
+test('a live page says why it cannot follow', { skip: !isLive }, async () => {
+  const told = (words) => eventually(() => browser.evaluate(`document.getElementById('live-state').textContent.startsWith('${words}')`), words);
+  assert.equal(await browser.evaluate(`getComputedStyle(document.getElementById('what-if-lines')).whiteSpace`), 'pre-wrap', 'it has the style of live pages');
+  await browser.open('about:blank');
+  const others = [];
+  await eventually(async () => {  // its place becomes free
+    const reader = await live.follow();
+    return others.push(reader) && reader.status === 200 && others.filter(({ status }) => status === 200).length === 8;
+  }, 'eight readers');
+  await browser.open(live.address);
+  await told('This page cannot follow: ');
+  others.forEach((reader) => reader.close());
+  await eventually(async () => {
+    await browser.reload();
+    await told('Th');
+    return browser.evaluate(`document.getElementById('live-state').textContent.startsWith('The replay is over')`);
+  }, 'a place for the page');
+  live.process.kill('SIGKILL');
+  await told('The connection broke; trying again.');
+});
