@@ -48,8 +48,8 @@ void Trace::take(SensorInput const& input) {
 }
 
 void Trace::take(PublishInput const& input) {
-    if (isShown()) {
-        mPublished = mLine.time.start;
+    mPublished = startIfShown();
+    if (mPublished.has_value()) {
         mEvents.slice(kCalls, "publish", mLine.time.start, mLine.time.duration,
                       lineArguments()
                           .add("zoomRatio", input.entry.zoomRatio)
@@ -89,12 +89,17 @@ void Trace::take(DepositInput const& input) {
     }
 }
 
+// Of the two forms the library takes the mode's own.
 void Trace::take(MetadataInput const& /*input*/) {
-    mSetting = isShown() ? std::optional(mLine.time.start) : std::nullopt;
+    if (scenario::traitsOf(mMode).source == scenario::OverrideSource::Metadata) {
+        mSetting = startIfShown();
+    }
 }
 
 void Trace::take(SettingInput const& /*input*/) {
-    mSetting = isShown() ? std::optional(mLine.time.start) : std::nullopt;
+    if (scenario::traitsOf(mMode).source == scenario::OverrideSource::Setting) {
+        mSetting = startIfShown();
+    }
 }
 
 void Trace::take(QueryInput const& input) {
@@ -118,6 +123,10 @@ bool Trace::isShown() const {
         return mRange.contains(*mLine.requestNo);
     }
     return mRange.isAll() || !mRequests.empty();
+}
+
+std::optional<int64_t> Trace::startIfShown() const {
+    return isShown() ? std::optional(mLine.time.start) : std::nullopt;
 }
 
 Trace::Request* Trace::findRequest() {

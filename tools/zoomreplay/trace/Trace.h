@@ -69,6 +69,9 @@ class Trace : public OutcomeConsumer {
     void take(CorrectionInput const& /*input*/) const {}
 
     bool isShown() const;
+
+    /// When the line in hand begins; empty where it is not shown.
+    std::optional<int64_t> startIfShown() const;
     Request* findRequest();
     TraceArguments lineArguments() const;
     void showSensors(NSCam::Feature::RunTimeCropNeedData const& data);
@@ -97,8 +100,8 @@ class Trace : public OutcomeConsumer {
     NSCam::Feature::ZoomOverrideMode mMode = NSCam::Feature::ZoomOverrideMode::None;
     Rig mRig;
     std::shared_ptr<NSCam::Feature::RunTimeCropNeedData const> mNewestData;
-    std::optional<int64_t> mSetting;                  // when the newest was handed over
-    std::optional<int64_t> mPublished;                // likewise
+    std::optional<int64_t> mSetting;    // when the newest was handed over; empty if not shown
+    std::optional<int64_t> mPublished;  // likewise
     std::unordered_map<uint32_t, Request> mRequests;  // in flight, those in the range only
     uint64_t mRequestCount = 0;
 
