@@ -74,6 +74,8 @@ void Trace::take(DepositInput const& input) {
         mNewestData = std::make_shared<RunTimeCropNeedData const>(input.data);
     }
     if (!mRange.contains(input.requestNo)) {
+        bool const isKnown = !mRequests.empty() && mNewestData != nullptr;
+        showSensors(isKnown ? *mNewestData : RunTimeCropNeedData{});
         return;
     }
     auto const [request, isNew] =
