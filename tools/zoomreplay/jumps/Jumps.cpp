@@ -119,9 +119,13 @@ Jump jumpBetween(Seen const& from, Seen const& to) {
     return jump;
 }
 
+// A port that comes or goes beside others is compared with none of them.
 bool isComparable(Seen const& from, Seen const& to) {
-    return from.sensorId == to.sensorId && from.window.isAngle == to.window.isAngle &&
-           (from.port == to.port || from.port == 0 || to.port == 0);
+    auto const& a = *from.ports;
+    auto const& b = *to.ports;
+    bool const isSameView = (from.isAll && to.isAll) || a.empty() || b.empty() ||
+                            std::find_first_of(a.begin(), a.end(), b.begin(), b.end()) != a.end();
+    return from.sensorId == to.sensorId && from.window.isAngle == to.window.isAngle && isSameView;
 }
 
 // Together the two lead nearly nowhere.
@@ -189,7 +193,8 @@ void JumpFinder::take(ReplayedRequest const& request, Rig const& rig) {
                   query.line,
                   sensorId,
                   query.request.zoomRatio,
-                  0,
+                  &*mPorts.emplace().first,
+                  true,
                   sensorId == static_cast<uint32_t>(query.request.sensorId),
                   {}};
         bool isOverridden = false;
@@ -206,14 +211,9 @@ void JumpFinder::take(ReplayedRequest const& request, Rig const& rig) {
                 continue;
             }
             seen.window = *window;
-            if (crop.ports.empty() || count == 1) {
-                mSeen.push_back(seen);
-                continue;
-            }
-            for (uint16_t const port : crop.ports) {
-                seen.port = port;
-                mSeen.push_back(seen);
-            }
+            seen.ports = &*mPorts.insert(crop.ports).first;
+            seen.isAll = count == 1;
+            mSeen.push_back(seen);
         }
         if (isOverridden) {
             continue;
@@ -227,7 +227,7 @@ void JumpFinder::take(ReplayedRequest const& request, Rig const& rig) {
 
 void JumpFinder::finish(ReplaySummary const& /*replay*/) {
     auto const key = [](Seen const& seen) {
-        return std::tuple(seen.index, seen.sensorId, seen.port);
+        return std::tie(seen.index, seen.sensorId, *seen.ports);
     };
     std::sort(mSeen.begin(), mSeen.end(),
               [key](Seen const& a, Seen const& b) { return key(a) < key(b); });

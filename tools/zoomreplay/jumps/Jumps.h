@@ -5,6 +5,7 @@
 #include <deque>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -63,8 +64,9 @@ class JumpFinder : public RequestConsumer {
         uint64_t line;
         uint32_t sensorId;
         float asked;
-        uint16_t port;   ///< 0 where all of the sensor's ports see the same
-        bool isPicture;  ///< the sensor that the query asks for
+        std::vector<uint16_t> const* ports;  ///< whose crop it is; none of P2 and the application
+        bool isAll;                          ///< the sensor has no other crop
+        bool isPicture;                      ///< the sensor that the query asks for
         Window window;
     };
 
@@ -79,6 +81,7 @@ class JumpFinder : public RequestConsumer {
     void found(size_t step, Jump jump);
     void keep(Jump jump);
 
+    std::set<std::vector<uint16_t>> mPorts;
     std::deque<Seen> mSeen;
     std::map<uint32_t, Pending> mPending;  // by sensor id: the next request may take it back
     std::vector<Jump> mJumps;
