@@ -48,14 +48,14 @@ TEST_F(TableTest, HasARowForEachQuery) {
 
 TEST_F(TableTest, HasARowForWhatThePhoneObserved) {
     auto const result = show(
-        R"({"op":"observed","requestNo":3,"zoomRatio":2.5,"cropRegion":[1,2,4080,3060],"activePhysicalId":"5"}
+        R"({"op":"observed","requestNo":3,"zoomRatio":2.125,"cropRegion":[1,2,4080,3060],"activePhysicalId":"5"}
 {"op":"observed","requestNo":4,"activePhysicalId":"\u001b[31m0123456789012345678901234567890"}
 )");
 
     EXPECT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(result.out,
               R"(   line    request  query    asked  override  answer    sensor, port and crop
-      1          3  phone        -      2.50  seen      camera  5
+      1          3  phone        -      2.13  seen      camera  5
                  3                                      region  (1, 2)/4080x3060
       2          4  phone        -         -  seen      camera  ?[31m0123456789012345678901234
 )");
