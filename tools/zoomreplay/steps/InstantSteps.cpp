@@ -66,6 +66,13 @@ void giveReasonOfInstantP1(Told const& told, P1Question const& question, Explain
         return;
     }
     bool const isWider = metadata.zoomRatio < question.request.zoomRatio;
+    if (metadata.line == 0) {
+        explained.reason = {isWider ? "no metadata has come yet, which counts as 0x: P1 shows the "
+                                      "wider view, without any crop"
+                                    : "no metadata has come yet",
+                            {}};
+        return;
+    }
     explained.reason = {
         isWider
             ? "{}x of the metadata (line {line}) is below the asked {}x: P1 shows the wider view"
