@@ -223,6 +223,7 @@ def test_terminal():
 
 
 def main():
+    signal.signal(signal.SIGINT, signal.default_int_handler)  # who starts the tests may ignore it
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
         os.mkfifo("fifo.jsonl")

@@ -48,7 +48,9 @@ def show_progress(zoomreplay):
     line = b'{"op": "getZoomOverrideMode"}\n'
     process.stdin.write(line * 255)
     process.stdin.flush()
-    time.sleep(1.1)  # nobody wants to know before
+    while fcntl.ioctl(process.stdin, termios.FIONREAD, b"\0" * 4) != b"\0" * 4:
+        time.sleep(0.01)
+    time.sleep(1.1)  # from when it reads; nobody wants to know before
     process.stdin.write(line)
     process.stdin.close()
     assert process.wait() == 0
