@@ -73,6 +73,10 @@ TEST(FieldOfViewTest, LensesTellTheAnglesOfACrop) {
     EXPECT_EQ(rig.master, 4U);
     EXPECT_FALSE(viewOf(rig, kSensor, 1, kCrop, Domain::Tg)->sight.has_value())
         << "configured anew";
+    for (MRect const& empty : {MRect{9, 9, 0, 9}, MRect{9, 9, 9, -1}}) {
+        rig.infos[kSensor].activeArray = empty;
+        EXPECT_THAT(*activeArrayOf(rig, kSensor), ElementsAre(0, 0, 2100, 1400)) << "as without";
+    }
 }
 
 TEST(FieldOfViewTest, WhatIsNotKnownHasNoView) {

@@ -52,6 +52,21 @@ TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
     EXPECT_EQ(pictured.out, plain.out);
 }
 
+// Nobody else can ask the mapper what it made of the ratio.
+TEST_F(MapperFaultsTest, CropsThatNoStepsLeadToAreTold) {
+    write("s.jsonl", mScenario);
+    auto const result = runWithMapper({"why", "s.jsonl", "1"});
+
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.out, R"(Request 1, P1 of line 7 for 4.00x: overridden
+  published 2x (line 6) is below the asked 4x: P1 shows the wider view
+  sensor 0, port 0x7001: (50, 50)/500x375
+    these steps do not end at the library's answer
+  sensor 0, port 0x7002: (50, 50)/500x375
+    these steps do not end at the library's answer
+)");
+}
+
 TEST_F(MapperFaultsTest, ExceptionsAreToldByTheirKind) {
     for (auto const& [ratio, told] :
          std::map<std::string, std::string>{{"10", R"("logic_error", "what": "10x")"},

@@ -159,6 +159,7 @@ TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     };
     EXPECT_EQ(records("a b.jsonl\n-"), "2 records: 2 ok\n");
     EXPECT_EQ(records(std::string("line\nend.jsonl\0a b.jsonl\0", 24)), "2 records: 2 ok\n");
+    EXPECT_EQ(records(std::string(70000, '\n') + "a b.jsonl"), "1 record: 1 ok\n");
     EXPECT_EQ(records("\na b.jsonl\n\nline\nend.jsonl\n"), "3 records: 1 ok, 2 broken\n");
     EXPECT_EQ(records("many"), "40 records: 40 ok\n");
 }
