@@ -77,8 +77,8 @@ export class Chromium {
     await this.send('Page.addScriptToEvaluateOnNewDocument', { source });
   }
 
-  async resize(width, height, { mobile = false } = {}) {
-    await this.send('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: 1, mobile });
+  async resize(width, height, { mobile = false, sharp = 1 } = {}) {
+    await this.send('Emulation.setDeviceMetricsOverride', { width, height, deviceScaleFactor: sharp, mobile });
   }
 
   async reload() {

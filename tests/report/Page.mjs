@@ -46,7 +46,7 @@ export const SHOWN = `(() => {
       figures: [...card.querySelectorAll('figure')].map((figure) => ({ zoom: figure.querySelector('svg').getScreenCTM().a, caption: figure.querySelector('figcaption').textContent,
         label: figure.querySelector('svg').getAttribute('aria-label'), labels: texts('text.label', figure),
         labelled: [...figure.querySelectorAll('text.label')].map((node) => [Number(node.getAttribute('x')), Number(node.getAttribute('y')), node.getComputedTextLength()]),
-        picture: figure.querySelector('svg').viewBox.baseVal.width,
+        picture: (({ width, height }) => [width, height])(figure.querySelector('svg').viewBox.baseVal),
         boxes: [...figure.querySelectorAll('rect')].map((node) => [node.getAttribute('class').split(' ')[0], box(node)]) })),
     })),
   };
@@ -95,6 +95,7 @@ export const drawnAt = async (browser, canvas, count) => {
     inks: [...new Set(drawn.filter(({ name }) => name === 'fillText').map(({ left, colour }) => `${left > 0 ? 'value' : 'name'} ${colour}`))],
     labels: (lane) => drawn.filter(({ name, left, what: [, , y] }) => name === 'fillText' && left > 0 && Math.floor(y / LANE) === lane)
       .map(({ what: [text, x] }) => [text, Math.round((x - 5) / pitch)]),
+    covered: (lane) => inLane(lane).filter((band, k, list) => isHidden(band, k, list.filter(({ colour }, i) => i <= k || ![band.colour, colours['--ink']].includes(colour)))),
     hasEdge: (lane, i) => inLane(lane).some((band) => band.colour === colours['--ink'] && covers(band, i * pitch - 1, i * pitch + 2)),
   };
 };

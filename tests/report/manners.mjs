@@ -85,6 +85,12 @@ test('a dark page for dark desktops', async () => {
   for (const i of [0, 2, 3]) assert.notEqual(sheets[0][i], sheets[1][i], 'what the browser draws, ink, and ground');
 });
 
+test('no declaration of the style is left out', async () => {
+  const wrong = await browser.evaluate(`[...document.querySelector('style').textContent.replaceAll(/[/][*].*?[*][/]/gs, '').matchAll(/([\\w-]+): ([^;{}]+);/g)]
+    .filter(([, name, value]) => name !== '--mono' && !CSS.supports(name.startsWith('--') ? 'color' : name, value)).map(([text]) => text)`);
+  assert.deepEqual(wrong, []);
+});
+
 test('names differ, and paper has what can be read on it', async () => {
   await browser.resize(1280, 1000);
   await open(reports[0]);

@@ -118,8 +118,13 @@ test('the mouse chooses, reads out, and moves the window with Shift', async () =
   assert.match(await text('hover'), /^request 5 /, 'what is chosen, when the mouse has gone');
   await browser.mouse('mousePressed', xOf(11, all), y, 1);
   await browser.mouse('mouseMoved', xOf(14, all), y, 1);
-  await browser.mouse('mouseReleased', xOf(14, all), y, 0);
-  assert.equal(await current(), 15);
+  await until(() => text('request-title'), 'Request 15', 'what is passed is shown');
+  await browser.mouse('mouseMoved', xOf(17, all), y + 900, 1);
+  assert.equal(await current(), 18, 'the mouse is held above other things');
+  await browser.mouse('mouseMoved', xOf(14, all), y + 900, 1);
+  await browser.mouse('mouseReleased', xOf(14, all), y + 900, 0);
+  await browser.mouse('mouseMoved', xOf(20, all), y, 0);
+  assert.equal(await current(), 15, 'let go');
   await click('zoom-in');
   const before = await view();
   near((before[0] + before[1]) / 2, 14, 0.5 + COUNT / 4, 'zoomed in at the chosen request');
@@ -343,6 +348,13 @@ test('all is drawn anew in another size', async () => {
   assert.deepEqual(widths, [whole, whole, whole]);
   const { left, width } = await boxOf('cursor');
   near(left + width / 2, (await plot()).xOf(4, [-0.5, COUNT - 0.5]), 1, 'the cursor');
+  near(width, (await plot()).width / COUNT, 0.1, 'the cursor is as wide as a request');
+  await browser.resize(1280, 1200, { sharp: 2 });
+  await drawn();
+  for (const [id, left] of [['lanes', 96], ['strip', 0]]) {
+    const [size, first] = await browser.evaluate(`(({ width, clientWidth, drawn }) => [width / clientWidth, drawn.find(({ left }) => ${left} === 0 || left > 0).left])(document.getElementById('${id}'))`);
+    assert.deepEqual([size, first], [2, 2 * left], `${id} on a screen of twice as many pixels`);
+  }
   await browser.resize(1280, 1200);
 });
 
@@ -421,8 +433,12 @@ test('a step is drawn while it is pointed at', async () => {
     assert.ok(await browser.evaluate(`getComputedStyle(document.querySelector('.pointed')).fillOpacity`) < 0.5, 'what is below is seen');
     near(share, part, 0.003, `step ${item}`);
   }
-  await browser.evaluate(`document.querySelectorAll('#why li')[2].dispatchEvent(new Event('pointerleave'))`);
-  assert.deepEqual(await pointed(), []);
+  for (const [on, off] of [['pointerenter', 'pointerleave'], ['focus', 'blur']]) {
+    for (const [event, seen] of [[on, 1], [off, 0]]) {
+      await browser.evaluate(`document.querySelectorAll('#why li')[2].dispatchEvent(new Event('${event}'))`);
+      assert.equal((await pointed()).length, seen, event);
+    }
+  }
 });
 
 test('nothing on the console', () => assert.deepEqual(browser.errors, []));

@@ -245,10 +245,14 @@ const holdPicture = (figure, boxes, where) => {
   assert.deepEqual(figure.boxes.map(([name]) => name).sort(), boxes.map(([name]) => name).sort(), where);
   assert.deepEqual([...figure.labels].sort(byText), boxes.map(([, , label]) => label).filter(Boolean).sort(byText), where);
   figure.labelled.forEach(([x, y, length], i) => {
-    assert.ok(x >= 0 && x + length <= figure.picture + 1, `${where}: label ${i} is inside`);
+    assert.ok(x >= 0 && x + length <= figure.picture[0] + 1, `${where}: label ${i} is inside`);
     assert.ok(figure.labelled.slice(i + 1).every(([a, b, other]) => Math.abs(y - b) >= 12 || x + length <= a || a + other <= x), `${where}: label ${i} stands alone`);
   });
   const [, whole] = figure.boxes[0];
+  for (const [name, box] of figure.boxes) {  // none is cut off nearer than half of the sensor
+    [0, 1].forEach((i) => assert.ok(Math.max(box[i], whole[i] - whole[i + 2] / 2) >= -1 &&
+      Math.min(box[i] + box[i + 2], whole[i] + 1.5 * whole[i + 2]) <= figure.picture[i] + 1, `${where}: ${name} ${box} is inside of ${figure.picture}`));
+  }
   for (const [name, box] of boxes) {
     assert.ok(figure.boxes.some(([drawnName, drawn]) => drawnName === name && isPlaced(drawn, whole, boxes[0][1], box)),
       `${where}: ${name} ${box} is not among ${JSON.stringify(figure.boxes)}`);
@@ -307,6 +311,7 @@ test('lanes: states, names and edges', async () => {
   assert.deepEqual(drawn.inks.sort(), [`name ${faint}`, `value ${card}`]);
   LANES.forEach(([name, statesOf, valueOf], lane) => requests.forEach((request, i) => {
     assert.deepEqual(drawn.colours(lane, i), statesOf(request).sort(), `lane ${name}, request ${request.name}`);
+    if (!valueOf) assert.deepEqual(drawn.covered(lane), [], `lane ${name}: each state leaves something of the others`);
     const isEdge = valueOf !== undefined && i > 0 && valueOf(request) !== valueOf(requests[i - 1]);
     assert.equal(drawn.hasEdge(lane, i), isEdge, `lane ${name}, edge before request ${request.name}`);
   }));
@@ -380,6 +385,8 @@ test('the strip shows the override of all requests', async () => {
     height - 4 - (height - 8) * (value - Math.min(...known)) / (Math.max(...known) - Math.min(...known)), width / values.length, 1.5]);
   const near = (a, b) => a.every((value, i) => Math.abs(value - b[i]) < 0.1);
   assert.equal(bars.length, known.length);
+  const { '--faint': faint } = await coloursOf(browser);
+  assert.ok(drawn.slice(0, known.length).every(({ colour }) => colour === faint));
   assert.ok(expected.filter(([, y]) => !Number.isNaN(y)).every((bar, i) => near(bars[i], bar)), JSON.stringify(bars));
 });
 
