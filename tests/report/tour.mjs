@@ -71,7 +71,11 @@ const openLive = async () => {
 };
 const untilOver = async () => {
   const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent).join()`);
-  await eventually(async () => /fatal condition: 1.*never done: 4/.test(await texts('#findings button')) && /stopped/.test(await texts('#fatal')), 'the end');
+  await eventually(async () => /^The replay is over/.test(await texts('#live-state')), 'the end');
+  await browser.evaluate(`(async () => {  // what is told of all requests follows half a second later, by the page's clock
+    for (let i = 0; i < 2; ++i) await new Promise((resolve) => requestAnimationFrame(resolve));
+    await new Promise((resolve) => setTimeout(resolve, 600));
+  })()`);
   await eventually(async () => (await texts('#log')).includes('line 61'), 'the end of the newest request');
 };
 
