@@ -45,6 +45,10 @@ export const SHOWN = `(() => {
       note: card.querySelector('p.aside')?.textContent,
       figures: [...card.querySelectorAll('figure')].map((figure) => ({ zoom: figure.querySelector('svg').getScreenCTM().a, caption: figure.querySelector('figcaption').textContent,
         label: figure.querySelector('svg').getAttribute('aria-label'), labels: texts('text.label', figure),
+        empty: texts('text:not(.label)', figure), cut: [...figure.querySelectorAll('text')].filter((node) => {
+          const [{ x, y, width, height }, { width: whole, height: high }] = [node.getBBox(), node.ownerSVGElement.viewBox.baseVal];
+          return x < -1 || y < -1 || x + width > whole + 1 || y + height > high + 4;
+        }).map(({ textContent }) => textContent),
         labelled: [...figure.querySelectorAll('text.label')].map((node) => [Number(node.getAttribute('x')), Number(node.getAttribute('y')), node.getComputedTextLength()]),
         picture: (({ width, height }) => [width, height])(figure.querySelector('svg').viewBox.baseVal),
         boxes: [...figure.querySelectorAll('rect')].map((node) => [node.getAttribute('class').split(' ')[0], box(node)]) })),

@@ -77,6 +77,18 @@ test('a dark page for dark desktops', async () => {
   const sheets = [];
   for (const value of ['light', 'dark']) {
     await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value }] });
+    const faint = await browser.evaluate(`(() => {
+      const context = document.createElement('canvas').getContext('2d');
+      const light = (name) => {
+        context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
+        const [r, g, b] = context.fillStyle.match(/\\w\\w/g).map((part) => parseInt(part, 16) / 255).map((v) => v <= 0.04045 ? v / 12.92 : ((v + 0.055) / 1.055) ** 2.4);
+        return 0.2126 * r + 0.7152 * g + 0.0722 * b + 0.05;
+      };
+      const contrast = (a, b) => Math.max(a / b, b / a);
+      return ['ink', 'faint', 'accent', 'alarm', 'c0', 'c1', 'c2', 'c3', 'c4', 'c5', 'least', 'expected', 'override', 'phone', 'refused', 'overridden', 'cached', 'exception',
+        'fatal', 'corrected', 'jump', 'stale', 'outside', 'undone'].map((name) => [name, contrast(light('--' + name), light('--card'))]).filter(([, value]) => !(value >= 3));
+    })()`);
+    assert.deepEqual(faint, [], `what is drawn stands out by ${value === 'dark' ? 'night' : 'day'}`);
     sheets.push(await browser.evaluate(`(() => {
       const field = document.body.appendChild(Object.assign(document.createElement('i'), { style: 'color: FieldText' }));
       return [field, document.body].flatMap((node) => [getComputedStyle(node).color, getComputedStyle(node).backgroundColor]);

@@ -303,7 +303,7 @@ test('filters find the requests that meet all their parts', async () => {
   const goTo = async (words) => {
     await browser.evaluate(`(() => {
       document.getElementById('go-to').value = ${JSON.stringify(words)};
-      document.getElementById('go').requestSubmit();
+      document.querySelector('#go button').click();
     })()`);
     return browser.evaluate(`document.getElementById('message').hidden ? '' : document.getElementById('message').textContent`);
   };
@@ -322,6 +322,7 @@ test('filters find the requests that meet all their parts', async () => {
   assert.match(await goTo('41'), /^There is no request 41/);
   assert.match(await goTo('corected'), /corected.+means nothing/);
   assert.equal(await current(), 17, 'what is not found leads nowhere');
+  assert.equal(await goTo('18'), '', 'and is forgotten');
 });
 
 const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child text.label')].map((label) => label.textContent)`);

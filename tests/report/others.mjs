@@ -73,9 +73,13 @@ test('a sensor without angles beside one that has them', async () => {
     { op: 'configSensorInfo', sensorIds: [0], sensorInfos: { 0: { degreeH: 90, degreeV: 60, activeArray: [0, 0, 4608, 2592] } } },
     { op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio: 2, previewAaCrops: { 0: [0, 0, 4608, 2592], 2: [0, 0, 4608, 1296] } } },
     { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 0: 1, 2: 1 } },
-    { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 }]);
+    { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
+    { op: 'onRequestDone', requestNo: 1 },
+    { op: 'setRunTimeCropNeedData', requestNo: 1 },  // the same number at once
+    { op: 'observed', requestNo: 1, cropRegion: [1, 2, 30, 40] }]);
   assert.deepEqual((await shownRequest(browser, '1')).angles, [['0 master', 'P2', '90.00\u00b0', '60.00\u00b0', '\u00b10.00\u00b0, \u00b10.00\u00b0', '\u2013'],
     ['2', 'P2', '\u2013', '\u2013', '\u2013', '\u2013']]);
+  assert.match((await shownRequest(browser, '1:2')).sentence, /line 9, the phone itself cropped to \(1, 2\)\/30\u00d740, never reported done\.$/);
 });
 
 test('a range of what is as expected', async () => {
@@ -141,6 +145,7 @@ test('of long lists a part is shown', async () => {
   await open([...lines, ...stray], '--compare', resultsOf(lines));
   assert.deepEqual([await texts('#stray-title'), await texts('#stray-list > li')], [['Differences that belong to no request: 25'],
     [...Array.from({ length: 20 }, (_, i) => `line ${lines.length + 1 + i}, isPortExist: not expected`), 'and 5 more']]);
+  assert.equal((await texts('#numbers thead th')).at(-1), 'Down to master', 'they are differences of no crop');
   const jumps = await texts('#jump-list li');
   const found = Number((await texts('[data-finding=jump]'))[0].replace('jump: ', ''));
   assert.ok(found > 40);
