@@ -76,6 +76,8 @@ test('the wheel zooms where the mouse is, and moves with Shift', async () => {
   const moved = await view();
   near(moved[1] - moved[0], zoomed[1] - zoomed[0], 0.01, 'length');
   assert.ok(moved[0] > zoomed[0] + 0.5, 'moved on');
+  await browser.evaluate(`document.getElementById('timeline').dispatchEvent(new WheelEvent('wheel', { deltaX: -100, deltaY: 1, clientX: ${x}, cancelable: true }))`);
+  near((await view())[0], zoomed[0], 0.01, 'moved back sideways');
   await browser.wheel(x, y, 100000);
   assert.deepEqual(await view(), all, 'no further out than all requests');
   await browser.wheel(x, y, -100000);
@@ -116,6 +118,10 @@ test('the mouse chooses, reads out, and moves the window with Shift', async () =
   assert.equal(await current(), 5, 'looking chooses nothing');
   await browser.mouse('mouseMoved', xOf(24, all), y - 100, 0);
   assert.match(await text('hover'), /^request 5 /, 'what is chosen, when the mouse has gone');
+  await browser.mouse('mouseMoved', xOf(0, all) - 60, y, 0);
+  assert.equal(await text('hover'), '', 'nothing left of the requests');
+  await browser.evaluate(`document.getElementById('timeline').dispatchEvent(new PointerEvent('pointerdown', { button: 2, clientX: ${xOf(9, all)}, bubbles: true }))`);
+  assert.equal(await current(), 5, 'another button has its own meaning');
   await browser.mouse('mousePressed', xOf(11, all), y, 1);
   await browser.mouse('mouseMoved', xOf(14, all), y, 1);
   await until(() => text('request-title'), 'Request 15', 'what is passed is shown');
@@ -330,6 +336,7 @@ const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-se
 test('the axis names requests, and curves go on beyond the window', async () => {
   const named = () => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-x')].map((label) => label.textContent).join()`);
   assert.equal(await named(), '1,6,11,16,21,26,31,36');
+  assert.equal(await browser.evaluate(`document.querySelectorAll('#ratio-chart .dygraph-axis-label-x').length`), 0, 'once');
   for (let i = 0; i < 2; ++i) await click('zoom-in');
   await browser.evaluate(`location.hash = '#request=20'`);
   await until(current, 20);
@@ -357,6 +364,20 @@ test('all is drawn anew in another size', async () => {
     assert.deepEqual([size, first], [2, 2 * left], `${id} on a screen of twice as many pixels`);
   }
   await browser.resize(1280, 1200);
+});
+
+test('the desktop becomes dark while the page is open', async () => {
+  const inks = {};
+  for (const value of ['light', 'dark']) {
+    await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value }] });
+    await drawn();
+    const [own, ...told] = await browser.evaluate(`[getComputedStyle(document.documentElement).getPropertyValue('--faint').trim(), ranges['ratio-chart'].colors[0],
+      ...['lanes', 'strip'].map((id) => document.getElementById(id).drawn[0].colour)]`);
+    inks[value] = told;
+    assert.deepEqual(told.slice(1), [own, own], value);
+  }
+  assert.notEqual(inks.light[0], inks.dark[0], 'curves');
+  await browser.send('Emulation.setEmulatedMedia', { features: [] });
 });
 
 test('the head counts', async () => assert.equal(await text('about'),
@@ -409,12 +430,22 @@ test('curves are hidden, and the axis is set', async () => {
   const before = await options();
   assert.deepEqual(before['ratio-chart'].visibility, [true, true]);
   await browser.evaluate(`document.querySelectorAll('#ratio-legend input')[1].click()`);
-  assert.deepEqual((await options())['ratio-chart'].visibility, [true, false]);
+  const hidden = await options();
+  assert.deepEqual(hidden['ratio-chart'].visibility, [true, false]);
+  for (const [{ 'ratio-chart': { valueRange: [low, high] } }, least, most] of [[before, 0.99, 9], [hidden, 1.1, 5]]) {
+    near(low * 1.12, least, 0.01, 'room below what is shown');
+    near(high / 1.12, most, 0.01, 'room above');
+  }
   assert.deepEqual((await options())['angle-chart'].visibility, [true, true]);
   const range = (words) => browser.evaluate(`{ const field = document.getElementById('range');
     field.value = '${words}'; field.dispatchEvent(new Event('change')); }`);
   await range('-5..7.5');
   assert.deepEqual((await options())['angle-chart'].valueRange, [-5, 7.5]);
+  for (const words of ['-5 to 7.5', '1 2', ' -5.0   7.5 ']) {
+    await range(words);
+    assert.deepEqual((await options())['angle-chart'].valueRange, words === '1 2' ? [1, 2] : [-5, 7.5]);
+  }
+  assert.equal(await browser.evaluate(`document.getElementById('message').hidden`), true);
   await range('7..-5');
   assert.match(await text('message'), /written as -5\.\.5/);
   await range('');

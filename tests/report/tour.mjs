@@ -451,10 +451,16 @@ test('each finding lists its requests', async () => {
 test('copying takes the table as it is', async () => {
   const page = await shownRequest(browser, '1:2');
   await browser.evaluate(`Object.defineProperty(navigator, 'clipboard', { value: { writeText: async (text) => { globalThis.copied = text; } } })`);
+  const label = () => browser.evaluate(`document.getElementById('copy').textContent`);
   await browser.evaluate(`document.getElementById('copy').click()`);
+  await eventually(async () => await label() === 'Copied', 'the word for it');
   const rows = (await browser.evaluate('globalThis.copied')).trimEnd().split('\n').map((row) => row.split('\t'));
   assert.deepEqual(rows[0], ['Request', ...NUMBER_HEADS]);
   assert.deepEqual(rows.slice(1), page.numbers.map((row) => ['1', ...row]));
+  await eventually(async () => await label() === 'Copy the table', 'the button as it was');
+  await browser.evaluate(`navigator.clipboard.writeText = async () => { throw new Error(); }; document.getElementById('copy').click()`);
+  await eventually(async () => await label() === 'Selected: copy with Ctrl+C', 'where the browser refuses');
+  assert.match(await browser.evaluate('getSelection().toString()'), /P1\t0\t0x7001/);
 });
 
 test('who comes late sees the same', { skip: !isLive }, async () => {
