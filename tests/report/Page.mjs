@@ -62,7 +62,7 @@ export const shownRequest = async (browser, name, isChosen = true) => {
     for (const start = Date.now(); Date.now() - start < ${PATIENCE};) {
       const isReady = document.documentElement.dataset.ready;
       if (isReady && ${isChosen} && location.hash !== '#request=${name}') location.hash = '#request=${name}';
-      if (isReady && document.getElementById('request-title').textContent === 'Request ${name}') return;
+      if (isReady && document.getElementById('request-title').textContent === 'Request ${name}' && document.getElementById('message').hidden) return;
       await new Promise((resolve) => setTimeout(resolve, 10));
     }
     throw new Error('request ${name} does not appear');
