@@ -27,4 +27,6 @@ offers "pinch.jsonl" zoomreplay pinch.jsonl -o pin
 offers "pinch.jsonl" zoomreplay pinch.jsonl --report pin
 offers "pinch.jsonl" zoomreplay why pin
 offers "--jobs --junit" zoomreplay run pinch.jsonl --j
-offers "" zoomreplay pinch.jsonl --requests p
+for number in "pinch.jsonl --requests" "pinch.jsonl --limit" "why pinch.jsonl 1 --sensor" "why pinch.jsonl 1 --port"; do
+    offers "" zoomreplay $number p
+done

@@ -13,6 +13,7 @@ import sys
 import tempfile
 import termios
 import time
+import unicodedata
 
 
 def read_all(ours):
@@ -42,7 +43,7 @@ def show(command, columns, **environment):
 def show_progress(zoomreplay):
     """What stands on a terminal while a scenario comes slowly and the results go elsewhere."""
     ours, theirs = pty.openpty()
-    process = subprocess.Popen([zoomreplay, "-", "-o", os.devnull], stdin=subprocess.PIPE, stderr=theirs,
+    process = subprocess.Popen([zoomreplay, "-", "-o", os.devnull], stdin=subprocess.PIPE, stdout=theirs, stderr=theirs,
                                env={**os.environ, "TERM": "xterm"})
     os.close(theirs)
     line = b'{"op": "getZoomOverrideMode"}\n'
@@ -73,6 +74,23 @@ def show_part(zoomreplay):
     return read_all(ours)
 
 
+def pieces(zoomreplay):
+    """What a pipe gets at a time: each piece keeps to itself."""
+    readable, writable = os.pipe2(os.O_DIRECT)
+    process = subprocess.Popen([zoomreplay, "-", "-o", "-"], stdin=subprocess.PIPE, stdout=writable)
+    os.close(writable)
+    process.stdin.write(b'{"op": "getZoomOverrideMode"}\n' * 200)
+    process.stdin.close()
+    while piece := os.read(readable, 1 << 16):
+        yield piece
+    os.close(readable)
+    assert process.wait() == 0
+
+
+def show_name(zoomreplay, name):
+    return subprocess.run([zoomreplay, name], capture_output=True, text=True).stderr.rsplit(": cannot open: ")[0]
+
+
 def main():
     command = sys.argv[1:]
     narrow, wide = show(command, 80, NO_COLOR="1"), show(command, 200, NO_COLOR="1")
@@ -93,6 +111,15 @@ def main():
 
     part = show_part(command[0])
     assert re.match(r"\r( 53|100) %  \d+ lines/s\x1b\[K\r", part), repr(part)
+
+    assert all(piece.endswith(b"\n") for piece in pieces(command[0]))
+
+    # Characters that steer, hide or turn around what stands beside them, and their neighbours that do not.
+    steering = [code for code in range(1, 0x110000) if unicodedata.category(chr(code)) in ("Cc", "Cf", "Zl", "Zp")]
+    assert show_name(command[0], "".join(map(chr, steering))) == "?" * len(steering)
+    beside = "".join(chr(code) for code in sorted({code + by for code in steering for by in (-1, 1)} - {0, *steering})
+                     if unicodedata.category(chr(code)) not in ("Cn", "Cs"))
+    assert show_name(command[0], beside) == beside
 
     readable, writable = os.pipe()
     os.close(readable)
