@@ -64,7 +64,9 @@ TEST_F(CommandLineTest, HelpFitsATerminalAndTheManPage) {
     std::string help = outputOf(run({"--help"}));
     auto const commands = findAll(help, "\n  ([a-z][a-z-]+)  +[A-Z]");
     for (auto const& command : commands) {
-        help += outputOf(run({command, "--help"}));
+        std::string const own = outputOf(run({command, "--help"}));
+        EXPECT_THAT(own, testing::HasSubstr("\nUsage: zoomreplay " + command + " [OPTIONS] "));
+        help += own;
     }
 
     EXPECT_THAT(findAll(help, "\n([^\n]{81,})"), testing::IsEmpty());
@@ -130,6 +132,7 @@ TEST_P(BadUsageTest, HasStatusTwoAndTouchesNoFile) {
 BadUsage const kBadUsages[] = {
     {{}, "SCENARIO is required"},
     {{"s.jsonl", "t.jsonl", "u.jsonl"}, "t.jsonl: one argument too many\nTry zoomreplay --help.\n"},
+    {{"s.jsonl", "-"}, "-: one argument too many\n"},
     {{"s.jsonl", "--fast"}, "--fast: unknown option\n"},
     {{"s.jsonl", "--ouput", "r.jsonl"}, "--ouput: unknown option; did you mean --output?\n"},
     {{"wy", "s.jsonl", "1"}, "wy: no such command or scenario; did you mean why?\n"},
@@ -166,6 +169,8 @@ BadUsage const kBadUsages[] = {
      "./r.jsonl: is written to twice"},
     {{"s.jsonl", "--report", "new", "--trace", "./new"}, "./new: is written to twice"},
     {{"s.jsonl", "--report", "-"}, "<stdout>: is written to twice"},
+    {{"s.jsonl", "--report", ".out"}, ".out: is written to twice"},
+    {{".out", "-o", "-"}, "<stdout>: is also read from"},
     {{"s.jsonl", "-o", "new", "--report", "r.html", "--compare", "r.jsonl", "--trace", "r.jsonl"},
      "r.jsonl: is also read from"},
     {{"import-rig", "s.jsonl", "-o", "s.jsonl"}, "s.jsonl: is also read from"},

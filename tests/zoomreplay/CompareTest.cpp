@@ -9,11 +9,12 @@ namespace {
 
 // The results that all tests compare with: lines 2 to 4 of this scenario.
 std::string const kScenario = std::string(kSensor) +
-                              R"({"op":"getZoomOverrideMode"}
+                              R"({"op":"getZoomOverrideMode","t":7,"dur":1}
 {"op":"correctTgCropRegion","sensorId":0,"sensorMode":1,"crop":[0,0,100,75]}
 {"op":"get3ACropSetting","requestNo":1,"zoomRatio":2,"need":{"requestNo":16777217,"zoomRatio":-0.0}}
 )";
-std::string const kMode = R"({"line": 2, "op": "getZoomOverrideMode", "result": 0})";
+std::string const kMode =
+    R"({"line": 2, "t": 7, "dur": 1, "op": "getZoomOverrideMode", "result": 0})";
 std::string const kFit =
     R"({"line": 3, "op": "correctTgCropRegion", "result": true, "crop": [0, 0, 100, 75]})";
 std::string const kNeed =

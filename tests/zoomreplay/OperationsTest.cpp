@@ -211,11 +211,11 @@ TEST_F(CallLogTest, LevelsAreSwitchedOneByOne) {
 // Debug lines belong to two groups, and both must be wanted.
 TEST_F(CallLogTest, GroupsOfDebugLinesAreSwitchedByTheMask) {
     auto const logged = [this](char const* mask) {
-        auto const result =
-            replay(R"({"op":"logger","mode":2,"detailsLevel":5,"normalDetailsMask":)" +
-                       std::string(mask) + "}\n" + std::string(kModeLine) +
-                       R"({"op":"getP2CropSetting","requestNo":1,"zoomRatio":2})",
-                   {"--log"});
+        auto const result = replay(R"({"op":"logger","normalDetailsMask":)" + std::string(mask) +
+                                       "}\n" + R"({"op":"logger","mode":2,"detailsLevel":5})" +
+                                       "\n{\"op\":\"logger\"}\n" + std::string(kModeLine) +
+                                       R"({"op":"getP2CropSetting","requestNo":1,"zoomRatio":2})",
+                                   {"--log"});
         return result.out.find("meta req 1, ratio 2.00") != std::string::npos;
     };
     EXPECT_TRUE(logged(R"("0x1001000")"));

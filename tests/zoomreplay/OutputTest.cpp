@@ -58,6 +58,12 @@ TEST_F(OutputTest, FullDiskKeepsTheOldReportAndTrace) {
     EXPECT_EQ(readAll(), before);
 }
 
+TEST_F(OutputTest, WhatComesBeforeAFullDiskIsToldOnce) {
+    auto const result = run({"s.jsonl", "--jumps", "--report", "/dev/full"});
+    EXPECT_EQ(result.out, "No jumps: the picture moves with the asked ratio.\n");
+    EXPECT_EQ(result.err, "/dev/full: cannot write: No space left on device\n");
+}
+
 TEST_F(OutputTest, FullDiskLeavesWholeLinesOfResults) {
     std::string lines;
     for (int i = 0; i < 100; ++i) {
@@ -87,8 +93,9 @@ TEST_F(OutputTest, SignalKeepsTheOldReportAndWholeLinesOfResults) {
             dup2(in[0], STDIN_FILENO);
             std::string const results = pathOf("r.jsonl");
             std::string const report = pathOf("r.html");
+            std::string const trace = pathOf("t.json");
             execl(ZOOMREPLAY_PATH, ZOOMREPLAY_PATH, "-", "-o", results.c_str(), "--report",
-                  report.c_str(), nullptr);
+                  report.c_str(), "--trace", trace.c_str(), nullptr);
             _exit(127);
         }
         close(in[0]);
@@ -96,6 +103,8 @@ TEST_F(OutputTest, SignalKeepsTheOldReportAndWholeLinesOfResults) {
         for (int i = 0; i < 1000 && read("r.jsonl") != kModeResult; ++i) {
             usleep(10000);
         }
+        EXPECT_EQ(run({"s.jsonl", "--report", "r.html"}).status, 0);  // of another run
+        std::string const report = read("r.html");
         kill(child, signal);
         int status = 0;
         waitpid(child, &status, 0);
@@ -103,7 +112,8 @@ TEST_F(OutputTest, SignalKeepsTheOldReportAndWholeLinesOfResults) {
 
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
         EXPECT_EQ(read("r.jsonl"), kModeResult);
-        EXPECT_EQ(read("r.html"), "old report");
+        EXPECT_EQ(read("r.html"), report);
+        EXPECT_EQ(read("t.json"), "old trace");
         std::filesystem::remove(pathOf("r.jsonl"));
     }
     EXPECT_EQ(readAll().size(), 3U);
@@ -136,15 +146,20 @@ TEST_F(OutputDeathTest, SignalThatIsIgnoredStaysIgnored) {
 
 TEST_F(OutputTest, ReportTakesThePlaceOfTheOldOne) {
     std::filesystem::create_symlink("r.html", pathOf("link.html"));
-    ASSERT_EQ(chmod(pathOf("r.html").c_str(), 0640), 0);
-    EXPECT_EQ(run({"s.jsonl", "--report", "link.html", "--trace", "/dev/null"}).status, 0);
+    ASSERT_EQ(chmod(pathOf("r.html").c_str(), 0604), 0);
+    auto const result =
+        run({"s.jsonl", "-o", "n.jsonl", "--report", "link.html", "--trace", "/dev/null"}, "",
+            [] { umask(0027); });
+    EXPECT_EQ(result.status, 0);
 
-    struct stat status {};
-    ASSERT_EQ(stat(pathOf("r.html").c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+    auto const permissionsOf = [this](char const* name) {
+        return static_cast<unsigned>(std::filesystem::status(pathOf(name)).permissions());
+    };
+    EXPECT_EQ(permissionsOf("r.html"), 0604U);
+    EXPECT_EQ(permissionsOf("n.jsonl"), 0640U);
     EXPECT_TRUE(std::filesystem::is_symlink(pathOf("link.html")));
     EXPECT_THAT(read("r.html"), StartsWith("<!DOCTYPE html>"));
-    EXPECT_EQ(readAll().size(), 4U);
+    EXPECT_EQ(readAll().size(), 5U);
 }
 
 // Not even by root, who may write anywhere unless that is taken away.
@@ -161,7 +176,7 @@ TEST_F(OutputTest, WhatMayNotBeWrittenIsLeftAlone) {
     }
 }
 
-TEST_F(OutputTest, TraceIsWholeWhenNobodyReadsTheResults) {
+TEST_F(OutputTest, TraceAndComparisonAreWholeWhenNobodyReadsTheResults) {
     write("s.jsonl", std::string(kModeLine) + std::string(kModeLine));
     auto const closePipe = [] {
         std::array<int, 2> out{};
@@ -172,6 +187,8 @@ TEST_F(OutputTest, TraceIsWholeWhenNobodyReadsTheResults) {
     };
     EXPECT_EQ(run({"s.jsonl", "-o", "-", "--trace", "t.json"}, "", closePipe).status, 0);
     EXPECT_THAT(read("t.json"), testing::HasSubstr("{\"line\": 2}"));
+    write("e.jsonl", kModeResult);
+    EXPECT_EQ(run({"s.jsonl", "-o", "-", "--compare", "e.jsonl"}, "", closePipe).status, 1);
 }
 
 TEST_F(OutputTest, OneRunAtATimeWritesToAFile) {

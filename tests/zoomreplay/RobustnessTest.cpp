@@ -46,8 +46,9 @@ TEST_F(RobustnessTest, FatalConditionIsNotExplainedByAnEarlierLine) {
 
 TEST_F(RobustnessTest, FatalLineThatCannotBeWrittenIsTold) {
     write("s.jsonl", kFatalLine);
-    auto const result = run({"s.jsonl", "-o", "/dev/full"});
+    auto const result = run({"s.jsonl", "-o", "/dev/full", "--report", "r.html"});
 
+    EXPECT_EQ(readAll().size(), 1U);
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.err, testing::HasSubstr("/dev/full: cannot write: No space left on device"));
 }

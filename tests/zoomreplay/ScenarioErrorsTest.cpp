@@ -90,7 +90,7 @@ constexpr BadLine kFields[] = {
      "sensor: modes.1: a window needs a size"},
     {R"({"op":"sensor","id":0,"modes":{"1":{"size":[1,1],"window":[0,0,1,1],"matrix":[1,0,1,0]}}})",
      "sensor: modes.1: has both a window and a matrix"},
-    {R"({"op":"logger","levels":{"8":true}})", "logger: levels: there is no level 8"},
+    {R"({"op":"logger","levels":{"0":true,"8":true}})", "logger: levels: there is no level 8"},
     {R"({"op":"initialize","mode":0,"t":-1})", "initialize: t: must not be negative"},
     {R"({"op":"sensor","id":0,"modes":{},"dur":1.5})", "sensor: dur: must be an integer"},
 };
