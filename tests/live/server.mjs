@@ -15,12 +15,13 @@ rmSync(folder, { recursive: true, force: true });
 mkdirSync(folder, { recursive: true });
 const textOf = (lines) => lines.map((line) => JSON.stringify(line) + '\n').join('');
 const isRequests = ({ name }) => name === 'requests';
+const isEnd = ({ name }) => name === 'end';
 const isCount = (count) => ({ name, data }) => name === 'requests' && data.count === count;
 
 /** The page that a replay of these lines writes. */
-const reportOf = (lines) => {
+const reportOf = (lines, ...options) => {
   const file = join(folder, 'expected.html');
-  execFileSync(tool, ['-', '-o', '/dev/null', '--report', file], { input: textOf(lines) });
+  execFileSync(tool, ['-', '-o', '/dev/null', '--report', file, ...options], { input: textOf(lines) });
   return readFileSync(file, 'utf8');
 };
 
@@ -86,10 +87,13 @@ const tests = {
       if (no > 9) feed({ op: 'observed', requestNo: no - 5, activePhysicalId: '1' });
     }
     await early.until(isCount(1200));
-    feed(...request(1201));
+    feed(...request(1201).slice(0, 4));  // is never done
     await early.until(isCount(1201));
+    feed({ op: 'observed', requestNo: 1199, activePhysicalId: '0' });
+    live.endInput();
+    await early.until(isEnd);
     const late = await live.follow();
-    await late.until(isCount(1201));
+    await late.until(isEnd);
     const folds = late.events.filter(isRequests).map(({ data }) => data.isFold);
     assert.ok(folds.filter(Boolean).length > 1 && folds.lastIndexOf(true) === folds.indexOf(false) - 1, 'small blocks have been folded');
     const expected = await toldInReport(reportOf(lines));
@@ -145,12 +149,15 @@ const tests = {
 
   async 'a report is saved in mid-stream and at the end'() {
     const file = join(folder, 'zoom.html');
-    const live = await Live.start(tool, ['--report', file]);
+    const live = await Live.start(tool, ['--report', file, '--log']);
+    const dataOf = (html) => JSON.parse(/<script[^>]* id="data"[^>]*>(.*?)<\/script>/s.exec(html)[1]);
+    const empty = dataOf(reportOf([], '--log'));
+    assert.deepEqual(dataOf((await live.get()).text), { ...empty, live: true, publishing: [empty.modes.indexOf('ExternalAPI')] });
     const begin = [...SETUP, ...requestLines(1, 2), ...requestLines(2, 3).slice(0, 3)];
     const reader = await live.follow();
     live.write(...begin);
     await reader.until(isCount(2));
-    const expectedEarly = reportOf(begin);
+    const expectedEarly = reportOf(begin, '--log');
     for (const early of await Promise.all(Array.from({ length: 8 }, () => live.get('report')))) {  // which are written one by one
       assert.match(early.headers['content-disposition'], /^attachment; filename="zoom.html"$/);
       assert.equal(early.text, expectedEarly);
@@ -158,10 +165,12 @@ const tests = {
     const rest = [...requestLines(2, 3).slice(3), ...requestLines(3, 9)];
     live.write(...rest);
     live.endInput();
-    assert.equal((await reader.until(({ name }) => name === 'end')).data.trouble, '');
-    const expected = reportOf([...begin, ...rest]);
+    assert.equal((await reader.until(isEnd)).data.trouble, '');
+    const expected = reportOf([...begin, ...rest], '--log');
     assert.equal((await live.get('report')).text, expected);
     assert.equal(await live.interrupt(), 0);
+    assert.equal(readFileSync(file, 'utf8'), expected);
+    await assert.rejects(Live.start(tool, ['--report', file], {}, file), /zoom.html: is also read from; results need a file of their own/);
     assert.equal(readFileSync(file, 'utf8'), expected);
   },
 
@@ -189,10 +198,11 @@ const tests = {
     const queries = [
       { op: 'getP2CropSetting', requestNo: 7, zoomRatio: 2.5, sensorId: 1, manual: true },
       { op: 'getP1CropSetting', requestNo: 7, zoomRatio: 2.25, sensorId: 0 }];
-    const lines = [...SETUP, ...requestLines(1, 2), { op: 'publish', enable: true, zoomRatio: 4 }, deposit, ...queries, { ...deposit, requestNo: 8 }];
+    const lines = [...SETUP, ...requestLines(1, 2), { op: 'publish', enable: true, zoomRatio: 4 }, deposit, ...queries, { ...deposit, requestNo: 8 },
+      { op: 'getP2CropSetting', requestNo: 6, zoomRatio: 9 }];  // one without a query, and one without a deposit
     live.write(...lines);
     const reader = await live.follow();
-    await reader.until(isCount(3));
+    await reader.until(isCount(4));
     const early = await toldInEvents(reader.events);
     for (const ratio of [1.25, 3]) {
       const { headers, text } = await live.get(`answer?ratio=${ratio}`);
@@ -224,9 +234,15 @@ const tests = {
     const why = () => live.get('report').then(({ status, text }) => [status, text]);
     limit('--nproc=1');
     assert.deepEqual(await why(), [500, 'cannot copy the process: Resource temporarily unavailable\n']);
-    limit(`--nofile=${live.holds()[0] + 1}`);  // which the connection takes
+    limit(`--nofile=${live.holds()[0] + 1}:`);  // which the connection takes
     assert.deepEqual(await why(), [500, 'cannot make a pipe: Too many open files\n']);
+    limit('--nofile=1024:');
+    const reader = await live.follow();
+    live.endInput();
+    await reader.until(isEnd);
     assert.equal(await live.interrupt(), 0);
+    await assert.rejects(reader.until(() => false));
+    assert.deepEqual(reader.events.map(({ name }) => name), ['begin', 'end', 'bye'], 'of nothing, nothing is told');
 
     // Standard error takes no more, and the replay waits.
     const pipe = join(folder, 'errors');
@@ -254,7 +270,7 @@ const tests = {
 
   async 'a fatal end is told, and the page stays'() {
     const [file, scenario] = ['fatal.html', 'rec 1,2.v3.jsonl'].map((name) => join(folder, name));
-    writeFileSync(scenario, textOf([...SETUP, ...requestLines(1, 2), { op: 'getHistoryCropNeedData', requestNo: 9 }]));
+    writeFileSync(scenario, textOf([...SETUP, ...requestLines(1, 2), ...requestLines(2, 3).slice(0, 4), { op: 'getHistoryCropNeedData', requestNo: 9 }]));
     const live = await Live.start(tool, ['--report', file], {}, scenario);
     const reader = await live.follow();
     assert.equal((await reader.until(({ name }) => name === 'end')).data.trouble, '');
@@ -263,13 +279,13 @@ const tests = {
     assert.equal(saved.headers['content-type'], 'text/html; charset=utf-8');
     assert.equal(saved.text, readFileSync(file, 'utf8'));
     const told = await toldInEvents(reader.events);
-    assert.deepEqual([told.fatal.line, told.fatal.op], [11, 'getHistoryCropNeedData']);
+    assert.deepEqual([told.fatal.line, told.fatal.op], [15, 'getHistoryCropNeedData']);
     assert.deepEqual(told, await toldInReport(saved.text));
     await assert.rejects(live.get('answer?ratio=2'), 'nobody is there to answer');
     const late = await live.follow();
     await late.until(({ name }) => name === 'fatal');
     assert.equal(await live.interrupt(), 3);
-    assert.match(live.errors, /rec 1,2\.v3\.jsonl:11: .*the library stopped the process/);
+    assert.match(live.errors, /rec 1,2\.v3\.jsonl:15: .*the library stopped the process/);
   },
 
   async '200 connections leave nothing behind'() {
