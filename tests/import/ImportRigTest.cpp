@@ -128,8 +128,17 @@ Form const kForms[] = {
     // An older interface to camera 50 without characteristics, and a front camera before it.
     {"legacy.txt", "legacy", {}, ""},
     // One focal length, two sizes, one of which is that of more pixels than the array has.
-    {"its.json", "its", {}, ""},
-    {"its.json", "its-intrinsics", {"--angles", "intrinsics", "--cameras", "5", "--binned"}, ""},
+    {"its.json",
+     "its",
+     {},
+     ": camera 9 is left out: angles of view of 180 x 41.11209 degrees; its physical size or focal "
+     "length is wrong\n"},
+    {"its.json",
+     "its-intrinsics",
+     {"--angles", "intrinsics", "--cameras", "5,9", "--binned"},
+     ": camera 9: 1e+09 x 6 mm for 4000 x 3000 pixels, which would not be square; one of its "
+     "angles is wrong; an angle of view of 180 degrees; its physical size or focal length is "
+     "wrong\n"},
 };
 INSTANTIATE_TEST_SUITE_P(All, FormTest, testing::ValuesIn(kForms));
 
@@ -290,9 +299,18 @@ Change const kChanges[] = {
      "wrong; an angle of view of 171.76363 degrees; its physical size or focal length is wrong"},
     {"what is only told cannot be read", kTitle,
      "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 ]\n"
-     "android.control.zoomRatioRange (10030): float[2]\n[1.0 x ]\n",
+     "android.control.zoomRatioRange (10030): float[2]\n[1.0 x ]\n"
+     "android.lens.facing (80005): byte[1]\n[SIDE ]\n"
+     "android.lens.intrinsicCalibration (8000a): float[4]\n[9 9 9 9 ]\n"
+     "android.scaler.availableMaxDigitalZoom (d0004): float[1]\n[]\n"
+     "android.sensor.orientation (f000e): int32[1]\n[90.5 ]\n",
      ": android.control.zoomRatioRange cannot be read (line 4: [1.0 x ], announced as 2 values); "
-     "android.sensor.info.pixelArraySize cannot be read (line 2: [4081 ], announced as 2 values)"},
+     "android.lens.facing cannot be read (line 6: [SIDE ], announced as 1 values); "
+     "android.lens.intrinsicCalibration cannot be read (line 8: [9 9 9 9 ], announced as 4 "
+     "values); "
+     "android.scaler.availableMaxDigitalZoom cannot be read (line 10: [], announced as 1 values); "
+     "android.sensor.info.pixelArraySize cannot be read (line 2: [4081 ], announced as 2 values); "
+     "android.sensor.orientation cannot be read (line 12: [90.5 ], announced as 1 values)"},
     {"array outside the pixels", kTitle,
      "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 3076 ]\n",
      ": an active array outside its pixel array; crops may be shifted"},
@@ -368,13 +386,18 @@ std::string const kIsWide =
     "dump.txt: is UTF-16, as some shells write; convert it with: iconv -f UTF-16 -t UTF-8 "
     "dump.txt > phone.txt\n";
 
+std::string repeated(std::string const& text, size_t times) {
+    std::string all;
+    while (times-- > 0) {
+        all += text;
+    }
+    return all;
+}
+
 // Right, but for its size.
 std::string largeJson() {
-    std::string text = "{\"android.lens.facing\": [\n";
-    for (int i = 0; i < 17; ++i) {
-        text += std::string(1000000, '1') + ",\n";
-    }
-    return text + "1]}\n";
+    return "{\"android.lens.facing\": [\n" + repeated(std::string(1000000, '1') + ",\n", 17) +
+           "1]}\n";
 }
 
 Failure const kFailures[] = {
@@ -475,6 +498,14 @@ Failure const kFailures[] = {
      {},
      badIds("[566], which in no way, or in several, are 2 ids of this phone's cameras") + kSeveral +
          choose("5, 6")},
+    {logicalDump("byte[600]\n[" + repeated("5 ", 300) + "]", {"5"}),
+     {},
+     badIds("line 2: [" + repeated("5 ", 40) + "], announced as 600 values") + kSeveral +
+         choose("5")},
+    {R"({"android.lens.facing": 1, "android.logicalMultiCamera.physicalIds": []})",
+     {},
+     "dump.txt: camera 0: android.logicalMultiCamera.physicalIds cannot be read ([], announced as "
+     "0 values)\ndump.txt: has no camera that can be used\n"},
     {"{\"android.lens.facing\": 1,",
      {},
      "dump.txt: begins like JSON, but is damaged; a whole object with the tags of a camera is "

@@ -103,10 +103,8 @@ std::vector<std::string> flawsOf(CameraStatics const& camera, Cameras const& all
             flaws.push_back("no characteristics of its physical camera " + id);
         }
     }
-    for (auto const name : {tag::kPhysicalIds, tag::kZoomRatioRange, tag::kPixelArray}) {
-        if (camera.unreadable.contains(name)) {
-            flaws.push_back(damageText(camera, name));
-        }
+    for (auto const& [name, damage] : camera.unreadable) {
+        flaws.push_back(damageText(camera, name));
     }
     return flaws;
 }
@@ -234,8 +232,11 @@ CameraStock sortCameras(std::vector<CameraStatics> const& cameras,
             stock.usable.push_back(camera);
             complaints = doubtsAbout(*camera);
         }
-        auto const flaws = flawsOf(*camera, stock.all);
-        complaints.insert(complaints.end(), flaws.begin(), flaws.end());
+        for (auto const& flaw : flawsOf(*camera, stock.all)) {
+            if (std::find(complaints.begin(), complaints.end(), flaw) == complaints.end()) {
+                complaints.push_back(flaw);
+            }
+        }
         if (!complaints.empty()) {
             stock.complaints.push_back("camera " + camera->id +
                                        (isLeftOut ? " is left out: " : ": ") +
