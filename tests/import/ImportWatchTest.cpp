@@ -250,11 +250,20 @@ Log const kLogs[] = {
      "f4:0ns: REQ:android.control.zoomRatio: [nan]\n"
      "f5:0ns: REQ:android.control.zoomRatio:\n"
      "f6:0ns: REQ:android.scaler.cropRegion: [0 0 0 30 ]\n"
+     "f6:0ns: REQ:android.scaler.cropRegion: [0 0 40 0 ]\n"
+     "f6:0ns: REQ:android.scaler.cropRegion: [0 0 40 ]\n"
+     "f6:0ns: REQ:android.scaler.cropRegion: [0 0 40 30 50 ]\n"
      "f99999999999999999999:0ns: REQ:android.control.zoomRatio: [9.00000000]\n"
      "f8:0ns: REQ:android.control.zoomRatio: [3.00000000]\n",
      "2 3 ",
      "zoom.log:2: android.control.zoomRatio: [1.000000002.00000000] is not one positive number; "
-     "lines left out in all: 5\n"},
+     "lines left out in all: 8\n"},
+    {"one value that makes no sense, the first of the answers",
+     "f1:0ns: REQ:android.control.zoomRatio: [2.00000000]\n"
+     "f1:9ns: RES:android.logicalMultiCamera.activePhysicalId: [50 0 51 0 ]\n",
+     "2 ",
+     "zoom.log:2: android.logicalMultiCamera.activePhysicalId: [50 0 51 0 ] is not the id of one "
+     "camera; lines left out in all: 1\n"},
 };
 INSTANTIATE_TEST_SUITE_P(All, WatchLogTest, testing::ValuesIn(kLogs));
 
@@ -300,6 +309,8 @@ BadRig const kBadRigs[] = {
     {R"({"op":"configSensorInfo","sensors":[0]})",
      "1: sensors: unknown field; did you mean sensorIds?"},
     {sensor(R"({"size":[4,3]})"), "1: modes.0: has neither a window nor a matrix"},
+    {sensor(R"({"size":[4,3],"window":[0,0,4,3],"windows":[]})"),
+     "1: modes.0.windows: unknown field; did you mean window?"},
     {sensor(R"({"size":[4,0],"window":[0,0,4,3]})"), "1: modes.0: size: must be an area"},
     {std::string(kSensors), " no configSensorInfo line names a sensor"},
     {std::string(kConfig), " sensor 0: is configured, but no sensor line gives it a mode"},
@@ -491,9 +502,11 @@ TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
 
     auto const secondCamera = pipe(join({"0:app ", kTwoFrames.substr(0, kTwoFrames.find('\n') + 1),
                                          "0:app ", kTwoFrames.substr(kTwoFrames.find('\n') + 1),
-                                         "1:app f1:0ns: REQ:android.control.zoomRatio: [3.0]\n"}));
+                                         "1:app f1:0ns: REQ:android.control.zoomRatio: [3.0]\n"
+                                         "1:app f2:0ns: REQ:android.control.zoomRatio: [4.0]\n"}));
     EXPECT_EQ(secondCamera.status, 2);
     EXPECT_THAT(secondCamera.err, HasSubstr("0:app (2 frames), 1:app (1 frames)"));
+    EXPECT_THAT(secondCamera.out, AllOf(HasSubstr("// Frame 7\n"), Not(HasSubstr("// Frame 1\n"))));
 }
 
 // On the phone with three cameras, 4x asked with 2x published. Main: half of 4080x3060. Wide: the
