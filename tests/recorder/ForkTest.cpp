@@ -4,7 +4,9 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 
@@ -18,12 +20,25 @@ namespace {
 using NSCam::Feature::MockManager;
 using ::testing::NiceMock;
 
-// Nearly always a thread is under the recorder's lock, which the child has, but not the thread.
+/// Has a lock of its own, as the module.
+class LockedManager : public NiceMock<MockManager> {
+ public:
+    bool isPortExist(int32_t /*sensorId*/, int32_t /*port*/) override {
+        std::lock_guard const guard(mLock);
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        return true;
+    }
+
+ private:
+    std::mutex mLock;
+};
+
+// Nearly always a thread is under the two locks, which the child has, but not the thread.
 TEST(ForkTest, ChildNeitherWaitsNorWrites) {
     TestFolder const folder;
     static auto const& manager = *new auto(makeRecordingManager(
         std::make_unique<CallRecorder>(Settings{folder.record, uint64_t{64} << 20U}),
-        std::make_shared<NiceMock<MockManager>>()));
+        std::make_shared<LockedManager>()));
 
     std::atomic<bool> isOver = false;
     std::thread caller([&] {
