@@ -17,6 +17,7 @@ namespace {
 
 void fillPlatform() {
     NSCam::Host::captureLog(true);
+    log_dbg_print("test", 0, "first");
     NSCam::Host::setProperty("vendor.debug.exit", 4);
     NSCam::Host::setSensor(0, {{0, NSCam::Host::SensorModeInfo{NSCam::MSize{4, 3}, {{}}}}});
     NSCam::IGenericContainer<int>::createWriter("exit", 3, 0)->publish(4);
@@ -26,7 +27,7 @@ bool platformAnswers() {
     NSCam::MSize size;
     NSCamHW::simplifiedMatrix matrix{};
     log_dbg_print("test", 0, "still here");
-    return NSCam::Host::takeCapturedLog().size() == 1 &&
+    return NSCam::Host::takeCapturedLog().size() == 2 &&
            NSCam::Utils::Properties::property_get_int32("vendor.debug.exit", 0) == 4 &&
            NSCam::utility::ICamsysSensorInfoHelper::getInstance()->getSensorSize(0, 0, size) &&
            NSCamHW::HwTransHelper(0).getMatrixFromActive(0, matrix) &&
