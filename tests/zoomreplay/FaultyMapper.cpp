@@ -1,5 +1,5 @@
 // A customer's mapper that throws what it should not, whenever it is configured and for 8x and
-// more, and crashes for 16x and more.
+// more, and crashes for 16x and more. Its crops tell for whom it was made.
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
@@ -8,10 +8,13 @@
 
 namespace NSCam::Feature {
 
-struct CustomSensorCropMapper::Impl {};
+struct CustomSensorCropMapper::Impl {
+    bool isExternalApi;
+};
 
 CustomSensorCropMapper::CustomSensorCropMapper(
-    ISensorCropMapperFactory::CreationParams const& /*params*/, char const* /*name*/) {}
+    ISensorCropMapperFactory::CreationParams const& params, char const* /*name*/)
+    : mImpl(new Impl{params.externalApi}) {}
 
 CustomSensorCropMapper::~CustomSensorCropMapper() = default;
 
@@ -43,7 +46,8 @@ bool CustomSensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCrop
     }
     out.isValid = true;
     out.zoomRatio = in.zoomRatio;
-    out.sensorCrops[0] = {100, 100, 1000, 750};
+    int32_t const edge = mImpl->isExternalApi ? 100 : 0;
+    out.sensorCrops[0] = {edge, edge, 1000, 750};
     return true;
 }
 

@@ -92,7 +92,7 @@ TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeItAndNothingHalf) {
               std::string(kModeResult) +
                   R"({"line": 2, "op": "SensorCropMapper.getSensorCrop", "result": true, )"
                   R"("output": {"isValid": true, "zoomRatio": 2, )"
-                  R"("sensorCrops": {"0": [100, 100, 1000, 750]}}})"
+                  R"("sensorCrops": {"0": [0, 0, 1000, 750]}}})"
                   "\n");
 }
 

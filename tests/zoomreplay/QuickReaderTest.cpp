@@ -45,12 +45,14 @@ TEST(QuickReaderTest, TheStrictReaderHasRoomForTheSameLine) {
         for (size_t i = 0; i < count; ++i) {
             line += "7,";
         }
-        auto const& members = std::get<scenario::Members>(document.parse(line + "-0]}").value);
+        auto const& members =
+            std::get<scenario::Members>(document.parse(line + "false,-0]}").value);
         ASSERT_EQ(members.size(), 1U);
         auto const& elements = std::get<scenario::Elements>(members[0].node.value);
-        ASSERT_EQ(elements.size(), count + 1);
+        ASSERT_EQ(elements.size(), count + 2);
         EXPECT_EQ(std::get<uint64_t>(elements[count - 1].value), 7U);
-        EXPECT_EQ(std::get<int64_t>(elements[count].value), 0);
+        EXPECT_FALSE(std::get<bool>(elements[count].value));
+        EXPECT_EQ(std::get<int64_t>(elements[count + 1].value), 0);
     }
 }
 
