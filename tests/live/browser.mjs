@@ -138,6 +138,22 @@ try {
   await browser.evaluate(`location.hash = '#request=3'`);
   await until(`document.getElementById('hover').textContent.startsWith('request 3 \u00b7 asked 1.00\u00d7 \u00b7 ')`);
 
+  // What looks like a jump until the request goes on is none any more.
+  const jumps = (count) => until(`document.querySelector('[data-finding=jump]').textContent.endsWith(': ${count}')`, `${count} jumps`);
+  const tell = (...own) => {
+    lines.push(...own);
+    live.write(...own);
+  };
+  const publish = (zoomRatio) => ({ op: 'publish', enable: true, zoomRatio });
+  const deposit = (requestNo) => ({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1, 1: 1 } });
+  const inP1 = (requestNo) => [publish(3), { op: 'getP1CropSetting', requestNo, zoomRatio: 9 }, { op: 'onRequestDone', requestNo }];
+  tell(deposit(1101), ...inP1(1101));
+  await jumps(2);
+  tell(deposit(1102), publish(4), { op: 'getP2CropSetting', requestNo: 1102, zoomRatio: 1 });
+  await jumps(3);
+  tell(...inP1(1102));
+  await jumps(2);
+
   assert.deepEqual(browser.errors, [], 'nothing on the console');
   const { origin } = new URL(live.address);
   assert.deepEqual(browser.addresses.filter((url) => !url.startsWith('data:') && !url.startsWith(origin)), [], 'nothing is loaded from elsewhere');

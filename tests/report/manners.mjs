@@ -28,6 +28,11 @@ const SEEN = `(() => {
   const name = (node) => (node.id || node.className.baseVal || node.className || node.tagName) + ' ' + node.textContent.trim().slice(0, 30);
   return {
     texts: all.filter(hasText).map((node) => [parseFloat(getComputedStyle(node).fontSize) * scaleOf(node), name(node)]),
+    unseen: all.filter((node) => hasText(node) && !node.ownerSVGElement).filter((node) => {
+      let ground = node;
+      while (ground && getComputedStyle(ground).backgroundColor === 'rgba(0, 0, 0, 0)') ground = ground.parentElement;
+      return getComputedStyle(node).color === getComputedStyle(ground ?? node).backgroundColor;
+    }).map(name),
     targets: all.filter((node) => node.matches('button, a, input, select, summary, label:has(input[type=checkbox]), #timeline, #strip, #why li')).map((node) => {
       const { width, height } = (node.closest('label') ?? node).getBoundingClientRect();
       return [Math.min(width, height), name(node)];
@@ -47,9 +52,10 @@ test('390 pixels are enough to read and to hit', async () => {
     await open(report);
     await browser.evaluate(`document.getElementById('jumps').open = true; document.querySelector('#findings button').click()`);
     await shownRequest(browser, await browser.evaluate(`document.querySelector('#walk-list [aria-current]').textContent`));
-    const { texts, targets, names, isWide } = await browser.evaluate(SEEN);
+    const { texts, unseen, targets, names, isWide } = await browser.evaluate(SEEN);
     assert.ok(texts.length > 100 && targets.length > 30);
     assert.deepEqual(texts.filter(([size]) => size < 10.95), [], report);
+    assert.deepEqual(unseen, [], 'texts have another colour than their ground');
     assert.deepEqual(targets.filter(([size]) => size < 23.95), [], report);
     assert.equal(isWide, false, 'nothing scrolls sideways');
     assert.ok(names.least >= 0 && names.gutter < 0.25, `names of lanes have room and leave room: ${JSON.stringify(names)}`);
@@ -61,6 +67,7 @@ test('390 pixels are enough to read and to hit', async () => {
 
 test('without scripts there is a plain table', async () => {
   await browser.send('Emulation.setScriptExecutionDisabled', { value: true });
+  await browser.resize(1280, 900);
   await browser.open(reports[0]);
   const { root } = await browser.send('DOM.getDocument', { depth: -1 });
   const seen = async (selector) => {
@@ -69,6 +76,8 @@ test('without scripts there is a plain table', async () => {
   };
   assert.ok((await seen('#plain tbody tr')).length > 8 && (await seen('#plain tbody tr')).every(Boolean));
   assert.ok((await seen('#plain li')).every(Boolean));
+  const { nodeId } = await browser.send('DOM.querySelector', { nodeId: root.nodeId, selector: '#plain table' });
+  assert.ok((await browser.send('DOM.getBoxModel', { nodeId })).model.width < 1280, 'long cells go on in a next line');
   assert.ok((await seen('button')).every((isSeen) => !isSeen), 'no dead buttons');
 });
 
