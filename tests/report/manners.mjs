@@ -115,6 +115,13 @@ test('no declaration of the style is left out', async () => {
 test('names differ, and paper has what can be read on it', async () => {
   await browser.resize(1280, 1000);
   await open(reports[0]);
+  await shownRequest(browser, '1');
+  const { pictures, request, askew } = await browser.evaluate(`({
+    ...Object.fromEntries([['pictures', 'sensors'], ['request', 'request']].map(([name, id]) => [name, document.getElementById(id).getBoundingClientRect().toJSON()])),
+    askew: [...document.querySelectorAll('table')].flatMap(({ tHead, tBodies }) => [...tHead?.rows[0].cells ?? []].filter((head, i) =>
+      [...tBodies[0].rows].some(({ cells }) => cells.length > i && cells.length > 1 && getComputedStyle(cells[i]).textAlign.replace('start', 'left') !== getComputedStyle(head).textAlign)).map(({ textContent }) => textContent)) })`);
+  assert.ok(pictures.right <= request.left && pictures.width > request.width && pictures.top === request.top, 'pictures have the larger part of the width');
+  assert.deepEqual(askew, [], 'heads stand above what they name');
   const names = await browser.evaluate(`[...document.querySelectorAll('[aria-label]:not(svg)')].map((node) => node.ariaLabel)`);
   assert.ok(names.length > 15);
   assert.deepEqual(names.filter((name, i) => names.indexOf(name) !== i), []);
