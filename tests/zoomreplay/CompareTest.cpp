@@ -207,7 +207,10 @@ TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
     std::string const inOne = "4 results differ, in 1 request\n";
     auto added = all;
     added.insert(added.begin() + 100, 700);
-    EXPECT_EQ(differ(ramp(added)), requestTold("s.jsonl", 403, "request 700: ", isNew) + inOne);
+    EXPECT_EQ(differ(std::string(kModeLine) + ramp(added)),
+              "s.jsonl:1: getZoomOverrideMode: " + isNew + '\n' +
+                  requestTold("s.jsonl", 404, "request 700: ", isNew) +
+                  "5 results differ, in 1 request\n");
 
     auto twice = all;
     twice.insert(twice.begin() + 50, 150);

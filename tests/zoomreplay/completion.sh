@@ -15,6 +15,10 @@ offers() {
     fi
 }
 
+compopt() {
+    told=$*
+}
+
 cd "$(mktemp -d)"
 touch pinch.jsonl important.txt
 
@@ -30,3 +34,4 @@ offers "--jobs --junit" zoomreplay run pinch.jsonl --j
 for number in "pinch.jsonl --requests" "pinch.jsonl --limit" "why pinch.jsonl 1 --sensor" "why pinch.jsonl 1 --port"; do
     offers "" zoomreplay $number p
 done
+[ "$told" = "-o filenames" ]  # folders end with a slash, and blanks are quoted
