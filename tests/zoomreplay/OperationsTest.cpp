@@ -179,16 +179,18 @@ TEST_F(CallLogTest, BelongsToTheCallThatWroteIt) {
 TEST_F(CallLogTest, OfTheManagersMakingBelongsToTheFirstManagerLine) {
     auto const result = replay(
         R"({"op":"logger","mode":2,"detailsLevel":5}
+{"op":"property","name":"vendor.debug.camera.zoomOverride.log","value":-70000}
 {"op":"SensorCropMapper.config"}
 {"op":"isPortExist","sensorId":0,"port":1}
 {"op":"isPortExist","sensorId":0,"port":1}
 )",
         {"--log"});
 
-    auto const isPortExist = result.out.find("{\"line\": 3");
+    EXPECT_THAT(result.out, testing::HasSubstr("create instance - logLevel:-70000\""));
+    auto const isPortExist = result.out.find("{\"line\": 4");
     auto const created = result.out.find("[Zoom Override]: create instance +");
     EXPECT_LT(isPortExist, created);
-    EXPECT_LT(created, result.out.find("{\"line\": 4"));
+    EXPECT_LT(created, result.out.find("{\"line\": 5"));
     EXPECT_EQ(result.out.find("[Zoom Override]: create instance +", created + 1),
               std::string::npos);
 }
