@@ -21,7 +21,8 @@ Rig rigWithModes() {
     Rig rig;
     rig.modes[kSensor] = {{1, {MSize{1000, 600}, {{0.5F, -50.0F, 0.5F, -100.0F}}}},
                           {2, {MSize{400, 325}, {{0.25F, 0.0F, 0.25F, 0.0F}}}},
-                          {3, {MSize{9000, 9000}, {}}}};
+                          {3, {MSize{9000, 9000}, {}}},
+                          {4, {MSize{9000, 9000}, {{0.0F, 0.0F, 0.5F, 0.0F}}}}};
     return rig;
 }
 
@@ -83,6 +84,7 @@ TEST(FieldOfViewTest, WhatIsNotKnownHasNoView) {
     Rig rig = rigWithModes();
     EXPECT_FALSE(viewOf(rig, 4, 1, kCrop, Domain::ActiveArray).has_value()) << "no array";
     EXPECT_FALSE(viewOf(rig, kSensor, 3, kCrop, Domain::Tg).has_value()) << "no matrix";
+    EXPECT_FALSE(viewOf(rig, kSensor, 4, kCrop, Domain::Tg).has_value()) << "no way back";
     EXPECT_FALSE(viewOf(rig, kSensor, 9, kCrop, Domain::Tg).has_value()) << "no mode";
     for (float const degrees : {0.0F, 180.0F, std::numeric_limits<float>::quiet_NaN()}) {
         configure(rig, configOf(kSensor, degrees));

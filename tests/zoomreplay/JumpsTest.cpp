@@ -93,8 +93,8 @@ TEST_F(JumpsTest, ListsAsManyAsWanted) {
 TEST_F(JumpsTest, CountsThemAll) {
     std::ostringstream scenario;
     scenario << R"({"op":"initialize","mode":1}
-{"op":"configSensorInfo","sensorIds":[0,1],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,4000,3000]},"1":{"degreeH":30,"degreeV":20,"activeArray":[0,0,4000,3000]}}}
-{"op":"setRunTimeCropNeedData","requestNo":0,"sensorModes":{"0":1,"1":1}}
+{"op":"configSensorInfo","sensorIds":[0,1,2],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,4000,3000]},"2":{"degreeH":1,"degreeV":1,"activeArray":[0,0,4000,3000]},"1":{"degreeH":30,"degreeV":20,"activeArray":[0,0,4000,3000]}}}
+{"op":"setRunTimeCropNeedData","requestNo":0,"sensorModes":{"0":1,"1":1,"2":1}}
 )";
     for (int request = 1; request <= 2561; ++request) {
         scenario << R"({"op":"setRunTimeCropNeedData","notice":"repeating","requestNo":)" << request
@@ -102,12 +102,15 @@ TEST_F(JumpsTest, CountsThemAll) {
                  << R"({"op":"onRequestDone","requestNo":)" << request << "}\n";
         if (request > 60) {
             scenario << R"({"op":"getP1CropSetting","zoomRatio":1,"requestNo":)" << request - 60
-                     << ",\"sensorId\":" << request % 2 << "}\n";
+                     << ",\"sensorId\":" << (request == 1560 ? 2 : request % 2) << "}\n";
         }
     }
     auto const list = jumps(scenario.str());
 
-    // tan 34 / tan 15 of the width that sensor 1 shows, and back.
+    // tan 15 / tan 0.5 of the width that sensor 2 shows, which is asked once; tan 34 /
+    // tan 15 of the width that sensor 1 shows, and back.
+    EXPECT_THAT(list, testing::StartsWith("   line    request  jump\n   4626       1501  from "
+                                          "sensor 2 to 1: wider by 2970.4 %\n"));
     EXPECT_THAT(list, testing::HasSubstr("from sensor 1 to 0: wider by 151.7 %\n"));
     EXPECT_THAT(list, testing::EndsWith("\nand 2490 more\n"));
     EXPECT_THAT(jumps(scenario.str(), {"--limit", "5000"}), testing::EndsWith("\nand 1500 more\n"));

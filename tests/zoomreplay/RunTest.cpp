@@ -60,6 +60,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     put("r/empty.jsonl", "");
     put("r/exception.jsonl", kExceptionRecord);
     put("r/fatal.jsonl", kFatalLine);
+    std::filesystem::create_symlink("/proc/self/mem", pathOf("r/io.jsonl"));
     put("r/packed.jsonl.gz", "\x1f\x8b");
     put("r/torn.jsonl", kThreeRequests.substr(0, kThreeRequests.size() - 9));
     put("r/.hidden.jsonl", "{");
@@ -87,10 +88,12 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
             "       0           0          0           0      1            -  fatal    "
             "r/fatal.jsonl\n"
             "       0           0          0           0      0            -  broken   "
+            "r/io.jsonl\n"
+            "       0           0          0           0      0            -  broken   "
             "r/packed.jsonl.gz\n"
             "       3           2          1           0      0            -  ok       "
             "r/torn.jsonl\n"
-            "10 records: 5 ok, 4 broken, 1 fatal\n");
+            "11 records: 5 ok, 5 broken, 1 fatal\n");
     EXPECT_THAT(
         result.err,
         testing::MatchesRegex(
@@ -100,6 +103,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
             "r/damaged.jsonl:1: [^\n]*\n"
             "(.*feature/.*\n)+"
             "r/fatal.jsonl:1: getHistoryCropNeedData: the library stopped the process\n"
+            "r/io.jsonl: cannot read: Input/output error\n"
             "r/packed.jsonl.gz: is packed; only plain JSON Lines are replayed\n"
             "r/torn.jsonl:11: cut off; the record ends with the line before\n"));
 }

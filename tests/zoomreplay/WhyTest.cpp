@@ -13,7 +13,7 @@ using WhyTest = ToolTest;
 // The second query gets the first one's answer, whatever has come since.
 TEST_F(WhyTest, TellsOfStreamsAndOfKeptAnswers) {
     write("s.jsonl", std::string(kSensor) + R"({"op":"initialize","mode":3}
-{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000001":[64,48],"0x70020000000002":[640,480]},"constraintStreams":{"0x70010000000001":"0x70020000000002"}}
+{"op":"setRunTimeCropNeedData","requestNo":1,"sensorModes":{"0":1},"streamSizes":{"0x70010000000001":[64,48],"0x70020000123456":[640,480]},"constraintStreams":{"0x70010000000001":"0x70020000123456"}}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":2,"customStreamCrops":[1,4400,0,400,300]},"streamIdMap":{"1":"0x70010000000001"}}
 {"op":"getP1CropSetting","requestNo":1,"zoomRatio":4}
 {"op":"storeOverrideSetting","metadata":{"zoomRatio":9},"streamIdMap":{}}
@@ -30,7 +30,7 @@ TEST_F(WhyTest, TellsOfStreamsAndOfKeptAnswers) {
     (2200, 0)/200x150               TG      converted to sensor mode 1 (line 3), x by 0.5 and 0, y
                                             by 0.5 and 0: exactly (2200, 0)/200x150, fractions cut
     (832, 408)/640x480              TG      smaller than 640x480, the size of stream
-                                            0x70020000000002: grown to it and centred
+                                            0x70020000123456: grown to it and centred
 
 Request 1, P1 of line 7 for 4.00x: overridden
   the answer of line 5, kept until the request is done

@@ -106,6 +106,10 @@ requests  overridden  corrected  exceptions  fatal  differences  result   record
         *junit_case("junit", "torn.jsonl", (0, 0, 0, 0, 0, 0), said=torn),
         *junit_case(".", "plain.jsonl", (0, 0, 0, 0, 0, 0)),
     ], told
+    readable, writable = os.pipe()
+    os.close(readable)  # as that of head does
+    subprocess.run([ZOOMREPLAY, "run", "plain.jsonl", "--junit", "k.xml"], check=True, stdout=writable)
+    assert os.path.exists("k.xml")
     assert os.listdir(".").count("j.xml") == 1 and not [name for name in os.listdir(".") if "part" in name]
 
 
@@ -139,11 +143,11 @@ def wait_until_read(pipe, process):
 
 def test_killed_child():
     """It is told, with the line, and the others go on."""
-    run = start("fifo.jsonl", "plain.jsonl", "--jobs", "1")
+    run = start("fifo.jsonl", "plain.jsonl", "--jobs", "2")
     pipe = open_for_writing("fifo.jsonl")
     os.write(pipe, (LINE * 3).encode())
     with open(f"/proc/{run.pid}/task/{run.pid}/children", encoding="ascii") as children:
-        child = int(children.read())
+        child = int(children.read().split()[0])
     wait_until_read(pipe, child)
     os.kill(child, signal.SIGKILL)
     out, err = run.communicate()
@@ -199,17 +203,20 @@ def read_rest(terminal):
 def test_terminal():
     """The progress goes when the rows come, and what is not well is red."""
     ours, theirs = pty.openpty()
-    run = start("fifo.jsonl", "junit/sub/fatal.jsonl", "plain.jsonl", "--jobs", "3", "--junit", "j.xml", stderr=theirs)
+    run = start("fifo.jsonl", "./junit/sub/fatal.jsonl", "plain.jsonl", "--jobs", "1", "--junit", "j.xml", stderr=theirs)
     os.close(theirs)
     pipe = open_for_writing("fifo.jsonl")
-    assert b"\r100 %  2 of 3 records\x1b[K" in read_until(ours, b"2 of 3 records\x1b[K")
+    assert b"\r 62 %  1 of 3 records\x1b[K" in read_until(ours, b"1 of 3 records\x1b[K")
     os.close(pipe)
     assert b"\r\x1b[K" in read_rest(ours)
     out = run.communicate()[0]
     assert "\x1b" not in out and run.returncode == 3
-    timed = [node.get("time") for node in xml.etree.ElementTree.parse("j.xml").getroot().iter() if node.get("time")]
-    whole, waiting, *others = map(float, timed)
-    assert whole >= waiting >= 1 and waiting > max(others), timed
+    root = xml.etree.ElementTree.parse("j.xml").getroot()
+    timed = [node.get("time") for node in root.iter() if node.get("time")]
+    whole, fatal, waiting, *others = map(float, timed)
+    assert whole >= waiting >= 1 and waiting > max(fatal, *others), timed
+    counts = [node.text for node in root.iter("system-out")]
+    assert counts[1] == "0 requests, 0 overridden, 0 corrected, 0 exceptions, 0 fatal", counts
 
     ours, theirs = pty.openpty()
     run = start("junit/sub/fatal.jsonl", "plain.jsonl", stdout=theirs)

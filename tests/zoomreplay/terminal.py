@@ -121,6 +121,9 @@ def main():
                      if unicodedata.category(chr(code)) not in ("Cn", "Cs"))
     assert show_name(command[0], beside) == beside
 
+    why = show([command[0], "why", command[1], "1"], 90)
+    assert 80 < max(map(len, why.splitlines())) <= 90, why
+
     readable, writable = os.pipe()
     os.close(readable)
     closed = subprocess.run(command, stdout=writable, stderr=subprocess.PIPE)
