@@ -53,6 +53,7 @@ void ChildProcess::run(Work const& work, int pipe, pid_t parent) {
     dup2(nothing, STDIN_FILENO);
     dup2(pipe, STDOUT_FILENO);
     dup2(pipe, STDERR_FILENO);
+    closefrom(STDERR_FILENO + 1);  // the pipes of the others, which may be all that one may have
     auto status = ExitStatus::BadInput;
     try {
         status = work();
