@@ -61,6 +61,8 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     put("r/exception.jsonl", kExceptionRecord);
     put("r/fatal.jsonl", kFatalLine);
     std::filesystem::create_symlink("/proc/self/mem", pathOf("r/io.jsonl"));
+    std::filesystem::create_symlink(".", pathOf("r/loop"));
+    mkfifo(pathOf("r/fifo.jsonl").c_str(), 0600);
     put("r/packed.jsonl.gz", "\x1f\x8b");
     put("r/torn.jsonl", kThreeRequests.substr(0, kThreeRequests.size() - 9));
     put("r/.hidden.jsonl", "{");
@@ -106,6 +108,10 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
             "r/io.jsonl: cannot read: Input/output error\n"
             "r/packed.jsonl.gz: is packed; only plain JSON Lines are replayed\n"
             "r/torn.jsonl:11: cut off; the record ends with the line before\n"));
+    for (char const* ending : {"gz", "xz", "zst", "bz2"}) {
+        EXPECT_THAT(run({"run", std::string("r/a.jsonl.") + ending}).err,
+                    HasSubstr(": is packed; "));
+    }
 }
 
 TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
