@@ -241,6 +241,8 @@ constexpr std::string_view kTitle = "  API2 camera characteristics:\n";
 constexpr std::string_view kPhysicalIds =
     "      android.logicalMultiCamera.physicalIds (1a0000): byte[2]\n        [53 0 ]\n";
 
+char const* const kIsOutside = ": an active array outside its pixel array; crops may be shifted";
+
 Change const kChanges[] = {
     {"unchanged", "API2", "API2", ""},
     {"values wrapped", "[4 4 4081 3073 ]", "[4\t4\n        4081 3073 ]", ""},
@@ -311,9 +313,10 @@ Change const kChanges[] = {
      "android.scaler.availableMaxDigitalZoom cannot be read (line 10: [], announced as 1 values); "
      "android.sensor.info.pixelArraySize cannot be read (line 2: [4081 ], announced as 2 values); "
      "android.sensor.orientation cannot be read (line 12: [90.5 ], announced as 1 values)"},
-    {"array outside the pixels", kTitle,
-     "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4081 3076 ]\n",
-     ": an active array outside its pixel array; crops may be shifted"},
+    {"columns outside the pixels", kTitle,
+     "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4084 3077 ]\n", kIsOutside},
+    {"rows outside the pixels", kTitle,
+     "android.sensor.info.pixelArraySize (f0006): int32[2]\n[4085 3076 ]\n", kIsOutside},
 };
 INSTANTIATE_TEST_SUITE_P(All, ChangedDumpTest, testing::ValuesIn(kChanges));
 

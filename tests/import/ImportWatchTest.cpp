@@ -218,9 +218,12 @@ Log const kLogs[] = {
      "0.6 0.7 0.8 0.9 ", ""},
     {"region outside the array",
      "f1:0ns: REQ:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
-     "f2:0ns: REQ:android.scaler.cropRegion: [2001 0 2000 3000 ]\n",
-     "1 1 ",
-     "zoom.log: crop regions outside the master's array of 4000x3000: 1, first in frame 2; is the "
+     "f2:0ns: REQ:android.scaler.cropRegion: [2001 0 2000 3000 ]\n"
+     "f3:0ns: REQ:android.scaler.cropRegion: [0 1 4000 3000 ]\n"
+     "f4:0ns: REQ:android.scaler.cropRegion: [-1 0 4000 3000 ]\n"
+     "f5:0ns: REQ:android.scaler.cropRegion: [0 -1 4000 3000 ]\n",
+     "1 1 1 1 1 ",
+     "zoom.log: crop regions outside the master's array of 4000x3000: 4, first in frame 2; is the "
      "rig of another camera or phone?\n"},
     {"headings, results, other tags and prefixes",
      "Watching 2 tags\n\n"
@@ -346,8 +349,8 @@ TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
         "f8:1234000ns: RES:android.control.zoomRatio: [1.90000000]\n"
         "f8:1234000ns: RES:android.logicalMultiCamera.activePhysicalId: [50 48 0 ]\n"
         "f9:0ns: 5 RES:android.scaler.cropRegion: [0 0 1 1 ]\n"
-        "f10:0ns: RES:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
         "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 ]\n"
+        "f10:0ns: RES:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
         "f20:0ns: REQ:android.control.zoomRatio: [5.00000000]\n"
         "f21:0ns: REQ:android.control.zoomRatio: [6.00000000]\n"
         "f22:0ns: REQ:android.control.zoomRatio: [7.00000000]\n"
