@@ -1,4 +1,5 @@
 // A running `zoomreplay live`: its input, its address and its end.
+import assert from 'node:assert/strict';
 import { spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { readdirSync } from 'node:fs';
@@ -65,6 +66,7 @@ export class Live {
     const request = http.request(address + path, { headers, method, agent: false });
     request.end();
     const [response] = await once(request, 'response');
+    assert.equal(response.rawHeaders.length, 2 * Object.keys(response.headers).length, 'each header once');
     let text = '';
     for await (const chunk of response.setEncoding('utf8')) text += chunk;
     return { status: response.statusCode, headers: response.headers, text };
@@ -118,11 +120,12 @@ export class Reader {
     this.response.setEncoding('utf8').on('data', (text) => {
       const parts = (rest + text).split('\n\n');
       rest = parts.pop();
-      for (const part of parts.filter((each) => each.includes('event:'))) {
+      const told = parts.filter((each) => each.includes('event:'));  // the others are signs of life
+      for (const part of told) {
         const fields = Object.fromEntries(part.split('\n').map((line) => line.match(/^(\w+): (.*)$/).slice(1)));
         this.events.push({ name: fields.event, id: fields.id, data: JSON.parse(fields.data) });
       }
-      this.changed();
+      if (told.length > 0) this.changed();
     });
   }
 

@@ -50,6 +50,7 @@ export const toldInEvents = async (events) => {
     if (data.isFold) sinceFold = new Set();
     data.rigs?.forEach((rig, i) => { told.rigs[data.firstRig + i] = rig; });
     if (data.jumpsFrom !== undefined) told.jumps = [...told.jumps.filter(({ index }) => index < data.jumpsFrom), ...data.jumps];
+    assert.ok(data.count >= told.count, 'requests do not get fewer');
     told.count = data.count;
   }
   return { ...told, jumps: plainJumps(told.jumps) };

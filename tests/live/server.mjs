@@ -84,7 +84,7 @@ const tests = {
       if (no === 700) feed({ ...SETUP[0], modes: { 1: { size: [2304, 1296], window: [0, 0, 4608, 2590] } } });
       feed(...request(no));
       if (no === 600) await early.until(isCount(600));
-      if (no > 9) feed({ op: 'observed', requestNo: no - 5, activePhysicalId: '1' });
+      if (no > 9) feed({ op: 'observed', requestNo: no - 5, activePhysicalId: String(no >> 7) });  // a new word now and then
     }
     await early.until(isCount(1200));
     feed(...request(1201).slice(0, 4));  // is never done
@@ -162,6 +162,8 @@ const tests = {
       assert.match(early.headers['content-disposition'], /^attachment; filename="zoom.html"$/);
       assert.equal(early.text, expectedEarly);
     }
+    const undone = ({ overview }) => overview.map(({ marks }) => (marks >> 7) & 1);
+    assert.deepEqual([undone(await toldInEvents(reader.events)), undone(await toldInReport(expectedEarly))], [[0, 0], [0, 1]], 'it goes on, and may be done');
     const rest = [...requestLines(2, 3).slice(3), ...requestLines(3, 9)];
     live.write(...rest);
     live.endInput();
@@ -232,8 +234,10 @@ const tests = {
     const live = await Live.run([...user, tool, 'live', '-'], {});
     const limit = (what) => execFileSync(user[0], [...user.slice(1), 'prlimit', `--pid=${live.process.pid}`, what]);
     const why = () => live.get('report').then(({ status, text }) => [status, text]);
+    const [files] = live.holds();
     limit('--nproc=1');
     assert.deepEqual(await why(), [500, 'cannot copy the process: Resource temporarily unavailable\n']);
+    await eventually(() => live.holds()[0] === files, 'the pipe is closed');
     limit(`--nofile=${live.holds()[0] + 1}:`);  // which the connection takes
     assert.deepEqual(await why(), [500, 'cannot make a pipe: Too many open files\n']);
     limit('--nofile=1024:');
@@ -320,12 +324,14 @@ const tests = {
     assert.match(refused.errors, /--open: cannot run xdg-open: No such file or directory/);
 
     const opened = join(folder, 'opened');
-    writeFileSync(join(folder, 'xdg-open'), `#!/bin/sh\nprintf %s "$1" > '${opened}'\n`);
+    writeFileSync(join(folder, 'xdg-open'), `#!/bin/sh\ncat; echo noise >&2
+printf '%s %s %s' "$1" "$(sed -n 's/SigBlk:.//p' /proc/self/status)" $(($(cut -d' ' -f6 /proc/$$/stat) == $$)) > '${opened}'\n`);
     chmodSync(join(folder, 'xdg-open'), 0o755);
     const shown = await Live.start(tool, ['--open'], { PATH: `${folder}:${process.env.PATH}` });
-    const isOpened = () => existsSync(opened) && readFileSync(opened, 'utf8') === shown.address;
-    await eventually(isOpened, 'the browser gets the address');
+    const isOpened = () => existsSync(opened) && readFileSync(opened, 'utf8') === `${shown.address} 0000000000000000 1`;
+    await eventually(isOpened, 'the browser gets the address, all signals, and a session of its own');
     assert.equal(await shown.interrupt(), 0);
+    assert.equal(shown.errors, '');
   },
 
   async 'on the terminal of a desktop it opens a browser'() {
