@@ -12,7 +12,7 @@ export const KEEP_DRAWINGS = `(() => {
     const draw = CanvasRenderingContext2D.prototype[name];
     CanvasRenderingContext2D.prototype[name] = function (...what) {
       const { e, f } = this.getTransform();
-      this.canvas.drawn?.push({ name, what, left: e, top: f, colour: this.fillStyle });
+      this.canvas.drawn?.push({ name, what, left: e, top: f, colour: name === 'strokeRect' ? this.strokeStyle : this.fillStyle });
       draw.apply(this, what);
     };
   }
@@ -71,7 +71,7 @@ export const shownRequest = async (browser, name, isChosen = true) => {
 };
 
 const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',
-  '--jump', '--stale', '--outside', '--undone', '--expected', '--override', '--phone', '--ink', '--c0', '--c1', '--c2', '--faint', '--card'].map((name) => {
+  '--jump', '--stale', '--outside', '--undone', '--expected', '--override', '--phone', '--ink', '--c0', '--c1', '--c2', '--faint', '--card', '--accent'].map((name) => {
   const context = document.createElement('canvas').getContext('2d');
   context.fillStyle = getComputedStyle(document.documentElement).getPropertyValue(name).trim();
   return [name, context.fillStyle];

@@ -6,6 +6,7 @@ import { readFileSync, statSync } from 'node:fs';
 import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
+import { KEEP_DRAWINGS } from './Page.mjs';
 import { PATIENCE } from './Patience.mjs';
 
 const [report, resultFile, expectedFile, other, planted] = process.argv.slice(2);
@@ -25,6 +26,7 @@ assert.ok(statSync(report).size < 50 * answers.length, 'a request needs little r
 
 const browser = await Chromium.start();
 try {
+  await browser.before(KEEP_DRAWINGS);
   await browser.open(`${pathToFileURL(report).href}#request=${planted}`);
   const shown = async (request) => {
     await browser.evaluate(`(async () => {
@@ -62,6 +64,18 @@ try {
 
   assert.match(await browser.evaluate(`document.getElementById('timeline-text').textContent`),
     new RegExp(`P1 overridden in ${answers.length} of ${answers.length} requests`));
+
+  // The strip's bars reach from the lowest to the highest override of their requests.
+  const { drawn, width, height } = await browser.evaluate(`(({ drawn, width, height }) => ({ drawn, width, height }))(document.getElementById('strip'))`);
+  const overrideOf = (request) => 0.9 * (2.2 + Math.sin(request / 180));
+  const bars = drawn.filter(({ name }) => name === 'fillRect').slice(0, -2).map(({ what }) => what);
+  const placeOf = (value) => height - 4 - (height - 8) * (value - 0.9 * 1.2) / (0.9 * 2);
+  assert.ok(bars.length > width / 2);
+  for (const [x, top, w, h] of bars.filter(([x, , w]) => (x + w) <= width)) {
+    const first = Math.round(x / width * answers.length);
+    const own = Array.from({ length: Math.round(w / width * answers.length) }, (_, i) => placeOf(overrideOf(first + i + 1)));
+    assert.ok(Math.abs(top - Math.min(...own)) < 0.1 && Math.abs(top + h - Math.max(...own, Math.min(...own) + 1.5)) < 0.1, `bar at ${x}: ${top} + ${h}`);
+  }
 
   const [worst] = await browser.evaluate(`[...document.querySelectorAll('#jump-list li')].map((item) => item.textContent)`);
   assert.match(worst, new RegExp(`request ${planted}: sensor 2 narrower by 6.* to the right`));

@@ -5,7 +5,7 @@ import { pathToFileURL } from 'node:url';
 
 import { Chromium } from './Chromium.mjs';
 import { COUNT, DIFFERENT_BY, SPECIAL, askedOf, askerOf, modesOf, overrideOf } from './movesScenario.mjs';
-import { KEEP_DRAWINGS, shownRequest } from './Page.mjs';
+import { KEEP_DRAWINGS, coloursOf, shownRequest } from './Page.mjs';
 import { eventually, pause } from './Patience.mjs';
 
 const address = pathToFileURL(process.argv[2]).href;
@@ -153,9 +153,10 @@ test('the overview strip takes the window along', async () => {
   await browser.mouse('mouseReleased', at(20), strip.middle, 0);
   const second = await view();
   near((second[0] + second[1]) / 2, 20, 0.5, 'dragged');
-  const { what: [x, , w] } = await browser.evaluate(`document.getElementById('strip').drawn.find(({ name }) => name === 'strokeRect')`);
+  const { what: [x, , w], colour } = await browser.evaluate(`document.getElementById('strip').drawn.find(({ name }) => name === 'strokeRect')`);
   near(strip.left + x, at(second[0]) + 1, 2, 'the window in the strip begins');
   near(strip.left + x + w, at(second[1]) - 1, 2, 'and ends');
+  assert.equal(colour, (await coloursOf(browser))['--accent']);
   await browser.mouse('mouseMoved', at(10), strip.middle, 0);
   assert.deepEqual(await view(), second, 'no more when it is let go');
 });
