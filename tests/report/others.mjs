@@ -39,9 +39,11 @@ const BAD_LINE = { op: 'nonsense' };
 const sensor = (id) => ({ op: 'sensor', id, modes: { 1: { size: [2304, 1296], window: [0, 0, 4608, 2592] } } });
 
 test('without angles the parts of the sensors are told', async () => {
-  await open([sensor(2), sensor(10), { op: 'initialize', mode: 'ByRequest' },
-    { op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio: 2, previewAaCrops: { 2: [1152, 648, 2304, 1296], 10: [0, 0, 4608, 1296] } } },
+  const set = (zoomRatio, previewAaCrops) => ({ op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio, previewAaCrops } });
+  await open([sensor(2), sensor(10), { op: 'initialize', mode: 'ByRequest' }, set(3, { 2: [0, 0, 4608, 2592], 10: [0, 0, 2304, 2592] }),
     { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: { 2: 1, 10: 1 } },
+    { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
+    set(2, { 2: [1152, 648, 2304, 1296], 10: [0, 0, 4608, 1296] }),  // what is answered last stands
     { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 },
     { op: 'onRequestDone', requestNo: 1 },
     { op: 'observed', requestNo: 7, activePhysicalId: '6' },  // the phone knows requests that the library was not told
@@ -55,7 +57,8 @@ test('without angles the parts of the sensors are told', async () => {
   assert.deepEqual(first.angleHeads, [...head, 'No angles are configured: a configSensorInfo line in the scenario gives them, and the degrees appear.']);
   assert.deepEqual(first.angles, [['2', 'P2', '50.0 %', ''], ['10', 'P2', '100.0 %', '']]);
   assert.deepEqual(first.beams, [[25, 50], [0, 100]]);
-  assert.deepEqual(first.numbers.filter(([, , port]) => port === 'crop').map((row) => row.slice(1, 8)), [['2', 'crop', 'TG', '576', '324', '1152', '648'], ['10', 'crop', 'TG', '0', '0', '2304', '648']]);
+  assert.deepEqual(first.numbers.filter(([, , port]) => port === 'crop').map((row) => row.slice(1, 8)), [['2', 'crop', 'TG', '0', '0', '2304', '1296'], ['10', 'crop', 'TG', '0', '0', '1152', '1296'],
+    ['2', 'crop', 'TG', '576', '324', '1152', '648'], ['10', 'crop', 'TG', '0', '0', '2304', '648']]);
   assert.equal(first.numberHeads.length, 10);
   assert.equal(first.hover, 'request 1 \u00b7 asked 1.00\u00d7 \u00b7 override 2.00\u00d7 \u00b7 width of the crop: sensor 2 0.50, sensor 10 1.00');
   assert.deepEqual(first.cards.map(({ heading, what, figures }) => [heading, what, figures[0].caption]), [2, 10].map((id) =>
