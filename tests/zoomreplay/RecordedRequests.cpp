@@ -66,8 +66,8 @@ class Printer : public RequestConsumer {
                   << ", state " << static_cast<int>(query.state)
                   << (query.isCached ? " kept " : " ") << orDash(query.keptSince) << ", need "
                   << (query.need.has_value() ? jsonText(*query.need) : "-") << ", "
-                  << query.reason.words.substr(0, 30) << (query.trouble.empty() ? "" : ", trouble")
-                  << '\n';
+                  << query.reason.words.substr(0, 30)
+                  << (query.trouble.empty() ? "" : ", " + query.trouble) << '\n';
         for (ReplayedCrop const& crop : query.crops) {
             print(crop);
         }
