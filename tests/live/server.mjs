@@ -89,7 +89,9 @@ const tests = {
     await early.until(isCount(1200));
     feed(...request(1201).slice(0, 4));  // is never done
     await early.until(isCount(1201));
+    const { length } = early.events;
     feed({ op: 'observed', requestNo: 1199, activePhysicalId: '0' });
+    await early.until(() => early.events.length > length);
     live.endInput();
     await early.until(isEnd);
     const late = await live.follow();
