@@ -172,10 +172,11 @@ TEST_F(ImportRigTest, BinnedModeReadsWholePairs) {
 TEST_F(ImportRigTest, NumbersWithoutRoomInAStreamIdAreReplaced) {
     std::string const dump = replaced(std::string(kDump), "legacy/7", "external/256") +
                              replaced(std::string(kDump), "legacy/7", "legacy/back") +
-                             replaced(std::string(kDump), "legacy/7", "legacy/1");
+                             replaced(std::string(kDump), "legacy/7", "legacy/1") +
+                             replaced(std::string(kDump), "legacy/7", "legacy/01");
     EXPECT_THAT(outputOf(import(dump)),
                 AllOf(HasSubstr("Sensor 0 is camera 256:"), HasSubstr("Sensor 2 is camera back:"),
-                      HasSubstr("Sensor 1 is camera 1:")));
+                      HasSubstr("Sensor 1 is camera 1:"), HasSubstr("Sensor 3 is camera 01:")));
 }
 
 TEST_F(ImportRigTest, CamerasThatNumbersDoNotSufficeForAreRefused) {
@@ -547,6 +548,9 @@ TEST_F(ImportRigTest, IdThatIsNoNameIsNotTaken) {
     EXPECT_THAT(
         outputOf(import(replaced(text, R"("cameraId": "3")", R"("cameraId": "\u001b[31m")"))),
         HasSubstr("// Camera 0 is logical"));
+    EXPECT_EQ(outputOf(import(replaced(std::string(kDump), "legacy/7", "legacy/\x1b[31m") +
+                              std::string(kDump))),
+              rigOf('7'));
 }
 
 // Lines of any length around the dump, which is printed twice, the first time cut off. The open

@@ -74,6 +74,11 @@ TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
     EXPECT_TRUE(record.hasFailed());
     EXPECT_THAT(sReports, ElementsAre(path + ": No such file or directory; recording ends, the "
                                              "camera goes on"));
+
+    // The name of a part before is two characters longer, which no file system has room for.
+    std::string const longest = mFolder.path + "/" + std::string(254, 'r');
+    EXPECT_TRUE(PartWriter({longest, 4000}).hasFailed());
+    EXPECT_THAT(sReports.back(), StartsWith(longest + ".2: File name too long"));
 }
 
 TEST_F(PartsTest, WhatIsNotAFileIsLeftAlone) {

@@ -99,6 +99,8 @@ test('a dark page for dark desktops', async () => {
       return ['ink', 'faint', 'accent', 'alarm', 'c0', 'c1', 'c2', 'c3', 'c4', 'c5', 'least', 'expected', 'override', 'phone', 'refused', 'overridden', 'cached', 'exception',
         'fatal', 'corrected', 'jump', 'stale', 'outside', 'undone'].map((name) => [name, contrast(light('--' + name), light('--card'))]).filter(([, value]) => !(value >= 3));
     })()`);
+    const veil = await browser.evaluate(`getComputedStyle(document.documentElement).getPropertyValue('--veil').match(/ (\\d+)%/)[1]`);
+    assert.ok(veil >= 40 && veil <= 80, 'a veil is seen, and seen through');
     assert.deepEqual(faint, [], `what is drawn stands out by ${value === 'dark' ? 'night' : 'day'}`);
     sheets.push(await browser.evaluate(`(() => {
       const field = document.body.appendChild(Object.assign(document.createElement('i'), { style: 'color: FieldText' }));

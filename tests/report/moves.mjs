@@ -98,6 +98,15 @@ test('two fingers stretch the timeline and keep what is under them', async () =>
   await browser.touch('touchMove', [[b + 150, y], [a - 150, y]]);
   const crossed = await view();
   near(crossed[1] - crossed[0], COUNT * (b - a) / (b - a + 300), 0.1, 'past each other they stretch as well');
+  await browser.evaluate(`(() => {
+    const timeline = document.getElementById('timeline');
+    const lift = ({ pointerId }) => timeline.dispatchEvent(new PointerEvent('pointerup', { pointerId }));
+    timeline.addEventListener('pointermove', lift, { once: true });
+  })()`);
+  await browser.touch('touchMove', [[b + 160, y], [a - 160, y]]);
+  await browser.touch('touchMove', [[b, y], [a, y]]);
+  const left = await view();
+  near(left[1] - left[0], COUNT * (b - a) / (b - a + 310), 0.1, 'one finger alone stretches nothing');
   await browser.touch('touchEnd', []);
 });
 

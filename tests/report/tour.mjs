@@ -388,6 +388,7 @@ test('the strip shows the override of all requests', async () => {
   const expected = values.map((value, i) => [i / values.length * width,
     height - 4 - (height - 8) * (value - Math.min(...known)) / (Math.max(...known) - Math.min(...known)), width / values.length, 1.5]);
   const near = (a, b) => a.every((value, i) => Math.abs(value - b[i]) < 0.1);
+  assert.deepEqual(drawn.filter(({ name }) => name === 'fillRect').slice(-2).map(({ what }) => what), [[0, 0, 0, height], [width, 0, 0, height]], 'all is in view');
   assert.equal(bars.length, known.length);
   const { '--faint': faint } = await coloursOf(browser);
   assert.ok(drawn.slice(0, known.length).every(({ colour }) => colour === faint));
@@ -417,10 +418,12 @@ const PLAIN_WORDS = { fatal: 'stopped the process', exception: 'exception', outs
   corrected: 'crop corrected', stale: 'kept answer of another sensor mode', undone: 'never done' };
 
 test('the plain table for browsers without scripts', { skip: isLive }, async () => {
-  const { alarm, rows, findings } = await browser.evaluate(`({
+  const { alarm, rows, findings, paragraphs } = await browser.evaluate(`({
     alarm: document.querySelector('#plain .alarm').textContent,
     rows: [...document.querySelectorAll('#plain tbody tr')].map((row) => [...row.cells].map((cell) => cell.textContent)),
-    findings: [...document.querySelectorAll('#plain li')].map((item) => item.textContent) })`);
+    findings: [...document.querySelectorAll('#plain li')].map((item) => item.textContent),
+    paragraphs: [...document.querySelectorAll('#plain p')].map((paragraph) => paragraph.textContent) })`);
+  assert.ok(!paragraphs.some((words) => words.startsWith('The first')), 'no request is left out');
   assert.match(alarm, /^The library stopped the process on line 61, get3ACropSetting: .*still not support 3A/);
   assert.deepEqual(rows, requests.map((request) => [request.no, askedOf(request), Number(overrideOf(request).toPrecision(4)),
     request.queries.some(({ state }) => state === 'overridden') ? 'overridden' : 'not overridden',

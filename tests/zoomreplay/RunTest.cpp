@@ -114,6 +114,25 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     }
 }
 
+// More than a pipe hands over at once.
+TEST_F(RunTest, EverythingThatIsSaidOfARecordIsPassedOn) {
+    std::string const folder = std::string(240, 'd') + "/" + std::string(240, 'e');
+    std::string scenario;
+    std::string said;
+    for (int line = 1; line <= 12; ++line) {
+        scenario += kModeLine;
+        if (line <= 10) {
+            said += folder + "/a.jsonl:" + std::to_string(line) +
+                    ": getZoomOverrideMode: expected no result, got one\n";
+        }
+    }
+    put(folder + "/a.jsonl", scenario);
+    put("expected/a.jsonl", "");
+
+    EXPECT_EQ(run({"run", folder + "/a.jsonl", "--compare-to", "expected"}).err,
+              said + "and 2 more differences\n12 results differ, in 0 requests\n");
+}
+
 TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
     put("r/a.jsonl", kThreeRequests);
     put("r/sub/a.jsonl", kModeLine);
