@@ -237,6 +237,7 @@ const tests = {
     const limit = (what) => execFileSync(user[0], [...user.slice(1), 'prlimit', `--pid=${live.process.pid}`, what]);
     const why = () => live.get('report').then(({ status, text }) => [status, text]);
     const [files] = live.holds();
+    await live.get();  // once it answers, all its threads run
     limit('--nproc=1');
     assert.deepEqual(await why(), [500, 'cannot copy the process: Resource temporarily unavailable\n']);
     await eventually(() => live.holds()[0] === files, 'the pipe is closed');
