@@ -505,7 +505,7 @@ TEST_F(ImportWatchTest, PipeIsImportedAsItComes) {
 
     auto const secondCamera = pipe(join({"0:app ", kTwoFrames.substr(0, kTwoFrames.find('\n') + 1),
                                          "0:app ", kTwoFrames.substr(kTwoFrames.find('\n') + 1),
-                                         "1:app f1:0ns: REQ:android.control.zoomRatio: [3.0]\n"
+                                         "1:app f1:0ns: REQ:android.control.zoomRatio: [3.0]\n",
                                          "1:app f2:0ns: REQ:android.control.zoomRatio: [4.0]\n"}));
     EXPECT_EQ(secondCamera.status, 2);
     EXPECT_THAT(secondCamera.err, HasSubstr("0:app (2 frames), 1:app (1 frames)"));

@@ -40,7 +40,7 @@ class PlatformWatchTest : public ::testing::Test {
         return lines;
     }
 
-    TestFolder const mFolder;
+    TestFolder const mFolder{};
     PartWriter mParts{{mFolder.record, 1U << 20U}};
     PlatformWatch mWatch{mParts};
     size_t mRead = 0;
