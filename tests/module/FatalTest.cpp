@@ -76,10 +76,10 @@ TEST_F(FatalDeathTest, Manager) {
         mMgr->initialize(Mode::InstantRequest);
         mMgr->setRunTimeCropNeedData(6, OverrideNotice::Repeating, {});
     });
-    expectFatalLine(corrects, "CamsysSensorInfoHelper not found", [this] {
+    expectFatalLine(corrects, "CamsysSensorInfoHelper not found", [] {
         Host::enableSensorInfo(false);
         MRect crop;
-        mMgr->correctTgCropRegion(0, 2, false, {}, crop);
+        ZoomOverrideMgr().correctTgCropRegion(0, 2, false, {}, crop);
     });
     expectFatalLine(looksUp, "req(-3) not exist", [this] { mMgr->getHistoryCropNeedData(-3); });
     mMgr->onRequestDone(5);
