@@ -66,6 +66,7 @@ TEST_F(InstantRequestTest, TakesCropsByKnownStreams) {
 TEST_F(InstantRequestTest, UnusableCropsStillBringTheirRatio) {
     for (auto const& crops : {std::vector<int32_t>{}, {10, 1, 2, 30}, {-1, 1, 2, 30, 40}}) {
         EXPECT_TRUE(store(1.0F, {10, 1, 2, 30, 40}));
+        EXPECT_EQ(p1Crops().size(), 1U) << "also after unusable ones";
         EXPECT_FALSE(store(0.75F, crops));
 
         ZoomOverrideP1Need need;

@@ -462,26 +462,5 @@ TEST_F(LogLinesTest, RequestsLeaveTheirLinesAtEachLevel) {
     }
 }
 
-// An error that names its place names the one where its line begins.
-TEST_F(LogLinesTest, ErrorsNameTheirOwnPlace) {
-    setSensor(0, {4000, 3000});
-    auto const mgr = std::make_shared<ZoomOverrideMgr>();
-    deposit(*mgr, 5, {{{0, kModeNo}}, {}, {}, {}});
-    ZoomOverrideExternalAPI strategy(mgr, 0);
-    ZoomOverrideSensorInfo const info{80, 60, {0, 0, 4000, 3000}};
-    strategy.configSensorInfo({{0}, {{0, std::make_shared<ZoomOverrideSensorInfo>(info)}}});
-    publish(2.0F, true);
-    Host::takeCapturedLog();
-    ULogger::sDetailsLevel = 1;
-    ZoomOverrideP1Need need;
-    strategy.getP1CropSetting({5, 4.0F, 0}, need);
-    auto const lines = Host::takeCapturedLog();
-    ASSERT_EQ(lines.size(), 2U);
-    std::smatch place;
-    ASSERT_TRUE(std::regex_search(lines[0].text, place,
-                                  std::regex("ExternalAPI[.]cpp:([0-9]+) .*[{]#([0-9]+):")));
-    EXPECT_EQ(place[1], place[2]);
-}
-
 }  // namespace
 }  // namespace NSCam::Feature

@@ -85,19 +85,6 @@ TEST_F(ManagerTest, CallsOfOtherModesAreDropped) {
     }
 }
 
-TEST_F(ManagerTest, SettingsReachTheStrategy) {
-    mMgr->initialize(Mode::ByRequest);
-    auto const setting = std::make_shared<ZoomOverrideSetting>();
-    setting->overrideValid = true;
-    setting->requestNo = 9;
-    setting->zoomRatio = 2.0F;
-    EXPECT_TRUE(mMgr->storeOverrideSetting(9, OverrideNotice::Default, setting));
-    deposit(*mMgr, 4, history());
-    ZoomOverrideP2Need need;
-    EXPECT_TRUE(mMgr->getP2CropSetting({4, 2.0F, 0}, need, false));
-    expectHeader(need, true, 9, 2.0F, Mode::ByRequest);
-}
-
 TEST_F(ManagerTest, WithoutStrategyQueriesAreRefused) {
     ZoomOverrideP1Need p1;
     ZoomOverrideP2Need p2;
@@ -198,17 +185,6 @@ TEST_F(ManagerTest, DoneRequestsLeaveNoTraceInLaterP1Answers) {
     EXPECT_TRUE(mMgr->getP1CropSetting({5, 2.0F, 0}, again));
     expectHeader(again, true, -1, 1.2F, Mode::InstantRequest);
     EXPECT_EQ(again.tgCrops, (TgCrops{{0, {{2, {80, 60, 800, 600}}}}}));
-}
-
-TEST_F(ManagerTest, UsableCropsCountAgainAfterUnusableOnes) {
-    mMgr->initialize(Mode::InstantRequest);
-    deposit(*mMgr, 4, history());
-    store(1.5F, {8, 6, 400, 300});
-    auto const withoutCrops = makeMetadata(1.5F);
-    mMgr->storeOverrideSetting(&withoutCrops, {});
-    store(1.5F, {8, 6, 400, 300});
-    ZoomOverrideP1Need need;
-    EXPECT_TRUE(mMgr->getP1CropSetting({4, 2.0F, 0}, need));
 }
 
 TEST_F(ManagerTest, ExceptionLeavesNoP1AnswerAndAUsableManager) {
