@@ -95,6 +95,9 @@ void CropCounters::show(std::string const& name, ReplayedCrop const& crop, int64
     if (crop.view.has_value() && crop.view->sight.has_value()) {
         double const degrees = crop.view->sight->across.extent();
         mEvents.counter(name + " angle", time, static_cast<float>(degrees));
+        mWithAngle.insert(name);
+    } else if (mWithAngle.erase(name) > 0) {
+        mEvents.counter(name + " angle", time, 0);
     }
 }
 

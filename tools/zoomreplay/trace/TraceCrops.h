@@ -15,7 +15,8 @@ namespace zoomreplay {
 std::string listOf(std::vector<ReplayedCrop> const& crops);
 
 /// Counters of one value each, such as "sensor 0 P1 R1 width": width and centre in the pixels of
-/// the crop's domain, and the horizontal angle of view in degrees where it is known.
+/// the crop's domain, and the horizontal angle of view in degrees where it is known, 0 where it is
+/// known no more.
 class CropCounters {
  public:
     /// @param events outlives the counters.
@@ -30,6 +31,7 @@ class CropCounters {
 
     TraceEvents& mEvents;
     std::map<Stage, std::set<std::string>> mShown;
+    std::set<std::string> mWithAngle;
 };
 
 }  // namespace zoomreplay
