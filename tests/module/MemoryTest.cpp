@@ -69,6 +69,7 @@ TEST_F(MemoryTest, StrategyThatCannotBeMadeLeavesNone) {
             EXPECT_EQ(mgr.getZoomOverrideMode(), ZoomOverrideMode::None);
             EXPECT_TRUE(mgr.configFspInfo({}));
             EXPECT_TRUE(mgr.configSensorInfo({}));
+            EXPECT_TRUE(mgr.storeOverrideSetting(nullptr, {}));
             ZoomOverrideP1Need need;
             EXPECT_FALSE(mgr.getP1CropSetting({5, 2.0F, 0}, need));
             EXPECT_EQ(need.mode, ZoomOverrideMode::None);

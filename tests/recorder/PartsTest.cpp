@@ -1,8 +1,10 @@
 // The record's files where a device makes trouble: whatever happens, whole lines stay whole, the
 // trouble is reported once and the caller notices nothing.
 #include <android/log.h>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -74,6 +76,7 @@ TEST_F(PartsTest, UnwritablePathIsReportedOnce) {
     EXPECT_TRUE(record.hasFailed());
     EXPECT_THAT(sReports, ElementsAre(path + ": No such file or directory; recording ends, the "
                                              "camera goes on"));
+    EXPECT_GE(::fcntl(STDIN_FILENO, F_GETFD), 0) << "a descriptor of somebody else was closed";
 
     // The name of a part before is two characters longer, which no file system has room for.
     std::string const longest = mFolder.path + "/" + std::string(254, 'r');
