@@ -142,6 +142,7 @@ BadUsage const kBadUsages[] = {
     {{"s.jsonl", "--requests", "1", "-o", "-"}, "--requests: results are never limited"},
     {{"new", "s.jsonl"}, "s.jsonl: cannot create: File exists\n"},
     {{"new", "n.jsonl", "--mode", "None"}, "Try zoomreplay new --help.\n"},
+    {{"s.jsonl", "--requests", "0"}, "--requests: the scenario has no such request\n"},
     {{"s.jsonl", "--limit", "3"}, "--limit requires --jumps\n"},
     {{"s.jsonl", "--differences", "d"}, "--differences requires --compare\n"},
     {{"s.jsonl", "-o"}, "required"},

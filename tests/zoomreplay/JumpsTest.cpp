@@ -1,4 +1,4 @@
-// --jumps: where the picture jumps.
+// --jumps: where the picture jumps, in long scenarios. Short ones are in views/.
 #include <sstream>
 
 #include "ToolTest.h"
@@ -114,38 +114,6 @@ TEST_F(JumpsTest, CountsThemAll) {
     EXPECT_THAT(list, testing::HasSubstr("from sensor 1 to 0: wider by 151.7 %\n"));
     EXPECT_THAT(list, testing::EndsWith("\nand 2490 more\n"));
     EXPECT_THAT(jumps(scenario.str(), {"--limit", "5000"}), testing::EndsWith("\nand 1500 more\n"));
-}
-
-// P1 answers while the published ratio lags behind, P2 when it has caught up, and then nobody, at
-// the same ratio: the picture stays. It jumps when the override goes from 2x to 3x on its own.
-TEST_F(JumpsTest, TheHandOverIsNoneButAnUnaskedChangeIs) {
-    std::string scenario = std::string(kSensor) + R"({"op":"initialize","mode":1}
-{"op":"configSensorInfo","sensorIds":[0],"sensorInfos":{"0":{"degreeH":68,"degreeV":42,"activeArray":[0,0,2304,1296]}}}
-{"op":"configSensorBehaviorInfo","portSizes":{"0":{"1":[2304,1296]}}}
-)";
-    auto const request = [&](int number, char const* published, char const* asked) {
-        std::string const no = std::to_string(number);
-        scenario += R"({"op":"publish","enable":true,"zoomRatio":)" + std::string(published) +
-                    "}\n" + R"({"op":"setRunTimeCropNeedData","sensorModes":{"0":1},"requestNo":)" +
-                    no + "}\n";
-        for (char const* op : {"getP1CropSetting", "getP2CropSetting"}) {
-            scenario += "{\"op\":\"" + std::string(op) + R"(","requestNo":)" + no +
-                        R"(,"zoomRatio":)" + asked + "}\n";
-        }
-        scenario += R"({"op":"onRequestDone","requestNo":)" + no + "}\n";
-    };
-    request(1, "2", "4");
-    request(2, "2", "2");
-    scenario += R"({"op":"publish","enable":false,"zoomRatio":2})"
-                "\n";
-    request(3, "2", "2");
-    request(4, "3", "2");
-    request(5, "3", "3");
-    request(6, "3.3", "3");
-    auto const list = jumps(scenario);
-
-    EXPECT_THAT(list, testing::MatchesRegex(".*\n *[0-9]+ +4  sensor 0 narrower by 33.3 %\n"
-                                            " *[0-9]+ +6  sensor 0 narrower by 9.3 %\n"));
 }
 
 }  // namespace

@@ -96,6 +96,18 @@ TEST_F(HistoryTest, HistoryTakesASignedNumber) {
     EXPECT_EQ(result.status, 0) << result.err;
 }
 
+// Those of the platform's lines have no result to stand in.
+TEST_F(HistoryTest, TimesAreRepeated) {
+    EXPECT_EQ(
+        outputOf(replay(R"({"op":"publish","t":1}
+{"op":"getZoomOverrideMode","t":9223372036854775807,"dur":0}
+{"op":"getZoomOverrideMode","dur":"12"}
+)")),
+        R"({"line": 2, "t": 9223372036854775807, "dur": 0, "op": "getZoomOverrideMode", "result": 0}
+{"line": 3, "dur": 12, "op": "getZoomOverrideMode", "result": 0}
+)");
+}
+
 TEST_F(FloatTest, IntegersOfAnotherZeroAreZero) {
     EXPECT_EQ(replay(R"({"op":"onRequestDone","requestNo":-0})").status, 0);
 }
