@@ -91,19 +91,6 @@ TEST_F(CommandLineTest, CommandsDoNotHideFiles) {
     EXPECT_EQ(outputOf(run({"wy", "-o", "-"})), kModeResult);
 }
 
-class NewTest : public ToolTest, public testing::WithParamInterface<std::string> {};
-
-TEST_P(NewTest, WritesAScenarioThatShowsAnOverride) {
-    auto const scenario = run({"new", "-", "--mode", GetParam()});
-    auto const table = run({"-"}, scenario.out);
-
-    EXPECT_THAT(scenario.out, testing::HasSubstr("\"mode\": \"" + GetParam() + '"'));
-    EXPECT_EQ(table.status, 0);
-    EXPECT_THAT(table.out, testing::HasSubstr("  override  0 "));
-}
-INSTANTIATE_TEST_SUITE_P(Modes, NewTest,
-                         testing::Values("ExternalAPI", "ByRequest", "InstantRequest"));
-
 TEST_F(CommandLineTest, NewScenarioIsAnInstantRequestUnlessToldOtherwise) {
     EXPECT_EQ(outputOf(run({"new", "-"})), outputOf(run({"new", "-", "--mode", "InstantRequest"})));
 }

@@ -84,8 +84,8 @@ TEST_F(RoomsTest, EveryModeIsKnown) {
         classes.insert("ZoomOverride" + mode);
         sources.insert("ZoomOverride" + mode + "\\.cpp");
         outputOf(run({"new", "first.jsonl", "--mode", mode}));
-        EXPECT_THAT(read("first.jsonl"), testing::HasSubstr('"' + mode + '"'));
-        EXPECT_THAT(outputOf(run({"first.jsonl"})), testing::HasSubstr("override")) << mode;
+        EXPECT_THAT(read("first.jsonl"), testing::HasSubstr("\"mode\": \"" + mode + '"'));
+        EXPECT_THAT(outputOf(run({"first.jsonl"})), testing::HasSubstr("  override  0 ")) << mode;
         std::filesystem::remove(pathOf("first.jsonl"));
     }
     expectWords("Android.bp", sources);
