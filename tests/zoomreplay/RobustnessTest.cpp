@@ -1,10 +1,5 @@
-// Ends without a scenario's end, unusual lines, and results that are out before the next call.
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
+// Ends without a scenario's end, and unusual lines.
 #include <algorithm>
-#include <array>
 
 #include "ToolTest.h"
 #include "base/LineReader.h"
@@ -109,37 +104,6 @@ TEST_F(RobustnessTest, LinesAreWholeWhereverAChunkEnds) {
             EXPECT_EQ(reader.bytesRead(), length + 7);
         }
     }
-}
-
-// A pipeline that waits for an answer before it sends its next line.
-TEST_F(RobustnessTest, ResultIsOutBeforeTheNextLineComes) {
-    std::array<int, 2> in{};
-    std::array<int, 2> out{};
-    ASSERT_EQ(pipe2(in.data(), O_CLOEXEC), 0);
-    ASSERT_EQ(pipe2(out.data(), O_CLOEXEC), 0);
-    pid_t const child = fork();
-    if (child == 0) {
-        dup2(in[0], STDIN_FILENO);
-        dup2(out[1], STDOUT_FILENO);
-        execl(ZOOMREPLAY_PATH, ZOOMREPLAY_PATH, "-", "-o", "-", nullptr);
-        _exit(127);
-    }
-    close(in[0]);
-    close(out[1]);
-
-    for (int line = 1; line <= 2; ++line) {
-        ASSERT_EQ(::write(in[1], kModeLine.data(), kModeLine.size()),
-                  static_cast<ssize_t>(kModeLine.size()));
-        std::array<char, 200> text{};
-        ASSERT_GT(::read(out[0], text.data(), text.size() - 1), 0);
-        EXPECT_THAT(text.data(), testing::StartsWith("{\"line\": " + std::to_string(line)));
-    }
-
-    close(in[1]);
-    close(out[0]);
-    int status = 0;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
 }
 
 }  // namespace

@@ -87,6 +87,16 @@ def pieces(zoomreplay):
     assert process.wait() == 0
 
 
+def check_answers(zoomreplay):
+    """A pipeline may wait for an answer before it sends its next line."""
+    with subprocess.Popen([zoomreplay, "-", "-o", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE) as process:
+        for line in (b"1", b"2"):
+            process.stdin.write(b'{"op": "getZoomOverrideMode"}\n')
+            process.stdin.flush()
+            assert process.stdout.readline().startswith(b'{"line": ' + line)
+    assert process.returncode == 0
+
+
 def show_name(zoomreplay, name):
     return subprocess.run([zoomreplay, name], capture_output=True, text=True).stderr.rsplit(": cannot open: ")[0]
 
@@ -113,6 +123,7 @@ def main():
     assert re.match(r"\r( 53|100) %  \d+ lines/s\x1b\[K\r", part), repr(part)
 
     assert all(piece.endswith(b"\n") for piece in pieces(command[0]))
+    check_answers(command[0])
 
     # Characters that steer, hide or turn around what stands beside them, and their neighbours that do not.
     steering = [code for code in range(1, 0x110000) if unicodedata.category(chr(code)) in ("Cc", "Cf", "Zl", "Zp")]
