@@ -327,7 +327,6 @@ BadRig const kBadRigs[] = {
 INSTANTIATE_TEST_SUITE_P(All, BadRigTest, testing::ValuesIn(kBadRigs));
 
 TEST_F(ImportWatchTest, BadUsageHasStatusTwo) {
-    EXPECT_EQ(run({"import-watch", "--help"}).status, 0);
     EXPECT_EQ(run({"import-watch", "-", "--rig", "-", "--mode", "ByRequest"}).err,
               "<stdin>: cannot be both LOG and RIG\n");
     EXPECT_THAT(import(kTwoFrames, "None").err, HasSubstr("--mode: None not in"));

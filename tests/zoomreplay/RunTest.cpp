@@ -72,30 +72,21 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     auto const result = run({"run", "r", "none", "r/a.jsonl", "--jobs", "3"});
 
     EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(
-        result.out,
-        std::string(kHeader) +
-            "       0           0          0           0      0            -  broken   none\n"
-            "       3           2          1           0      0            -  ok       r/a.jsonl\n"
-            "       3           2          1           0      0            -  ok       r/b "
-            "c/line?end.jsonl\n"
-            "       3           2          1           0      0            -  broken   "
-            "r/bad.jsonl\n"
-            "       0           0          0           0      0            -  broken   "
-            "r/damaged.jsonl\n"
-            "       0           0          0           0      0            -  ok       "
-            "r/empty.jsonl\n"
-            "       1           0          0           1      0            -  ok       "
-            "r/exception.jsonl\n"
-            "       0           0          0           0      1            -  fatal    "
-            "r/fatal.jsonl\n"
-            "       0           0          0           0      0            -  broken   "
-            "r/io.jsonl\n"
-            "       0           0          0           0      0            -  broken   "
-            "r/packed.jsonl.gz\n"
-            "       3           2          1           0      0            -  ok       "
-            "r/torn.jsonl\n"
-            "11 records: 5 ok, 5 broken, 1 fatal\n");
+    EXPECT_EQ(result.out,
+              std::string(kHeader) +
+                  R"(       0           0          0           0      0            -  broken   none
+       3           2          1           0      0            -  ok       r/a.jsonl
+       3           2          1           0      0            -  ok       r/b c/line?end.jsonl
+       3           2          1           0      0            -  broken   r/bad.jsonl
+       0           0          0           0      0            -  broken   r/damaged.jsonl
+       0           0          0           0      0            -  ok       r/empty.jsonl
+       1           0          0           1      0            -  ok       r/exception.jsonl
+       0           0          0           0      1            -  fatal    r/fatal.jsonl
+       0           0          0           0      0            -  broken   r/io.jsonl
+       0           0          0           0      0            -  broken   r/packed.jsonl.gz
+       3           2          1           0      0            -  ok       r/torn.jsonl
+11 records: 5 ok, 5 broken, 1 fatal
+)");
     EXPECT_THAT(
         result.err,
         testing::MatchesRegex(
@@ -145,12 +136,11 @@ TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
     EXPECT_EQ(
         result.out,
         std::string(kHeader) +
-            "       3           2          1           0      0            0  ok       r/a.jsonl\n"
-            "       0           0          0           0      0            1  differs  "
-            "r/sub/a.jsonl\n"
-            "       0           0          0           0      0            -  broken   "
-            "r/sub/new.jsonl\n"
-            "3 records: 1 ok, 1 differs, 1 broken\n");
+            R"(       3           2          1           0      0            0  ok       r/a.jsonl
+       0           0          0           0      0            1  differs  r/sub/a.jsonl
+       0           0          0           0      0            -  broken   r/sub/new.jsonl
+3 records: 1 ok, 1 differs, 1 broken
+)");
     EXPECT_EQ(result.err,
               "r/expected/sub/a.jsonl:2: getZoomOverrideMode: expected a result, got none\n"
               "1 result differs, in 0 requests\n"
@@ -158,13 +148,13 @@ TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
               "No such file or directory\n");
 
     EXPECT_EQ(run({"run", "r/a.jsonl", "--compare-to", "r/expected"}).status, 0);
-    EXPECT_EQ(outputOf(run({"run", "r/a.jsonl", "r/sub/a.jsonl"})),
-              std::string(kHeader) +
-                  "       3           2          1           0      0            -  ok       "
-                  "r/a.jsonl\n"
-                  "       0           0          0           0      0            -  ok       "
-                  "r/sub/a.jsonl\n"
-                  "2 records: 2 ok\n");
+    EXPECT_EQ(
+        outputOf(run({"run", "r/a.jsonl", "r/sub/a.jsonl"})),
+        std::string(kHeader) +
+            R"(       3           2          1           0      0            -  ok       r/a.jsonl
+       0           0          0           0      0            -  ok       r/sub/a.jsonl
+2 records: 2 ok
+)");
     EXPECT_EQ(run({"run", "r/sub/a.jsonl", "--compare-to", "r/expected/sub"}).status, 1);
     EXPECT_EQ(run({"run", "r/sub/a.jsonl", "--compare-to", "r/expected", "--root", "./r"}).status,
               1);
