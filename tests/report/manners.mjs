@@ -129,6 +129,7 @@ test('names differ, and paper has what can be read on it', async () => {
   const names = await browser.evaluate(`[...document.querySelectorAll('[aria-label]:not(svg)')].map((node) => node.ariaLabel)`);
   assert.ok(names.length > 15);
   assert.deepEqual(names.filter((name, i) => names.indexOf(name) !== i), []);
+  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('label')].filter((label) => !label.parentNode.contains(label.control)).map(({ textContent }) => textContent)`), []);
   await browser.send('Emulation.setEmulatedMedia', { media: 'print' });
   assert.deepEqual(await browser.evaluate(`['controls', 'copy', 'link', 'sensors'].filter((id) => document.getElementById(id).checkVisibility())`), ['sensors']);
   assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('.card')].filter((node) => getComputedStyle(node).breakInside !== 'avoid').map(({ id }) => id)`), []);

@@ -293,14 +293,14 @@ test('findings lead both ways and around', async () => {
 const every = (test) => Array.from({ length: COUNT }, (_, i) => i + 1).filter(test);
 const isOneOf = (list) => every((request) => list.includes(request));
 const isRatioIn = (low, high) => every((request) => [askedOf(request), overrideOf(request)].some((ratio) => ratio >= low - 1e-6 && ratio <= high + 1e-6));
-const { corrected, cached, refused, exception, shifted, undone, different } = SPECIAL;
+const { corrected, aside, cached, refused, exception, shifted, undone, different } = SPECIAL;
 const FILTERS = {
   overridden: every((request) => request !== refused && request !== exception),
   refused: isOneOf([refused, exception]),
-  corrected: isOneOf(Object.values(corrected)),
+  corrected: isOneOf([aside, ...Object.values(corrected)]),
   cached: [cached], exception: [exception], exceptions: [exception], undone, differs: [different],
   'sensor 2': every((request) => modesOf(request)[2] === 1),
-  'sensor 0 corrected': [corrected[0]],
+  'sensor 0 corrected': [corrected[0], aside],
   'sensor 2 corrected': [corrected[2]],
   'sensor 2 asks': every((request) => askerOf(request) === 2),
   'mode 2': every((request) => modesOf(request)[0] === 2),

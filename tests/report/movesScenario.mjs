@@ -6,7 +6,7 @@ export const askedOf = (request) => 1 + request / 10;
 export const overrideOf = (request) => Number((request === SPECIAL.refused ? 9 : askedOf(request) * 0.9).toFixed(3));
 export const askerOf = (request) => request > 25 ? 2 : 0;
 export const modesOf = (request) => ({ 0: request >= 10 && request <= 12 ? 2 : 1, 2: request > 15 ? 1 : -1 });
-export const SPECIAL = { corrected: { 0: 8, 2: 18 }, cached: 6, refused: 13, exception: 33, shifted: 22, undone: [20, 30, 40], different: 7 };
+export const SPECIAL = { corrected: { 0: 8, 2: 18 }, aside: 9, cached: 6, refused: 13, exception: 33, shifted: 22, undone: [20, 30, 40], different: 7 };
 export const DIFFERENT_BY = 4;
 
 const [WIDTH, HEIGHT] = [4032, 3024];
@@ -14,7 +14,7 @@ const STREAMS = { '0x70010000000000': 0, '0x70030000000000': 0, '0x7001020000000
 
 const cropOf = (request, stream, isNow) => {
   const sensor = STREAMS[stream];
-  const isCorrected = SPECIAL.corrected[sensor] === request;
+  const isCorrected = SPECIAL.corrected[sensor] === request || (SPECIAL.aside === request && stream === '0x70030000000000');
   const [w, h] = isCorrected ? [400, 300] : [WIDTH, HEIGHT].map((side) => Math.round(side / askedOf(request) / 2) * 2);
   const shift = sensor === 2 && request === SPECIAL.shifted ? 200 : 0;
   const isDifferent = isNow && request === SPECIAL.different && stream === '0x70010000000000';

@@ -179,7 +179,8 @@ test('of long lists a part is shown', async () => {
 
 test('requests are found in the order in which they ended', async () => {
   const lines = [{ op: 'initialize', mode: 'InstantRequest' },
-    { op: 'configSensorInfo', sensorIds: [5], sensorInfos: { 5: { degreeH: 68, degreeV: 42, activeArray: [0, 0, 4608, 2592] } } }];
+    { op: 'configSensorInfo', sensorIds: [5], sensorInfos: { 5: { degreeH: 68, degreeV: 42, activeArray: [0, 0, 4608, 2592] },
+      7: { degreeH: '-inf', degreeV: 'inf', activeArray: [0, 0, 8, 8] } } }];
   const request = (requestNo) => lines.push({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1 } });
   const done = (requestNo) => lines.push({ op: 'onRequestDone', requestNo });
   for (let no = 1; no <= 1300; ++no) {
@@ -193,7 +194,8 @@ test('requests are found in the order in which they ended', async () => {
     assert.match((await shownRequest(browser, String(no))).sentence, new RegExp(`, done on ${doneLine}\\.$`));
   }
   assert.deepEqual((await shownRequest(browser, '1')).cards.map(({ heading, what, note }) => [heading, what, note]),
-    [['Sensor 0', 'no angles configured', 'Mode 1 has no output size.'], ['Sensor 5, master', '68\u00b0 \u00d7 42\u00b0', 'Has no mode in this request.']]);
+    [['Sensor 0', 'no angles configured', 'Mode 1 has no output size.'], ['Sensor 5, master', '68\u00b0 \u00d7 42\u00b0', 'Has no mode in this request.'],
+      ['Sensor 7', '-inf\u00b0 \u00d7 inf\u00b0', 'Has no mode in this request.']]);
   const cells = (await texts('#plain td')).map((text, i) => [text, [String(Math.floor(i / 6) + 1), '-', '-', 'not overridden', '', ''][i % 6]]);
   assert.equal(cells.length, 600);
   for (const [text, expected] of cells) assert.equal(text, expected);
