@@ -13,6 +13,7 @@ namespace {
 
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 // One camera as it is printed, and its rig.
 constexpr std::string_view kDump =
@@ -539,6 +540,12 @@ TEST_F(ImportRigTest, RestOfABrokenPhoneCanBeChosen) {
                             {"--cameras", "5"});
     EXPECT_EQ(rig.status, 0) << rig.err;
     EXPECT_THAT(rig.out, HasSubstr(R"("sensorIds": [5])"));
+}
+
+TEST_F(ImportRigTest, StandardInputIsToldOfByItsName) {
+    std::string const damaged = replaced(std::string(kDump), "3073 ", "");
+    std::string const whole = replaced(std::string(kDump), "legacy/7", "legacy/8");
+    EXPECT_THAT(run({"import-rig", "-"}, damaged + whole).err, StartsWith("<stdin>: camera 7 "));
 }
 
 TEST_F(ImportRigTest, IdThatIsNoNameIsNotTaken) {

@@ -98,13 +98,14 @@ test('answers are kept as the library keeps them, and a bad line ends the report
   const refused = ['not overridden, override off', '', 1];
   for (const [begin, answer, kept, override] of [  // the property is read when the manager is made
     [[create, close, ...SETUP], 'overridden', ', from the cache', 2], [[close, ...SETUP], ...refused],
-    [[...SETUP, { op: 'initialize', mode: 9 }, { ...query, requestNo: 2 }], ...refused]]) {
+    [[...SETUP, { op: 'initialize', mode: 9 }, { ...query, requestNo: 2, zoomRatio: 'inf' }], ...refused]]) {
     const lines = [...begin, ...requestLines(1, 2, 4).slice(0, 2)];
     await open([...lines, query, query, BAD_LINE, query]);
     const where = [1, 2].map((more) => `4.00\u00d7 \u2192 ${override}.00\u00d7 \u00b7 line ${lines.length + more}`);
     assert.deepEqual((await shownRequest(browser, '1')).stages, [`P1${answer}${where[0]}`, `P1${answer}${kept}${where[1]}`]);
   }
   const second = await shownRequest(browser, '2');  // of which there is nothing but a query
+  assert.match(second.stages.join(), /^P1not overridden, override offinf \u2192 1\.00\u00d7/);
   assert.deepEqual([second.sentence, ...second.cards.map(({ note }) => note)],
     [`${join(folder, NAME)}: never reported done.`, ...Array(2).fill('Has no mode in this request.')]);
   assert.doesNotMatch(readFileSync(report, 'utf8'), /<!--/);
