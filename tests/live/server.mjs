@@ -238,11 +238,12 @@ const tests = {
     const why = () => live.get('report').then(({ status, text }) => [status, text]);
     const [files] = live.holds();
     await live.get();  // once it answers, all its threads run
-    limit('--nproc=1');
+    limit('--nproc=1:');
     assert.deepEqual(await why(), [500, 'cannot copy the process: Resource temporarily unavailable\n']);
     await eventually(() => live.holds()[0] === files, 'the pipe is closed');
     limit(`--nofile=${live.holds()[0] + 1}:`);  // which the connection takes
     assert.deepEqual(await why(), [500, 'cannot make a pipe: Too many open files\n']);
+    limit('--nproc=1024:');
     limit('--nofile=1024:');
     const reader = await live.follow();
     live.endInput();

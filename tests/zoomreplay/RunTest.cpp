@@ -169,7 +169,7 @@ TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
         put("many/" + std::to_string(i) + ".jsonl", kModeLine);
     }
     auto const records = [this](std::string const& list) {
-        std::string const out = run({"run", "-", "--jobs", "40"}, list, [] {
+        std::string const out = run({"run", "-", "--jobs", "20"}, list, [] {
                                     rlimit const few{32, 32};
                                     setrlimit(RLIMIT_NOFILE, &few);
                                 }).out;
