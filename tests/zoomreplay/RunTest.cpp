@@ -1,6 +1,9 @@
 // run: many records, each in a process of its own.
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "ToolTest.h"
 
@@ -69,7 +72,12 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
     put("r/notes.txt", "{");
     put("r/z-results.jsonl", kModeResult);
     put("r/y/results.jsonl", kModeResult);
-    auto const result = run({"run", "r", "none", "r/a.jsonl", "--jobs", "3"});
+    std::filesystem::create_directory(pathOf("r/closed"));
+    std::filesystem::permissions(pathOf("r/closed"), std::filesystem::perms::none);
+    auto const result = run({"run", "r", "none", "r/a.jsonl", "--jobs", "3"}, "", [] {
+        prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);  // root's, to look into anything
+        prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    });
 
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.out,
@@ -78,6 +86,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
        3           2          1           0      0            -  ok       r/a.jsonl
        3           2          1           0      0            -  ok       r/b c/line?end.jsonl
        3           2          1           0      0            -  broken   r/bad.jsonl
+       0           0          0           0      0            -  broken   r/closed
        0           0          0           0      0            -  broken   r/damaged.jsonl
        0           0          0           0      0            -  ok       r/empty.jsonl
        1           0          0           1      0            -  ok       r/exception.jsonl
@@ -85,7 +94,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
        0           0          0           0      0            -  broken   r/io.jsonl
        0           0          0           0      0            -  broken   r/packed.jsonl.gz
        3           2          1           0      0            -  ok       r/torn.jsonl
-11 records: 5 ok, 5 broken, 1 fatal
+12 records: 5 ok, 6 broken, 1 fatal
 )");
     EXPECT_THAT(
         result.err,
@@ -93,6 +102,7 @@ TEST_F(RunTest, EachRecordHasARowWhateverBecomesOfTheOthers) {
             "r/(z-|y/)results.jsonl: holds results, no record: left out, and 1 more like it\n"
             "none: cannot open: No such file or directory\n"
             "r/bad.jsonl:12: nope: unknown operation\n"
+            "r/closed: cannot open: Permission denied\n"
             "r/damaged.jsonl:1: [^\n]*\n"
             "(.*feature/.*\n)+"
             "r/fatal.jsonl:1: getHistoryCropNeedData: the library stopped the process\n"
@@ -160,7 +170,8 @@ TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
               1);
 }
 
-// And records leave nothing open behind them.
+// And records leave nothing open behind them, nor to each other: twenty at a time would need more
+// than these few, and are as many as these few allow.
 TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     put("a b.jsonl", kModeLine);
     put("line\nend.jsonl", kModeLine);
@@ -170,7 +181,8 @@ TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     }
     auto const records = [this](std::string const& list) {
         std::string const out = run({"run", "-", "--jobs", "20"}, list, [] {
-                                    rlimit const few{32, 32};
+                                    closefrom(STDERR_FILENO + 1);
+                                    rlimit const few{16, 16};
                                     setrlimit(RLIMIT_NOFILE, &few);
                                 }).out;
         auto const end = out.rfind('\n', out.size() - 2) + 1;
@@ -207,6 +219,7 @@ TEST_F(RunTest, RefusesBeforeItBegins) {
         {{"a.jsonl", "r/a.jsonl", "--compare-to", "e"},
          "r/a.jsonl: has the same name as a.jsonl; tell them apart with --root\n"},
         {{"a.jsonl", "--root", "r"}, "a.jsonl: is not below r\n"},
+        {{"a.jsonl", "--root", "a"}, "a: cannot open: No such file or directory\n"},
         {{"r", "--junit", "no/j.xml"}, "no/j.xml: cannot open: No such file or directory\n"},
         {{"r", "--junit", "./r/a.jsonl"}, "./r/a.jsonl: is also read from"},
         {{"r", "--compare-to", "e", "--junit", "e/a.jsonl"}, "e/a.jsonl: is also read from"},
