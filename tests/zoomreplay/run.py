@@ -14,6 +14,8 @@ import termios
 import time
 import xml.etree.ElementTree
 
+from pseudoterminal import read_all
+
 ZOOMREPLAY = sys.argv[1]
 LINE = '{"op": "getZoomOverrideMode"}\n'
 RESULT = '{"line": 1, "op": "getZoomOverrideMode", "result": 0}\n'
@@ -113,9 +115,9 @@ requests  overridden  corrected  exceptions  fatal  differences  result   record
     assert os.listdir(".").count("j.xml") == 1 and not [name for name in os.listdir(".") if "part" in name]
 
 
-def start(*arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE):
+def start(*arguments, stdout=subprocess.PIPE, stderr=subprocess.PIPE, term="xterm"):
     return subprocess.Popen([ZOOMREPLAY, "run", *arguments], stdout=stdout, stderr=stderr, text=True,
-                            env={**os.environ, "TERM": "xterm"})
+                            env={**os.environ, "TERM": term})
 
 
 def open_for_writing(fifo):
@@ -188,27 +190,22 @@ def read_until(terminal, part):
     return shown
 
 
-def read_rest(terminal):
-    """Until nobody writes any more."""
-    shown = b""
-    try:
-        while piece := os.read(terminal, 4096):
-            shown += piece
-    except OSError:
-        pass  # the other end is closed
-    os.close(terminal)
-    return shown
-
-
 def test_terminal():
-    """The progress goes when the rows come, and what is not well is red."""
+    """The progress goes when the rows come, and what is not well is red. A dumb terminal gets none of it."""
+    dumb, theirs = pty.openpty()
+    dumb_run = start("dumb.jsonl", "plain.jsonl", "--jobs", "1", stderr=theirs, term="dumb")
+    os.close(theirs)
+    dumb_pipe = open_for_writing("dumb.jsonl")
     ours, theirs = pty.openpty()
     run = start("fifo.jsonl", "./junit/sub/fatal.jsonl", "plain.jsonl", "--jobs", "1", "--junit", "j.xml", stderr=theirs)
     os.close(theirs)
     pipe = open_for_writing("fifo.jsonl")
     assert b"\r 62 %  1 of 3 records\x1b[K" in read_until(ours, b"1 of 3 records\x1b[K")
+    os.close(dumb_pipe)  # more than a second after it began, and another record follows
+    assert read_all(dumb) == ""
+    dumb_run.communicate()
     os.close(pipe)
-    assert b"\r\x1b[K" in read_rest(ours)
+    assert "\r\x1b[K" in read_all(ours)
     out = run.communicate()[0]
     assert "\x1b" not in out and run.returncode == 3
     root = xml.etree.ElementTree.parse("j.xml").getroot()
@@ -221,9 +218,9 @@ def test_terminal():
     ours, theirs = pty.openpty()
     run = start("junit/sub/fatal.jsonl", "plain.jsonl", stdout=theirs)
     os.close(theirs)
-    shown = read_rest(ours)
+    shown = read_all(ours)
     run.communicate()
-    assert shown.decode().replace("\r", "").splitlines()[1:] == [
+    assert shown.replace("\r", "").splitlines()[1:] == [
         "       0           0          0           0      1            -  \x1b[31mfatal    \x1b[0mjunit/sub/fatal.jsonl",
         "       0           0          0           0      0            -  ok       plain.jsonl",
         "2 records: 1 ok, 1 fatal"]
@@ -234,6 +231,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
         os.mkfifo("fifo.jsonl")
+        os.mkfifo("dumb.jsonl")
         test_junit()
         test_killed_child()
         test_end_from_outside()

@@ -15,17 +15,7 @@ import termios
 import time
 import unicodedata
 
-
-def read_all(ours):
-    """What was written, however many pieces it comes in."""
-    text = b""
-    try:
-        while chunk := os.read(ours, 4096):
-            text += chunk
-    except OSError:
-        pass  # the other end is closed
-    os.close(ours)
-    return text.decode()
+from pseudoterminal import read_all
 
 
 def show(command, columns, **environment):
