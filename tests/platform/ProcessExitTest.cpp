@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <memory>
 
 #include "DebugWrapper.h"
 #include "HwTransHelper.h"
@@ -15,12 +16,15 @@
 
 namespace {
 
+bool sIsEntryGone = false;
+
 void fillPlatform() {
     NSCam::Host::captureLog(true);
     log_dbg_print("test", 0, "first");
     NSCam::Host::setProperty("vendor.debug.exit", 4);
     NSCam::Host::setSensor(0, {{0, NSCam::Host::SensorModeInfo{NSCam::MSize{4, 3}, {{}}}}});
-    NSCam::IGenericContainer<int>::createWriter("exit", 3, 0)->publish(4);
+    NSCam::IGenericContainer<std::shared_ptr<int>>::createWriter("exit", 3, 0)
+        ->publish({nullptr, [](int*) { sIsEntryGone = true; }});
 }
 
 bool platformAnswers() {
@@ -31,7 +35,10 @@ bool platformAnswers() {
            NSCam::Utils::Properties::property_get_int32("vendor.debug.exit", 0) == 4 &&
            NSCam::utility::ICamsysSensorInfoHelper::getInstance()->getSensorSize(0, 0, size) &&
            NSCamHW::HwTransHelper(0).getMatrixFromActive(0, matrix) &&
-           NSCam::IGenericContainer<int>::createReader("exit", 3, 0)->readNewest() == 4;
+           NSCam::IGenericContainer<std::shared_ptr<int>>::createReader("exit", 3, 0)
+               ->readNewest()
+               .has_value() &&
+           !sIsEntryGone;
 }
 
 // Tables that are destroyed still answer as a rule, but cannot be emptied once more.
