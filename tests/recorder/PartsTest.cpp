@@ -255,6 +255,16 @@ TEST_F(PartsTest, RequestLargerThanAPartStaysInOne) {
                       EndsWith("{after}\n")));
 }
 
+TEST_F(PartsTest, LineThatDoesNotFitBeginsAPart) {
+    PartWriter record({mPath, 4000});
+    std::string const line = '{' + std::string(400, 'x') + "}\n";
+    for (int i = 0; i < 3; ++i) {
+        record.add({}, line);
+    }
+    EXPECT_EQ(readCalls(mPath + ".1"), line + line);
+    EXPECT_EQ(readCalls(mPath), line);
+}
+
 TEST_F(PartsTest, RequestInFlightIsInEachPart) {
     PartWriter record({mPath, 4000});
     std::string const request = "{deposit " + std::string(600, 'x') + "}\n{query}\n";
