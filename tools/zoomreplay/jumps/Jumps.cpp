@@ -55,7 +55,8 @@ std::optional<Window> applicationsWindow(Rig const& rig, uint32_t sensorId, floa
         return Window{false, -edge, edge, -edge, edge};
     }
     auto const edgeOf = [asked](float degrees, float masterDegrees) {
-        return std::min(tangentOf(degrees / 2.0), tangentOf(masterDegrees / 2.0) / asked);
+        float const edge = tangentOf(masterDegrees / 2.0) / asked;
+        return std::isnan(edge) ? edge : std::min(tangentOf(degrees / 2.0), edge);
     };
     float const x = edgeOf(sensor->second.degreeH, master->second.degreeH);
     float const y = edgeOf(sensor->second.degreeV, master->second.degreeV);
