@@ -19,11 +19,21 @@ const unpack = async (table, blocks, records) => {
   return taken;
 };
 
-export const toldInReport = async (html) => {
+/** What a report's page is made of; of its tables the records, in the order in which they were packed. */
+export const dataIn = async (html) => {
   const data = JSON.parse(/<script id="data"[^>]*>(.*?)<\/script>/s.exec(html)[1]);
-  const told = { count: data.total, rigs: data.rigs, fatal: data.fatal, jumps: plainJumps(data.jumps) };
-  for (const part of ['overview', 'requests']) await unpack(new Table(data[part]), data[part].blocks, told[part] = []);
-  return told;
+  for (const part of ['overview', 'requests', 'differences']) {
+    const records = [];
+    const places = await unpack(new Table(data[part]), data[part].blocks, records);
+    data[part] = places.map((index) => ({ index, ...records[index] }));
+  }
+  return data;
+};
+
+export const toldInReport = async (html) => {
+  const { total, rigs, fatal, jumps, overview, requests } = await dataIn(html);
+  const inPlace = (records) => [...records].sort(byIndex).map(({ index, ...record }) => record);
+  return { count: total, rigs, fatal, jumps: plainJumps(jumps), overview: inPlace(overview), requests: inPlace(requests) };
 };
 
 /** The one record of a table. */
