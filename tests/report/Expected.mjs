@@ -5,10 +5,8 @@ const MINUS = '\u2212';
 const CROP_QUERIES = { getP1CropSetting: 'P1', getP2CropSetting: 'P2', get3ACropSetting: '3A' };
 const PORT_NAMES = { '0x7001': 'R1', '0x7002': 'R2', '0x7003': 'R3' };
 const NOT_STREAMING = 4294967295;
-const STATES = { overridden: 'overridden', refused: 'not overridden', exception: 'exception', fatal: 'stopped the process' };
 
 export const rect = ([x, y, w, h]) => `(${x}, ${y})/${w}\u00d7${h}`;
-export const ratio = (value) => value.toFixed(2) + '\u00d7';
 const same = (a, b) => JSON.stringify(a) === JSON.stringify(b);
 
 // Degrees off the axis of an array that sees so many: both edges and the pixel in the middle.
@@ -78,8 +76,7 @@ const addDifferences = (crops, master) => {
 };
 
 /**
- * The requests in the order of their deposits: { no, name, mode, camera, deposit, done, isRepeating, phone, queries,
- * log, stored }; a query is { line, stage, input, result, state, kept, crops }.
+ * The requests in the order of their deposits: { no, name, mode, camera, deposit, done, phone, queries }; a query is { line, stage, input, result, state, kept, crops }.
  * @param kept the line of the answer that each line gives again
  */
 export const requestsOf = (scenario, results, kept) => {
@@ -88,11 +85,10 @@ export const requestsOf = (scenario, results, kept) => {
   let camera = new Camera();
   let mode = 'None';
   let open = new Map();
-  let latest = null;
   let deposited = null;
   const begin = (no) => {
     const times = requests.filter((request) => request.no === no).length + 1;
-    const request = { no, name: times > 1 ? `${no}:${times}` : String(no), mode, camera, queries: [], stored: [], log: [] };
+    const request = { no, name: times > 1 ? `${no}:${times}` : String(no), mode, camera, queries: [] };
     requests.push(request);
     open.set(no, request);
     return request;
@@ -108,18 +104,14 @@ export const requestsOf = (scenario, results, kept) => {
       camera = camera.copy();
       camera.modes[input.id] = input.modes;
     } else if (input.op === 'initialize') {
-      [mode, open, latest, deposited] = [input.mode, new Map(), null, null];
+      [mode, open, deposited] = [input.mode, new Map(), null];
     } else if (input.op === 'configSensorInfo') {
       camera = Object.assign(camera.copy(), { infos: input.sensorInfos, ids: input.sensorIds });
     } else if (input.op === 'setRunTimeCropNeedData') {
       const known = open.get(input.requestNo);
-      request = latest = known && !known.done ? known : begin(input.requestNo);
-      request.isRepeating = input.notice === 'repeating';
-      if (!request.isRepeating) deposited = input;
-      Object.assign(request, { deposit: deposited, depositLine: line });
-    } else if (input.op === 'storeOverrideSetting') {
-      request = latest;
-      request?.stored.push(line);
+      request = known && !known.done ? known : begin(input.requestNo);
+      if (input.notice !== 'repeating') deposited = input;
+      request.deposit = deposited;
     } else if (input.op === 'onRequestDone') {
       request = open.get(input.requestNo);
       request.done = line;
@@ -129,8 +121,7 @@ export const requestsOf = (scenario, results, kept) => {
       request = open.get(input.requestNo);
       request.camera = camera;
       const state = answer.fatal ? 'fatal' : answer.exception ? 'exception' : answer.result ? 'overridden' : 'refused';
-      const query = { line, stage: CROP_QUERIES[input.op], input, answer, state, kept: kept[line],
-        trouble: answer.fatal ?? (answer.exception && `${answer.exception}: ${answer.what}`) };
+      const query = { line, stage: CROP_QUERIES[input.op], input, answer, state, kept: kept[line] };
       const first = request.queries.find((earlier) => earlier.line === query.kept);
       query.crops = first?.crops ?? (state === 'overridden' ? cropsOf(answer, mode, request) : []);
       if (!first) {
@@ -142,7 +133,6 @@ export const requestsOf = (scenario, results, kept) => {
       }
       request.queries.push(query);
     }
-    if (request && answer?.log?.length > 0) request.log.push({ line, op: input.op, log: answer.log });
   });
   return requests;
 };
@@ -171,27 +161,6 @@ export const overrideOf = ({ queries }) => {
 
 export const nameOfPorts = ({ kind, ports }) =>
   kind === 'port' ? ports.map((port) => PORT_NAMES[port] ?? port).join(' ') : kind === 'extra' ? 'P2 extra' : 'P2';
-
-/** The stages of a request as the page lists them. */
-export const stagesOf = ({ queries }) => queries.map(({ stage, state, kept, input, answer, trouble, line }) => stage +
-  STATES[state] + (kept ? ', from the cache' : '') + (input.manual ? ', manual' : '') +
-  (state === 'refused' && !answer.need.overrideValid ? ', override off' : '') + (trouble ?? '') +
-  (answer.need ? `${ratio(input.zoomRatio)} \u2192 ${ratio(answer.need.zoomRatio)} \u00b7 ` : '') + `line ${line}`);
-
-export const titleOf = ({ stage, state, kept, input, answer, line }) =>
-  `${stage} asked by sensor ${input.sensorId} on line ${line}: ${input.zoomRatio}` +
-  (answer.need ? ` \u2192 ${answer.need.zoomRatio}` : '') + `, ${STATES[state]}${kept ? ' (from the cache)' : ''}` +
-  (answer.need?.requestNo >= 0 ? `, override of request ${answer.need.requestNo}` : '');
-
-/** What became of a request, in a sentence. */
-export const sentenceOf = ({ depositLine, isRepeating, stored, phone, done }) => [
-  `deposited on line ${depositLine}${isRepeating ? ' (repeating)' : ''}`,
-  ...stored.map((line) => `override stored on ${line}`),
-  phone && 'the phone itself ' + [
-    phone.activePhysicalId && `used camera ${phone.activePhysicalId}`,
-    phone.zoomRatio && `zoomed to ${ratio(phone.zoomRatio)}`,
-    phone.cropRegion && `cropped to ${rect(phone.cropRegion)}`].filter(Boolean).join(', '),
-  done ? `done on ${done}` : 'never reported done'].filter(Boolean).join(', ') + '.';
 
 /** A number as the page writes it; undefined for one that it says it does not know. */
 export const numberIn = (text) => /\d/.test(text) ? Number(text.replace(MINUS, '-').replace(/[^-\d.e]/g, '')) : undefined;

@@ -1,4 +1,10 @@
 // Reads what a report's page shows, and what it draws on its canvases.
+import assert from 'node:assert/strict';
+import { spawnSync } from 'node:child_process';
+import { writeFileSync } from 'node:fs';
+import { join } from 'node:path';
+import { fileURLToPath } from 'node:url';
+
 import { PATIENCE } from './Patience.mjs';
 
 /** Run before the page: each canvas keeps what is drawn on it since it was cleared. */
@@ -19,27 +25,20 @@ export const KEEP_DRAWINGS = `(() => {
 })()`;
 
 /** What the page tells of the request in hand. */
-export const SHOWN = `(() => {
+const SHOWN = `(() => {
   const id = (name) => document.getElementById(name);
   const texts = (selector, root = document) => [...root.querySelectorAll(selector)].map((node) => node.textContent);
   const rows = (selector) => [...document.querySelectorAll(selector)].map((row) => [...row.cells].map((cell) => cell.textContent));
   const box = (node) => ['x', 'y', 'width', 'height'].map((name) => Number(node.getAttribute(name)));
   return {
-    title: id('request-title').textContent, mode: id('request-mode').textContent, link: id('link').textContent,
-    asked: id('asked').textContent, override: id('override').textContent, sentence: id('lines').textContent,
+    override: id('override').textContent, sentence: id('lines').textContent,
     slider: id('timeline').getAttribute('aria-valuetext'), hover: id('hover').textContent,
-    stages: texts('#stages li'), symbols: [...document.querySelectorAll('#stages li')].map((item) => [...item.querySelectorAll('path')].map((path) => path.getAttribute('class'))),
-    shapes: [...document.querySelectorAll('#stages path')].map((path) => ['x', 'y', 'width', 'height'].map((name) => Math.round(100 * path.getBBox()[name]) / 100)),
-    odd: [...document.querySelectorAll('*')].filter((node) => [...node.attributes].some(({ value }) => /null|undefined|NaN/.test(value))).map(({ outerHTML }) => outerHTML.slice(0, 99)),
-    hidden: ['why-card', 'differences-card', 'log-card', 'ports', 'stray', 'fatal', 'walk', 'message'].filter((name) => id(name).hidden),
+    stages: texts('#stages li'),
     angleHeads: [id('angles-title').textContent, ...texts('#angles th'), id('angles-note').textContent], numberHeads: texts('#numbers thead th'),
     cursor: (({ left, width }) => left + width / 2)(id('cursor').getBoundingClientRect()),
     timeline: (({ left, width }) => [left, width])(id('timeline').getBoundingClientRect()),
     angles: rows('#angles tbody tr'), beams: [...document.querySelectorAll('.beam rect:last-child')].map((node) => [box(node)[0], box(node)[2]]),
-    queries: texts('#numbers tr.query'), numbers: rows('#numbers tbody tr:not(.query)'),
-    unexplained: texts('#why .alarm').length, reasons: texts('#why h3'), kept: texts('#why > p'),
-    steps: [...document.querySelectorAll('#why .steps')].map((part) => ({ title: part.querySelector('h4').textContent, items: texts('li', part) })),
-    log: texts('#log h3, #log pre > div'),
+    numbers: rows('#numbers tbody tr:not(.query)'),
     cards: [...document.querySelectorAll('#sensors .sensor')].map((card) => ({
       heading: card.querySelector('h2').textContent, what: card.querySelector('.what').textContent,
       note: card.querySelector('p.aside')?.textContent,
@@ -68,6 +67,39 @@ export const shownRequest = async (browser, name, isChosen = true) => {
     throw new Error('request ${name} does not appear');
   })()`);
   return browser.evaluate(SHOWN);
+};
+
+// What is said: an element a line: what it is, its attributes, its own words. What is hidden has a dash, and nothing of it is told.
+const SAID = `((roots) => {
+  const lines = [];
+  const visit = (node, indent) => {
+    const isSeen = node.checkVisibility() || node.localName === 'option';
+    const isMeasured = node.closest('svg[role=img], canvas, #cursor');  // which the width of the page decides
+    const attributes = [...node.attributes].filter(({ name }) => !/^(class|checked|selected|hidden|open)$/.test(name) &&
+      !(isMeasured && /^(x|y|width|height|viewBox|style)$/.test(name))).map(({ name, value }) => name + '="' + value + '"').sort();
+    const states = ['checked', 'selected', 'open'].filter((name) => node[name]);
+    const labels = [...node.labels ?? []].map(({ textContent }) => 'labelled "' + textContent.trim() + '"');
+    const words = [...node.childNodes].map(({ nodeType, textContent }) => nodeType === 3 ? textContent.replace(/\\s+/g, ' ') : '*').join('').trim();
+    const name = (isSeen ? '' : '- ') + node.localName + [...node.classList].map((each) => '.' + each).join('');
+    lines.push(indent + [name, ...attributes, ...states, ...labels].join(' ') + (isSeen && /[^* ]/.test(words) ? ': ' + words : ''));
+    if (isSeen && !node.matches('.chart')) for (const child of node.children) visit(child, indent + ' ');
+  };
+  for (const node of document.querySelectorAll(roots)) visit(node, '');
+  return lines;
+})`;
+
+/** What the elements say that a selector finds. */
+export const saidBy = (browser, roots) => browser.evaluate(`${SAID}('${roots}')`);
+
+/** Holds lines to a file of looks/; with UPDATE_LOOKS=1 it becomes them, for you to check. */
+export const hold = (folder, name, lines) => {
+  const [expected, actual] = [fileURLToPath(new URL(`looks/${name}`, import.meta.url)), join(folder, name)];
+  const text = lines.map((line) => line.replace(/0x[0-9a-f]{8,12}\b/g, '0x').replace(/(\{#|\.cpp:)\d+/g, '$1N') + '\n').join('');
+  writeFileSync(process.env.UPDATE_LOOKS ? expected : actual, text);
+  if (!process.env.UPDATE_LOOKS) {
+    const { status, stdout } = spawnSync('diff', ['-u', expected, actual]);
+    assert.ok(status === 0, `${stdout}`);
+  }
 };
 
 const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',
