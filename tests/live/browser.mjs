@@ -121,6 +121,10 @@ try {
   assert.equal(await browser.evaluate(title), `Request ${REQUESTS - 1}`);
   await browser.press('f');
   await until(`${title} === 'Request ${REQUESTS + 1}'`);
+  await browser.press('ArrowLeft');
+  await until(`${title} === 'Request ${REQUESTS}'`);
+  await browser.evaluate(`document.getElementById('follow').click()`);
+  await until(`${title} === 'Request ${REQUESTS + 1}'`);
   feed(REQUESTS + 2);
   await until(`${title} === 'Request ${REQUESTS + 2}'`);
 
@@ -153,6 +157,13 @@ try {
   await jumps(3);
   tell(...inP1(1102));
   await jumps(2);
+
+  // A finding of another request may be told in other words only.
+  const listed = (words) => until(`/request 1104: sensor 0 narrower by 33.3 %[^%]+ down${words}request/.test(document.getElementById('jump-list').textContent)`);
+  tell(...requestLines(1103, 3), ...requestLines(1104, 4.5));
+  await listed('');
+  tell(...requestLines(1105, 3));
+  await listed(', and back in the next request');
 
   assert.deepEqual(browser.errors, [], 'nothing on the console');
   const { origin } = new URL(live.address);

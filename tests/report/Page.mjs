@@ -17,8 +17,8 @@ export const KEEP_DRAWINGS = `(() => {
   for (const name of ['fillRect', 'strokeRect', 'fillText']) {
     const draw = CanvasRenderingContext2D.prototype[name];
     CanvasRenderingContext2D.prototype[name] = function (...what) {
-      const { e, f } = this.getTransform();
-      this.canvas.drawn?.push({ name, what, left: e, top: f, colour: name === 'strokeRect' ? this.strokeStyle : this.fillStyle });
+      const { a, e, f } = this.getTransform();
+      this.canvas.drawn?.push({ name, what, scale: a, left: e, top: f, colour: name === 'strokeRect' ? this.strokeStyle : this.fillStyle });
       draw.apply(this, what);
     };
   }

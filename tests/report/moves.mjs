@@ -91,6 +91,7 @@ test('two fingers stretch the timeline and keep what is under them', async () =>
   const [a, b] = [20, 28].map((index) => xOf(index, all));
   await browser.touch('touchStart', [[a, y]]);
   await browser.touch('touchStart', [[a, y], [b, y]]);
+  assert.equal(await current(), 21, 'the second finger chooses nothing');
   await browser.touch('touchMove', [[a - 60, y], [b + 100, y]]);
   const pinched = await view();
   near(xOf(20, pinched), a - 60, 2, 'under the left finger');
@@ -365,8 +366,8 @@ test('all is drawn anew in another size', async () => {
   await browser.resize(1280, 1200, { sharp: 2 });
   await drawn();
   for (const [id, left] of [['lanes', 96], ['strip', 0]]) {
-    const [size, first] = await browser.evaluate(`(({ width, clientWidth, drawn }) => [width / clientWidth, drawn.find(({ left }) => ${left} === 0 || left > 0).left])(document.getElementById('${id}'))`);
-    assert.deepEqual([size, first], [2, 2 * left], `${id} on a screen of twice as many pixels`);
+    const told = await browser.evaluate(`(({ width, clientWidth, drawn }) => [width / clientWidth, ...(({ scale, left }) => [scale, left])(drawn.find(({ left }) => ${left} === 0 || left > 0))])(document.getElementById('${id}'))`);
+    assert.deepEqual(told, [2, 2, 2 * left], `${id} on a screen of twice as many pixels`);
   }
   await browser.resize(1280, 1200);
 });
@@ -384,9 +385,6 @@ test('the desktop becomes dark while the page is open', async () => {
   assert.notEqual(inks.light[0], inks.dark[0], 'curves');
   await browser.send('Emulation.setEmulatedMedia', { features: [] });
 });
-
-test('the head counts', async () => assert.equal(await text('about'),
-  `InstantRequest \u00b7 ${COUNT} requests \u00b7 ${FILTERS.overridden.length} overridden`));
 
 test('a port is singled out', async () => {
   await shownRequest(browser, '7');
@@ -406,7 +404,7 @@ test('a port is singled out', async () => {
 });
 
 test('b blinks between the crop and the expected one', async () => {
-  const page = await shownRequest(browser, '7');
+  await shownRequest(browser, '7');
   const crops = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child rect')]
     .map((node) => [node.getAttribute('class').split(' ')[0], Number(node.getAttribute('width'))])`);
   const widthOf = (list, name) => list.find(([own]) => own === name)?.[1];
@@ -420,11 +418,8 @@ test('b blinks between the crop and the expected one', async () => {
   assert.equal(await browser.evaluate(`document.getElementById('blink').getAttribute('aria-pressed')`), 'true');
   await click('blink');
   assert.deepEqual(await crops(), now);
-  assert.deepEqual(page.numbers.map((row) => row.at(-1)), [`w \u2212${DIFFERENT_BY}`, 'as expected']);
-  assert.match(await text('differences'), /line 32, getP1CropSetting.*need.tgCrops.0.0x7001 expected \[415, 311, 1186, 889\], is \[415, 311, 1182, 889\]/);
   await shownRequest(browser, '8');
   assert.equal(await browser.evaluate(`document.getElementById('differences-card').hidden`), true, 'others differ in nothing');
-  assert.match(await text('stray'), /^Differences that belong to no request: 1line \d+, isPortExist: not expected$/);
 });
 
 test('curves are hidden, and the axis is set', async () => {
