@@ -170,8 +170,8 @@ TEST_F(RunTest, ComparesWithTheResultsOfTheSameName) {
               1);
 }
 
-// And records leave nothing open behind them, nor to each other: twenty at a time would need more
-// than these few, and are as many as these few allow.
+// And records leave nothing open behind them, nor to each other: the streams, a pipe for each of
+// twenty and two to spare are what run may have, and what a sanitizer needs of it.
 TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     put("a b.jsonl", kModeLine);
     put("line\nend.jsonl", kModeLine);
@@ -182,7 +182,7 @@ TEST_F(RunTest, ListsEndNamesByZeroBytesOrLineEnds) {
     auto const records = [this](std::string const& list) {
         std::string const out = run({"run", "-", "--jobs", "20"}, list, [] {
                                     closefrom(STDERR_FILENO + 1);
-                                    rlimit const few{16, 16};
+                                    rlimit const few{25, 25};
                                     setrlimit(RLIMIT_NOFILE, &few);
                                 }).out;
         auto const end = out.rfind('\n', out.size() - 2) + 1;
