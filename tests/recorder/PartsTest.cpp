@@ -278,6 +278,9 @@ TEST_F(PartsTest, RequestInFlightIsInEachPart) {
 }
 
 TEST_F(PartsTest, BytesThatMakeNoSenseAreReported) {
+    setenv("ZOOMOVERRIDE_RECORD", "", 1);
+    setenv("ZOOMOVERRIDE_RECORD_BYTES", "", 1);
+    EXPECT_EQ(settingsFromEnvironment().path, "zoomoverride.jsonl");
     setenv("ZOOMOVERRIDE_RECORD", mPath.c_str(), 1);
     setenv("ZOOMOVERRIDE_RECORD_BYTES", "16M", 1);
     auto const settings = settingsFromEnvironment();

@@ -25,6 +25,7 @@ class PlatformWatchTest : public ::testing::Test {
  protected:
     ~PlatformWatchTest() override {
         NSCam::Host::clearProperties();
+        NSCam::Host::enableSensorInfo(true);
         NSCam::Host::clearSensors();
         NSCam::Host::dropContainers();
     }
@@ -80,6 +81,7 @@ TEST_F(PlatformWatchTest, ModesOfStreamingSensorsOnceEach) {
     define(-0.0F);
     mWatch.noteSensors({{2, 1}});
     mWatch.noteSensors({{2, 3}});
+    NSCam::Host::enableSensorInfo(false);
     mWatch.noteSensor(-1, 0);
     EXPECT_EQ(
         recorded(),

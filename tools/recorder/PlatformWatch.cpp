@@ -126,7 +126,7 @@ PlatformWatch::Mode PlatformWatch::ask(int32_t sensorId, uint32_t mode) {
     Mode answer;
     NSCam::MSize size;
     auto const helper = NSCam::utility::ICamsysSensorInfoHelper::getInstance();
-    if (helper->getSensorSize(sensorId, static_cast<int32_t>(mode), size)) {
+    if (helper && helper->getSensorSize(sensorId, static_cast<int32_t>(mode), size)) {
         answer.size = size;
     }
     NSCamHW::simplifiedMatrix matrix;
