@@ -128,14 +128,18 @@ TEST_F(ExternalApiTest, P2IsCorrectedButNotConverted) {
 }
 
 TEST_F(ExternalApiTest, SensorsThatDoNotStreamAreSkipped) {
-    depositModes(kModeNo, kSensorNotStreaming);
     publish(2, true);
-    ZoomOverrideP1Need p1;
-    ZoomOverrideP2Need p2;
-    EXPECT_TRUE(mStrategy.getP1CropSetting({5, 4, 0}, p1));
-    EXPECT_TRUE(mStrategy.getP2CropSetting({5, 2, 0}, p2, false));
-    EXPECT_EQ(p1.tgCrops.size(), 1U);
-    EXPECT_EQ(p2.streamCrops.size(), 1U);
+    for (uint32_t const streaming : {0U, 1U}) {
+        depositModes(streaming == 0 ? kModeNo : kSensorNotStreaming,
+                     streaming == 1 ? kModeNo : kSensorNotStreaming);
+        ZoomOverrideP1Need p1;
+        ZoomOverrideP2Need p2;
+        EXPECT_TRUE(mStrategy.getP1CropSetting({5, 4, 0}, p1));
+        EXPECT_TRUE(mStrategy.getP2CropSetting({5, 2, 0}, p2, false));
+        EXPECT_EQ(p1.tgCrops.size(), p1.tgCrops.count(streaming));
+        EXPECT_EQ(p2.streamCrops.size(), p2.streamCrops.count(streaming));
+        EXPECT_EQ(p1.tgCrops.size() + p2.streamCrops.size(), 2U);
+    }
 }
 
 TEST_F(ExternalApiTest, SensorUnknownToTheRequestThrows) {
