@@ -279,6 +279,8 @@ Change const kChanges[] = {
     {"out of logcat", "      android.sensor.info.physicalSize",
      "11-21 12:00:00.000  1234  5678 I dump    : android.sensor.info.physicalSize", ""},
     {"out of an old logcat", "        [4 4 4081", "D/dump    ( 1234):         [4 4 4081", ""},
+    {"out of an old logcat, with its time", "        [4 4 4081",
+     "11-21 12:00:00.000 D/dump    ( 1234):         [4 4 4081", ""},
     {"not finite", "[2.16000009 ]", "[1e99 ]", noFocalLength("[1e99 ], announced as 1 values")},
     {"focal length of an unknown lens", "[2.16000009 ]", "[0.00000000 ]",
      " is left out: android.lens.info.availableFocalLengths is no length"},
