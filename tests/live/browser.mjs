@@ -164,6 +164,16 @@ try {
   await listed('');
   tell(...requestLines(1105, 3));
   await listed(', and back in the next request');
+  assert.match(await browser.evaluate(`document.getElementById('jump-list').textContent`), new RegExp(`^request 1104:.*request 1103:.*request ${JUMP}:.*request 1101:`), 'the worst first');
+
+  // A mode came since that cannot be asked so.
+  const ask = `document.getElementById('what-if-ratio').dispatchEvent(new Event('input'))`;
+  const answer = (words) => until(`document.getElementById('what-if-said').textContent.startsWith('${words}')`);
+  tell({ op: 'initialize', mode: 'InstantRequest' });
+  await eventually(async () => JSON.parse((await live.get('answer?ratio=2')).text).isFatal, 'a copy that is stopped');
+  await browser.evaluate(ask);
+  await answer('The library would stop the process.');
+  assert.equal(await browser.evaluate(`document.getElementById('what-if-sensors').children.length`), 0);
 
   assert.deepEqual(browser.errors, [], 'nothing on the console');
   const { origin } = new URL(live.address);
@@ -174,6 +184,8 @@ try {
   assert.equal(await live.interrupt(), 2);
   await until(`document.getElementById('live-state').textContent.startsWith('zoomreplay has been ended')`);
   assert.equal(await browser.evaluate(title), 'Request 3', 'the page stays');
+  await browser.evaluate(ask);
+  await answer('There is no answer: ');
 } finally {
   await browser.stop();
   live.process.kill();

@@ -79,8 +79,9 @@ const SAID = `((roots) => {
       !(isMeasured && /^(x|y|width|height|viewBox|style)$/.test(name))).map(({ name, value }) => name + '="' + value + '"').sort();
     const states = ['checked', 'selected', 'open'].filter((name) => node[name]);
     const labels = [...node.labels ?? []].map(({ textContent }) => 'labelled "' + textContent.trim() + '"');
-    const words = [...node.childNodes].map(({ nodeType, textContent }) => nodeType === 3 ? textContent.replace(/\\s+/g, ' ') : '*').join('').trim();
+    let words = [...node.childNodes].map(({ nodeType, textContent }) => nodeType === 3 ? textContent.replace(/\\s+/g, ' ') : '*').join('').trim();
     const name = (isSeen ? '' : '- ') + node.localName + [...node.classList].map((each) => '.' + each).join('');
+    if (node.matches('.chart')) words += [...node.querySelectorAll('.dygraph-axis-label')].map(({ textContent }) => textContent).join(' ');
     lines.push(indent + [name, ...attributes, ...states, ...labels].join(' ') + (isSeen && /[^* ]/.test(words) ? ': ' + words : ''));
     if (isSeen && !node.matches('.chart')) for (const child of node.children) visit(child, indent + ' ');
   };

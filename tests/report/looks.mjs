@@ -1,6 +1,6 @@
 // Holds what pages say and how they look to looks/*.txt, where nothing depends on fonts: node looks.mjs ZOOMREPLAY FOLDER MOVES.html TOUR.html
 import { spawnSync } from 'node:child_process';
-import { mkdirSync } from 'node:fs';
+import { mkdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
 import { after, before, test } from 'node:test';
 import { pathToFileURL } from 'node:url';
@@ -79,11 +79,12 @@ const openAll = async (request) => {
   }`);
 };
 const SCREEN = 'on the screen';
+const ON_PAPER = 'on paper';
 const POINTED_AT = 'under the mouse and with the focus';
 const LOOKS = {
   [SCREEN]: async () => {},
   narrow: () => browser.resize(900, 1000),
-  'on paper': () => media('print', 'light'),
+  [ON_PAPER]: () => media('print', 'light'),
   [POINTED_AT]: async () => {},
 };
 const SCHEMES = [['', 'light'], ['', 'dark'], ['print', 'light'], ['print', 'dark']];
@@ -110,22 +111,40 @@ test('reports', async () => {
   const bare = join(folder, 'bare.html');
   mkdirSync(folder, { recursive: true });
   spawnSync(tool, ['bare.jsonl', '-o', '/dev/null', '--report', bare], { cwd: new URL('looks/', import.meta.url) });
-  for (const [name, file, ...requests] of [['moves', reports[0], '7'], ['bare', bare, '1'], ['tour', reports[1], '2:2', '3', '5', '8', '10']]) {
+  for (const [name, file, looks, ...requests] of [['moves', reports[0], Object.keys(LOOKS), '7'], ['bare', bare, [SCREEN, ON_PAPER], '1'], ['tour', reports[1], [SCREEN], '2:2', '3', '5', '8', '10']]) {
     await browser.open(pathToFileURL(file).href);
     for (const request of requests) {
       await openAll(request);
       if (name !== 'tour') hold(folder, `${name}.txt`, await say('body > :not(script)'));
-      await takeStyles(request === requests[0] ? Object.keys(LOOKS) : [SCREEN]);
+      await takeStyles(looks);
     }
   }
 });
 
+test('a crop of the active array that was expected elsewhere', async () => {
+  const run = (published, ...options) => {
+    writeFileSync(join(folder, 'compared.jsonl'), [...SETUP, ...requestLines(1, published)].map((line) => JSON.stringify(line) + '\n').join(''));
+    spawnSync(tool, ['compared.jsonl', ...options], { cwd: folder });
+  };
+  run(2.5, '-o', 'expected.jsonl');
+  run(2, '-o', '/dev/null', '--compare', 'expected.jsonl', '--report', 'compared.html');
+  await browser.open(pathToFileURL(join(folder, 'compared.html')).href);
+  await openAll('1');
+  const said = await say('main');
+  await browser.press('b');
+  hold(folder, 'compared.txt', [...said, ...await say('#sensors, #blink')]);
+});
+
 test('a live page', async () => {
   const live = await Live.start(tool);
-  await browser.open(live.address);
+  await browser.open(`${live.address}#request=2`);
   const said = await say('#live, #what-if');
   live.write(...SETUP, ...requestLines(1, 2));
-  await openAll('1');
+  await shownRequest(browser, '1', false);
+  said.push(...await say('#live'));
+  live.write(...requestLines(2, 2));
+  await shownRequest(browser, '2', false);
+  await openAll('2');
   await browser.evaluate(`{ const slider = document.getElementById('what-if-ratio'); slider.value = 1; slider.dispatchEvent(new Event('input')); }`);
   await eventually(() => browser.evaluate(`document.getElementById('what-if').dataset.answered === '2'`), 'an answer');
   said.push(...await say('#live, #what-if'));

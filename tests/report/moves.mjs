@@ -137,6 +137,7 @@ test('the mouse chooses, reads out, and moves the window with Shift', async () =
   await until(() => text('request-title'), 'Request 15', 'what is passed is shown');
   await browser.mouse('mouseMoved', xOf(17, all), y + 900, 1);
   assert.equal(await current(), 18, 'the mouse is held above other things');
+  await until(() => text('request-title'), 'Request 18', 'what is passed later, too');
   await browser.mouse('mouseMoved', xOf(14, all), y + 900, 1);
   await browser.mouse('mouseReleased', xOf(14, all), y + 900, 0);
   await browser.mouse('mouseMoved', xOf(20, all), y, 0);
@@ -326,7 +327,7 @@ test('filters find the requests that meet all their parts', async () => {
   }
   assert.equal(await goTo('17'), '');
   assert.equal(await current(), 17);
-  for (const words of ['fatal', 'sensor 7', 'sensor 7 corrected', 'sensor 0 asks, 8x', 'mode 4']) {
+  for (const words of ['fatal', 'outside', 'sensor 7', 'sensor 7 corrected', 'sensor 0 asks, 8x', 'mode 4']) {
     assert.equal(await goTo(words), `No request is \u201c${words}\u201d.`);
     assert.equal(await browser.evaluate(`document.getElementById('walk').hidden`), true, 'an empty list');
   }
@@ -377,10 +378,10 @@ test('the desktop becomes dark while the page is open', async () => {
   for (const value of ['light', 'dark']) {
     await browser.send('Emulation.setEmulatedMedia', { features: [{ name: 'prefers-color-scheme', value }] });
     await drawn();
-    const [own, ...told] = await browser.evaluate(`[getComputedStyle(document.documentElement).getPropertyValue('--faint').trim(), ranges['ratio-chart'].colors[0],
-      ...['lanes', 'strip'].map((id) => document.getElementById(id).drawn[0].colour)]`);
+    const [own, line, ...told] = await browser.evaluate(`[...['--faint', '--line'].map((name) => getComputedStyle(document.documentElement).getPropertyValue(name).trim()), ranges['ratio-chart'].colors[0],
+      ...['lanes', 'strip'].map((id) => document.getElementById(id).drawn[0].colour), ranges['angle-chart'].axisLineColor, ranges['angle-chart'].gridLineColor]`);
     inks[value] = told;
-    assert.deepEqual(told.slice(1), [own, own], value);
+    assert.deepEqual(told.slice(1), [own, own, line, line], value);
   }
   assert.notEqual(inks.light[0], inks.dark[0], 'curves');
   await browser.send('Emulation.setEmulatedMedia', { features: [] });
@@ -425,13 +426,13 @@ test('b blinks between the crop and the expected one', async () => {
 test('curves are hidden, and the axis is set', async () => {
   const options = async () => {
     await drawn();
-    return browser.evaluate(`Object.fromEntries(Object.entries(globalThis.ranges).map(([id, { visibility, valueRange }]) => [id, { visibility, valueRange }]))`);
+    return browser.evaluate(`Object.fromEntries(Object.entries(globalThis.ranges).map(([id, { visibility, valueRange, colors }]) => [id, { visibility, valueRange, colors }]))`);
   };
   const before = await options();
   assert.deepEqual(before['ratio-chart'].visibility, [true, true]);
   await browser.evaluate(`document.querySelectorAll('#ratio-legend input')[1].click()`);
   const hidden = await options();
-  assert.deepEqual(hidden['ratio-chart'].visibility, [true, false]);
+  assert.deepEqual([hidden['ratio-chart'].visibility, hidden['ratio-chart'].colors], [[true, false], before['ratio-chart'].colors]);
   for (const [{ 'ratio-chart': { valueRange: [low, high] } }, least, most] of [[before, 0.99, 9], [hidden, 1.1, 5]]) {
     near(low * 1.12, least, 0.01, 'room below what is shown');
     near(high / 1.12, most, 0.01, 'room above');

@@ -59,15 +59,12 @@ test('without angles the parts of the sensors are told', async () => {
   assert.deepEqual(first.beams, [[25, 50], [0, 100]]);
   assert.deepEqual(first.numbers.filter(([, , port]) => port === 'crop').map((row) => row.slice(1, 8)), [['2', 'crop', 'TG', '0', '0', '2304', '1296'], ['10', 'crop', 'TG', '0', '0', '1152', '1296'],
     ['2', 'crop', 'TG', '576', '324', '1152', '648'], ['10', 'crop', 'TG', '0', '0', '2304', '648']]);
-  assert.equal(first.numberHeads.length, 10);
   assert.equal(first.hover, 'request 1 \u00b7 asked 1.00\u00d7 \u00b7 override 2.00\u00d7 \u00b7 width of the crop: sensor 2 0.50, sensor 10 1.00');
   assert.deepEqual(first.cards.map(({ heading, what, figures }) => [heading, what, figures[0].caption]), [2, 10].map((id) =>
     [`Sensor ${id}`, 'no angles configured', 'Read out by its modes4608\u00d72592']));
   assert.deepEqual(second.angleHeads, [...head, 'No crop was overridden in this request.']);
   assert.equal(second.cards[1].note, 'Has no mode in this request.');
   assert.deepEqual(second.stages, ['No crop was asked for.']);
-  assert.deepEqual(await texts('#quantity option'), ['Width of the crop']);
-  assert.doesNotMatch((await texts('#angle-chart .dygraph-axis-label-y')).join(), /\u00b0|^$/);
   assert.equal((await shownRequest(browser, '3')).override, '4.00\u00d7', 'the first, where none is applied');
 });
 
@@ -135,6 +132,15 @@ test('a lone sensor, large numbers, and crops that were not expected', async () 
   }
   assert.deepEqual((await texts('#plain td:first-child')).map(Number), numbers);
   assert.match((await texts('#plain li')).join(), /first 4000000000/);
+});
+
+test('more sensors than colours', async () => {
+  const ids = [0, 1, 2, 3, 4, 5, 6, 8];
+  await open([...ids.map(sensor), { op: 'initialize', mode: 'ByRequest' }, { op: 'storeOverrideSetting', requestNo: 2, setting: { overrideValid: true, requestNo: 2, zoomRatio: 2,
+    previewAaCrops: Object.fromEntries(ids.map((id) => [id, [0, 0, 2304, 1296]])) } },
+  { op: 'setRunTimeCropNeedData', requestNo: 1, sensorModes: Object.fromEntries(ids.map((id) => [id, 1])) }, { op: 'getP2CropSetting', requestNo: 1, zoomRatio: 1 }]);
+  assert.deepEqual(await browser.evaluate(`[...document.querySelectorAll('#angle-legend path')].map(({ style }) => style.stroke + ' ' + style.strokeDasharray)`),
+    ['0) none', '1) 8, 3', '2) 2, 2', '3) 10, 3, 2, 3', '4) 5, 5', '5) 1, 3', '0) none', '1) 8, 3'].map((words) => `var(--c${words}`));
 });
 
 test('without requests there is nothing to show', async () => {

@@ -161,6 +161,7 @@ const holdPicture = (figure, boxes, where, empty) => {
     assert.ok(figure.labelled.slice(i + 1).every(([a, b, other]) => Math.abs(y - b) >= 12 || x + length <= a || a + other <= x), `${where}: label ${i} stands alone`);
   });
   const [, whole] = figure.boxes[0];
+  assert.ok(figure.picture[1] <= 182, 'none fills the screen');
   for (const [name, box] of figure.boxes) {  // none is cut off nearer than half of the sensor
     [0, 1].forEach((i) => assert.ok(Math.max(box[i], whole[i] - whole[i + 2] / 2) >= -1 &&
       Math.min(box[i] + box[i + 2], whole[i] + 1.5 * whole[i + 2]) <= figure.picture[i] + 1, `${where}: ${name} ${box} is inside of ${figure.picture}`));
@@ -242,7 +243,7 @@ test('curves', async () => {
     document.getElementById('zoom-all').click();
     await new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(resolve)));
     Dygraph.prototype.updateOptions = updateOptions;
-    return graphs.map((graph) => ({ dashes: graph.getLabels().slice(1).map((label) => graph.getOption('strokePattern', label)), labels: graph.getLabels().slice(1), x: graph.xAxisRange(), y: graph.yAxisRange(), colours: graph.getColors(),
+    return graphs.map((graph) => ({ widths: graph.getLabels().slice(1).map((label) => graph.getOption('strokeWidth', label)), dashes: graph.getLabels().slice(1).map((label) => graph.getOption('strokePattern', label)), labels: graph.getLabels().slice(1), x: graph.xAxisRange(), y: graph.yAxisRange(), colours: graph.getColors(),
       rows: Array.from({ length: graph.numRows() }, (_, row) => graph.getLabels().map((_, column) => graph.getValue(row, column))) }));
   })()`);
   const colours = await coloursOf(browser);
@@ -257,8 +258,8 @@ test('curves', async () => {
     requests.forEach((request, i) => assert.ok(Object.values(curves).every((value, k) =>
       isNear(String(rows[i][k + 1] ?? '-'), value(request)) && rows[i][0] === i), `request ${request.name}: ${rows[i]}`));
   };
-  const texts = (selector) => browser.evaluate(`[...document.querySelectorAll('${selector}')].map((node) => node.textContent)`);
   const [ratios, lower] = await charts();
+  assert.deepEqual([ratios.widths, lower.widths], [[1.6, 2.2, 2], [1.6, 1.6, 1.6]]);
   hold(ratios, { asked: askedOf, override: overrideOf, phone: ({ phone }) => phone?.zoomRatio }, ['--ink', '--override', '--phone']);
   const bySensor = (value) => Object.fromEntries(SENSORS.map((sensor) => [`sensor ${sensor}`, (request) => {
     const crop = leadOf(request, sensor)?.crop;
@@ -266,15 +267,12 @@ test('curves', async () => {
   }]));
   const names = ['--c0', '--c1', '--c2'];
   hold(lower, bySensor(({ difference }) => difference?.across), names);
-  const ticks = (axis) => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-${axis}')].map((label) => label.textContent)`);
-  assert.deepEqual(await ticks('x'), requests.map(({ name }) => name));
-  assert.deepEqual(await texts('#ratio-chart .dygraph-axis-label-y'), ['1.5\u00d7', '2\u00d7', '3\u00d7']);
-  const heights = await ticks('y');
-  assert.ok(heights.includes('0\u00b0') && heights.some((label) => label.startsWith('+')) && heights.some((label) => label.startsWith('\u2212')), heights.join());
-  for (const [quantity, value] of [['angle', 'across'], ['right', 'right'], ['down', 'below']]) {
+  const ticks = () => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-y')].map((label) => label.textContent)`);
+  for (const [quantity, value, ...axis] of [['angle', 'across', '50\u00b0'], ['right', 'right', '\u221220\u00b0', '0\u00b0'], ['down', 'below', '\u221210\u00b0', '0\u00b0']]) {
     await browser.evaluate(`{ const list = document.getElementById('quantity');
       list.value = '${quantity}'; list.dispatchEvent(new Event('change')); }`);
     hold((await charts())[1], bySensor(({ sight }) => sight[value]), names);
+    assert.deepEqual(await ticks(), axis);
   }
 });
 
@@ -334,6 +332,12 @@ test('each finding lists its requests', async () => {
       document.querySelector('[data-finding=${mark}]').click();
       return [...document.querySelectorAll('#walk-list a')].map((link) => link.textContent);
     })()`);
+    const typed = await browser.evaluate(`(() => {
+      document.getElementById('go-to').value = '${mark === 'stale' ? 'kept' : mark}';
+      document.getElementById('go').requestSubmit();
+      return [...document.querySelectorAll('#walk-list a')].map((link) => link.textContent);
+    })()`);
+    assert.deepEqual(typed, listed, mark);
     assert.deepEqual(listed, requests.map(({ name }) => name).filter((name) => names.includes(name)), mark);
   }
 });
