@@ -6,6 +6,7 @@ const UNPACK = new URL('../../tools/zoomreplay/report/page/unpack.js', import.me
 const Table = new Function(`${readFileSync(UNPACK, 'utf8')}; return Table;`)();
 const byIndex = (a, b) => a.index - b.index || a.sensor - b.sensor;
 const plainJumps = (jumps) => jumps.map(({ index, sensor, words }) => ({ index, sensor, words })).sort(byIndex);
+const inOrder = (jumps) => jumps.map(({ index, words }) => index + words.replace(/sensor \d+/, ''));  // of sensors that are alike
 
 /** @return the indices of the records that a table's blocks hold, which are put into their places */
 const unpack = async (table, blocks, records) => {
@@ -33,7 +34,7 @@ export const dataIn = async (html) => {
 export const toldInReport = async (html) => {
   const { total, rigs, fatal, jumps, overview, requests } = await dataIn(html);
   const inPlace = (records) => [...records].sort(byIndex).map(({ index, ...record }) => record);
-  return { count: total, rigs, fatal, jumps: plainJumps(jumps), overview: inPlace(overview), requests: inPlace(requests) };
+  return { count: total, rigs, fatal, jumps: plainJumps(jumps), worst: inOrder(jumps), overview: inPlace(overview), requests: inPlace(requests) };
 };
 
 /** The one record of a table. */
@@ -63,5 +64,6 @@ export const toldInEvents = async (events) => {
     assert.ok(data.count >= told.count, 'requests do not get fewer');
     told.count = data.count;
   }
-  return { ...told, jumps: plainJumps(told.jumps) };
+  const worst = inOrder([...told.jumps].sort((a, b) => b.size - a.size || a.index - b.index));
+  return { ...told, jumps: plainJumps(told.jumps), worst };
 };

@@ -76,8 +76,8 @@ const tests = {
       lines.push(...own);
       live.write(...own);
     };
-    // It leaps now and then; the rig changes on the way, and what a phone has to say comes late.
-    const request = (no) => requestLines(no, 2 + (no * no % 41 === 0 ? 0.3 : no / 2000));
+    // It leaps now and then, and back in the next request, which may be told later; the rig changes on the way, and what a phone has to say comes late.
+    const request = (no) => requestLines(no, 2 + (no % 40 === 0 ? -0.3 : no / 2000));
     feed(...SETUP, ...request(1));
     await early.until(isCount(1));
     for (let no = 2; no <= 1200; ++no) {
@@ -221,6 +221,11 @@ const tests = {
     }
     assert.deepEqual(await toldInEvents(reader.events), early);
     assert.equal((await live.get('report')).text, reportOf(lines), 'none of it is a part of the session');
+    for (let requestNo = 100; requestNo < 130; ++requestNo) {  // asked before they are told
+      live.write(...[deposit, ...queries].map((line) => ({ ...line, requestNo })));
+      const answer = JSON.parse((await live.get('answer?ratio=2')).text);
+      assert.equal((await recordIn(answer.requests)).queries.length, answer.lines.length - 2, 'a request of its own');
+    }
 
     // A mode that has no P2 query came since: what stops the copy is told here alone.
     live.write({ op: 'initialize', mode: 'InstantRequest' });

@@ -125,6 +125,7 @@ BadUsage const kBadUsages[] = {
     {{"wy", "s.jsonl", "1"}, "wy: no such command or scenario; did you mean why?\n"},
     {{"why", "s.jsonl", "1"}, "request 1: no line asks for its crops\n"},
     {{"why", "s.jsonl", "two"}, "REQUEST two: must be A-B or A\n"},
+    {{"why", "s.jsonl"}, "REQUEST is required\n"},
     {{"s.jsonl", "--jumps", "-o", "-"}, "--jumps: standard output is for the results\n"},
     {{"s.jsonl", "--requests", "1", "-o", "-"}, "--requests: results are never limited"},
     {{"new", "s.jsonl"}, "s.jsonl: cannot create: File exists\n"},
