@@ -76,8 +76,9 @@ const tests = {
       lines.push(...own);
       live.write(...own);
     };
-    // It leaps now and then, and back in the next request, which may be told later; the rig changes on the way, and what a phone has to say comes late.
-    const request = (no) => requestLines(no, 2 + (no % 40 === 0 ? -0.3 : no / 2000));
+    // It leaps now and then, and back in the next request, which may be told later, and once 96 behind;
+    // the rig changes on the way, and what a phone has to say comes late.
+    const request = (no) => requestLines(no, 2 + (no % 40 === 0 || no === 1105 ? -0.3 : no / 2000));
     feed(...SETUP, ...request(1));
     await early.until(isCount(1));
     for (let no = 2; no <= 1200; ++no) {
@@ -86,7 +87,7 @@ const tests = {
       if (no === 600) await early.until(isCount(600));
       if (no > 9) feed({ op: 'observed', requestNo: no - 5, activePhysicalId: String(no >> 7) });  // a new word now and then
     }
-    await early.until(isCount(1200));
+    await early.until(({ data }) => data?.jumps?.some(({ index }) => index === 1199));
     feed(...request(1201).slice(0, 4));  // is never done
     await early.until(isCount(1201));
     const { length } = early.events;
@@ -108,8 +109,13 @@ const tests = {
 
   async 'eight readers at most, and who has gone makes room'() {
     const live = await Live.start(tool);
-    const readers = [];
-    for (let i = 0; i < 8; ++i) readers.push(await live.follow());
+    live.write(...SETUP, ...requestLines(1, 2));
+    const readers = [await live.follow()];
+    await readers[0].until(isCount(1));
+    const { pid } = live.process;
+    const used = () => readFileSync(`/proc/${pid}/task/${pid}/stat`, 'utf8').split(' ').slice(13, 15).reduce((a, b) => a + Number(b), 0);
+    const before = used();  // hundredths of a second
+    for (let i = 1; i < 8; ++i) readers.push(await live.follow());
     assert.deepEqual(readers.map(({ status }) => status), Array(8).fill(200));
     const ninth = await live.follow();
     assert.equal(ninth.status, 503);
@@ -121,6 +127,7 @@ const tests = {
       else readers.push(next);
       return next.status === 200;
     }, 'a place for another');
+    assert.ok(used() - before < 5, 'the replay waits');
     for (const reader of readers) reader.close();
     assert.equal(await live.interrupt(), 0);
   },

@@ -189,13 +189,15 @@ test('of long lists a part is shown', async () => {
 });
 
 test('requests are found in the order in which they ended', async () => {
-  const lines = [{ op: 'initialize', mode: 'InstantRequest' },
+  const lines = [{ op: 'sensor', id: 0, modes: { 1: { matrix: [1, 0, 1, 0] } } }, { op: 'initialize', mode: 'InstantRequest' },
+    { op: 'storeOverrideSetting', metadata: { zoomRatio: 1.5, customStreamCrops: [0, 0, 0, 8, 8] }, streamIdMap: { 0: '0x70010000000000' } },
     { op: 'configSensorInfo', sensorIds: [5], sensorInfos: { 5: { degreeH: 68, degreeV: 42, activeArray: [0, 0, 4608, 2592] },
       7: { degreeH: '-inf', degreeV: 'inf', activeArray: [0, 0, 8, 8] } } }];
   const request = (requestNo) => lines.push({ op: 'setRunTimeCropNeedData', requestNo, sensorModes: { 0: 1 } });
   const done = (requestNo) => lines.push({ op: 'onRequestDone', requestNo });
   for (let no = 1; no <= 1300; ++no) {
     request(no);
+    if (no === 150 || no === 401) lines.push({ op: 'getP1CropSetting', requestNo: no, zoomRatio: 2 });  // has no such stream
     if (no > 400) done(no);
   }
   for (let no = 1; no <= 400; ++no) done(no);
@@ -211,6 +213,7 @@ test('requests are found in the order in which they ended', async () => {
   assert.equal(cells.length, 600);
   for (const [text, expected] of cells) assert.equal(text, expected);
   assert.equal((await texts('#plain p')).at(-1), 'The first 100 of 1300 requests.');
+  assert.deepEqual(await texts('#plain li'), ['exception: 2 requests, first 150']);
   assert.deepEqual(await texts('#stray-list li'), ['isPortExist: expected, and nothing came of it']);
 });
 
