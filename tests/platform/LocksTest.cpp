@@ -100,7 +100,7 @@ TEST_P(LocksTest, WhatIsThereIsReadWhileATableGrows) {
     table.put(0);
     std::atomic<bool> isOver{false};
     std::thread other([&] {
-        for (int32_t i = kEntries; i > 0; --i) {
+        for (int32_t i = 4 * kEntries; i > 0; --i) {
             table.put(i);
         }
         isOver = true;
