@@ -166,6 +166,8 @@ TEST_F(SensorCropMapperTest, MissingMasterIsRefused) {
     configure({80, 60, kArray}, {80, 60, kArray});
     mMapper.config({{5, 0}, {{0, std::make_shared<Info>()}}});
     EXPECT_THAT(refused(), ElementsAre("[::getSensorCrop] cannot find in mvInfo. sensorId(5)"));
+    mMapper.config({{0}, {}});  // nothing is left of the sensors before
+    EXPECT_THAT(refused(), ElementsAre("[::getSensorCrop] cannot find in mvInfo. sensorId(0)"));
 }
 
 TEST_F(SensorCropMapperTest, DebugRatioNeedsLogLevel3) {
