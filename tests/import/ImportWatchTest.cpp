@@ -316,6 +316,7 @@ BadRig const kBadRigs[] = {
      "1: modes.0.windows: unknown field; did you mean window?"},
     {sensor(R"({"size":[4,0],"window":[0,0,4,3]})"), "1: modes.0: size: must be an area"},
     {std::string(kSensors), " no configSensorInfo line names a sensor"},
+    {config("", ""), " no configSensorInfo line names a sensor"},
     {std::string(kConfig), " sensor 0: is configured, but no sensor line gives it a mode"},
     {config("256", ""), " sensor 256: its id has no room in a stream id, which has 0 to 255"},
     {config("0", ""), " sensor 0: has no entry in sensorInfos"},
