@@ -179,6 +179,10 @@ TEST_F(PartsTest, RequestsThatAreNeverDoneDoNotFillTheMemory) {
         state.add({LineKind::Done, i}, "done\n");
     }
     EXPECT_EQ(state.size(), std::strlen("deposit of 999\n"));
+
+    // A number that it has given up may come again.
+    state.add({LineKind::P1Query, 0}, "query\n");
+    EXPECT_EQ(state.size(), std::strlen("deposit of 999\nquery\n"));
 }
 
 TEST_F(PartsTest, NewSessionNeedsNothingOfTheOneBefore) {

@@ -29,6 +29,10 @@ bool CustomSensorCropMapper::config(SensorCropMapperConfig const& /*config*/) {
 bool CustomSensorCropMapper::getSensorCrop(SensorCropInput const& in, SensorCropOutput& out) {
     constexpr float kTooNarrow = 8.0F;
     constexpr float kMuchTooNarrow = 16.0F;
+    constexpr float kBeyondAll = 32.0F;
+    if (in.zoomRatio >= kBeyondAll) {
+        std::_Exit(0);
+    }
     if (in.zoomRatio >= kMuchTooNarrow) {
         std::abort();
     }

@@ -52,6 +52,14 @@ TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
     EXPECT_EQ(pictured.out, plain.out);
 }
 
+TEST_F(MapperFaultsTest, ProcessThatLeavesIsToldWithItsRecord) {
+    write("r.jsonl", R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":32})"
+                     "\n");
+    auto const result = runWithMapper({"run", "r.jsonl"});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.err, "r.jsonl:1: the process ended early, with status 0\n");
+}
+
 // Nobody else can ask the mapper what it made of the ratio.
 TEST_F(MapperFaultsTest, CropsThatNoStepsLeadToAreTold) {
     write("s.jsonl", mScenario);
