@@ -174,6 +174,8 @@ try {
   await browser.evaluate(ask);
   await answer('The library would stop the process.');
   assert.equal(await browser.evaluate(`document.getElementById('what-if-sensors').children.length`), 0);
+  tell(deposit(1106));
+  await until(`document.getElementById('what-if').hidden`, 'nothing is published in this mode');
 
   assert.deepEqual(browser.errors, [], 'nothing on the console');
   const { origin } = new URL(live.address);

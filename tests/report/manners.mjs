@@ -110,15 +110,12 @@ test('a dark page for dark desktops', async () => {
   for (const i of [0, 2, 3]) assert.notEqual(sheets[0][i], sheets[1][i], 'what the browser draws, ink, and ground');
 });
 
-test('names differ, and pictures are large', async () => {
+test('pictures have the larger part of the width', async () => {
   await browser.resize(1280, 1000);
   await open(reports[0]);
   await shownRequest(browser, '1');
   const [pictures, request] = await browser.evaluate(`['sensors', 'request'].map((id) => document.getElementById(id).getBoundingClientRect().toJSON())`);
-  assert.ok(pictures.right <= request.left && pictures.width > request.width && pictures.top === request.top, 'pictures have the larger part of the width');
-  const names = await browser.evaluate(`[...document.querySelectorAll('[aria-label]:not(svg)')].map((node) => node.ariaLabel)`);
-  assert.ok(names.length > 15);
-  assert.deepEqual(names.filter((name, i) => names.indexOf(name) !== i), []);
+  assert.ok(pictures.right <= request.left && pictures.width > request.width && pictures.top === request.top);
 });
 
 test('nothing on the console, and nothing is loaded beside the page', () => {

@@ -116,8 +116,11 @@ test('a finger chooses requests', async () => {
   const all = await view();
   await browser.touch('touchStart', [[xOf(11, all), y]]);
   await browser.touch('touchMove', [[xOf(17, all), y]]);
-  await browser.touch('touchEnd', []);
+  await browser.touch('touchCancel', []);
   assert.equal(await current(), 18);
+  await browser.touch('touchStart', [[xOf(20, all), y]]);
+  await browser.touch('touchEnd', []);
+  assert.equal(await current(), 21, 'one that the browser took away is no second finger');
 });
 
 test('the mouse chooses, reads out, and moves the window with Shift', async () => {
@@ -201,6 +204,7 @@ test('keys move, zoom and play on the timeline, and scroll elsewhere', async () 
     assert.equal(await current(), expected);
   }
   assert.equal(await press(' '), 4);
+  assert.equal(await browser.evaluate('location.hash'), '#request=4', 'where somebody wanted to go');
   assert.deepEqual([await tick(), ...await playing()], [undefined, 'Play', 'false'], 'stopped');
   assert.equal(await press('End'), COUNT);
   await press('ArrowLeft');
@@ -335,15 +339,13 @@ test('filters find the requests that meet all their parts', async () => {
   assert.match(await goTo('41'), /^There is no request 41/);
   assert.match(await goTo('corected'), /corected.+means nothing/);
   assert.equal(await current(), 17, 'what is not found leads nowhere');
-  assert.equal(await goTo('18'), '', 'and is forgotten');
+  for (const words of ['undone', '41', '18']) assert.equal((await goTo(words)) === '', words !== '41', 'and is forgotten');
 });
 
 const pictured = () => browser.evaluate(`[...document.querySelectorAll('[data-sensor="0"] figure:last-child text.label')].map((label) => label.textContent)`);
 
 test('the axis names requests, and curves go on beyond the window', async () => {
   const named = () => browser.evaluate(`[...document.querySelectorAll('#angle-chart .dygraph-axis-label-x')].map((label) => label.textContent).join()`);
-  assert.equal(await named(), '1,6,11,16,21,26,31,36');
-  assert.equal(await browser.evaluate(`document.querySelectorAll('#ratio-chart .dygraph-axis-label-x').length`), 0, 'once');
   for (let i = 0; i < 2; ++i) await click('zoom-in');
   await browser.evaluate(`location.hash = '#request=20'`);
   await until(current, 20);
