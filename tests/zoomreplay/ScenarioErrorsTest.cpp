@@ -73,6 +73,7 @@ constexpr BadLine kFields[] = {
     {R"({"op":"onRequestDone"})", "onRequestDone: requestNo: missing"},
     {R"({"op":"onRequestDone","requstNo":1})",
      "onRequestDone: requestNo: missing; there is requstNo"},
+    {R"({"op":"correctTgCropRegion","sensorMode":1})", "correctTgCropRegion: sensorId: missing"},
     {R"({"op":"setRunTimeCropNeedData","requestNo":1,"sensor_mode":{}})",
      "setRunTimeCropNeedData: sensor_mode: unknown field; did you mean sensorModes?"},
     {R"({"op":"onRequestDone","requestNo":1,"notice":0})", "onRequestDone: notice: unknown field"},

@@ -237,15 +237,15 @@ void Fields::finish() const {
 }
 
 void Fields::failMissing(std::string_view name) const {
-    std::vector<std::string_view> others;
+    std::string problem = "missing";
     for (auto const& [other, node] : mMembers) {
-        if (std::find(mKnown.begin(), mKnown.end(), other) == mKnown.end()) {
-            others.push_back(other);
+        bool const isKnown = std::find(mKnown.begin(), mKnown.end(), other) != mKnown.end();
+        if (!isKnown && !nearMiss(other, {&name, 1}).empty()) {
+            problem += "; there is " + std::string(other);
+            break;
         }
     }
-    auto const misspelt = nearMiss(name, others);
-    Value({}, mObject, name)
-        .fail(misspelt.empty() ? "missing" : "missing; there is " + std::string(misspelt));
+    Value({}, mObject, name).fail(problem);
 }
 
 }  // namespace scenario
