@@ -205,6 +205,10 @@ TEST_F(CompareTest, FindsWhatBelongsTogetherInAnEditedScenario) {
 
     std::string const isNew = "expected no result, got one";
     std::string const inOne = "4 results differ, in 1 request\n";
+    EXPECT_THAT(differ(ramp(all) + std::string(kModeLine)),
+                testing::EndsWith(": getZoomOverrideMode: " + isNew +
+                                  "\n1 result differs, in 0 requests\n"));
+
     auto added = all;
     added.insert(added.begin() + 100, 700);
     EXPECT_EQ(differ(std::string(kModeLine) + ramp(added)),
