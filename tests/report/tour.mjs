@@ -198,6 +198,17 @@ test('the pictures', () => forEach((request, page, where) => {
   });
 }));
 
+test('P2 stays in the pictures when a port is singled out', async () => {
+  await shownRequest(browser, '1');
+  const inPictures = (index) => browser.evaluate(`{ const list = document.getElementById('port');
+    list.selectedIndex = ${index}; list.dispatchEvent(new Event('change'));
+    [...document.querySelectorAll('#sensors text.label')].map(({ textContent }) => textContent).filter((label) => label.startsWith('P2')); }`);
+  const all = await inPictures(0);
+  assert.notEqual(all.length, 0);
+  assert.deepEqual(await inPictures(1), all);
+  await inPictures(0);
+});
+
 const STATE_COLOURS = { refused: '--refused', overridden: '--overridden', exception: '--exception', fatal: '--fatal' };
 const ofStage = (stage) => (request) => {
   const { state, isKept } = stateIn(request, stage);
