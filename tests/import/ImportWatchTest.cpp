@@ -14,7 +14,6 @@ namespace {
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
-using testing::StartsWith;
 
 // The wide sensor 0 is the master: half its angles of view have the tangent 1. Those of sensor 1
 // have 1/2 and 1/4, on half as many pixels: both have as many columns for the same view, but sensor
