@@ -247,6 +247,7 @@ char const* const kIsOutside = ": an active array outside its pixel array; crops
 
 Change const kChanges[] = {
     {"unchanged", "API2", "API2", ""},
+    {"indented by tabs", "android.lens.info.a", "\tandroid.lens.info.a", ""},
     {"values wrapped", "[4 4 4081 3073 ]", "[4\t4\n        4081 3073 ]", ""},
     {"values wrapped, each line in brackets", "[4 4 4081 3073 ]", "[4 4 ]\n[4081 3073 ]", ""},
     {"a tag with a longer name", "android.lens.info.a",

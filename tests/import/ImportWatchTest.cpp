@@ -348,7 +348,7 @@ TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
         "f8:1234000ns: RES:android.control.zoomRatio: [1.90000000]\n"
         "f8:1234000ns: RES:android.logicalMultiCamera.activePhysicalId: [50 48 0 ]\n"
         "f9:0ns: 5 RES:android.scaler.cropRegion: [0 0 1 1 ]\n"
-        "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 ]\n"
+        "f10:0ns: RES:android.logicalMultiCamera.activePhysicalId: [5 1 ]\n"
         "f10:0ns: RES:android.scaler.cropRegion: [0 0 4000 3000 ]\n"
         "f20:0ns: REQ:android.control.zoomRatio: [5.00000000]\n"
         "f21:0ns: REQ:android.control.zoomRatio: [6.00000000]\n"
@@ -362,8 +362,8 @@ TEST_F(ImportWatchTest, AnswersOfThePhoneGoWithTheirRequests) {
         "f2:0ns: RES:android.scaler.cropRegion:  (Removed)\n";
     constexpr std::string_view kAnswers =
         R"({"op": "observed", "requestNo": 1, "zoomRatio": 1.9, "activePhysicalId": "20", "t": 1234000}
-{"op": "observed", "requestNo": 2, "zoomRatio": 1.9, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "5"}
-{"op": "observed", "requestNo": 3, "zoomRatio": 4.5, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "5"}
+{"op": "observed", "requestNo": 2, "zoomRatio": 1.9, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "51"}
+{"op": "observed", "requestNo": 3, "zoomRatio": 4.5, "cropRegion": [0, 0, 4000, 3000], "activePhysicalId": "51"}
 {"op": "observed", "requestNo": 4, "zoomRatio": 4.5, "cropRegion": [0, 0, 4000, 3000], "t": 7}
 {"op": "observed", "requestNo": 6, "zoomRatio": 9, "cropRegion": [0, 0, 4000, 3000]}
 )";

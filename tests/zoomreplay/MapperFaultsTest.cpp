@@ -10,8 +10,10 @@ namespace {
 class MapperFaultsTest : public ToolTest {
  protected:
     ToolRun runWithMapper(std::vector<std::string> const& arguments) const {
-        return run(arguments, "",
-                   [] { setenv("LD_LIBRARY_PATH", FAULTY_MAPPER_FOLDER, 1 /* overwrite */); });
+        return run(arguments, "", [] {
+            setenv("LD_LIBRARY_PATH", FAULTY_MAPPER_FOLDER, 1 /* overwrite */);
+            setenv("ASAN_OPTIONS", "handle_segv=0", 1 /* overwrite */);  // the tool does
+        });
     }
 
     std::string const mScenario = std::string(kSensor) + R"({"op":"initialize","mode":"ExternalAPI"}
@@ -53,11 +55,14 @@ TEST_F(MapperFaultsTest, WhateverIsThrownIsAResultAndAReportChangesNothing) {
 }
 
 TEST_F(MapperFaultsTest, ProcessThatLeavesIsToldWithItsRecord) {
-    write("r.jsonl", R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":32})"
-                     "\n");
+    write("r.jsonl", mScenario +
+                         R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":32})"
+                         "\n");
     auto const result = runWithMapper({"run", "r.jsonl"});
     EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.err, "r.jsonl:1: the process ended early, with status 0\n");
+    EXPECT_EQ(result.err, "r.jsonl:13: the process ended early, with status 0\n");
+    EXPECT_THAT(result.out,
+                testing::HasSubstr("           3      0            -  killed   r.jsonl\n"));
 }
 
 // Nobody else can ask the mapper what it made of the ratio.
@@ -90,18 +95,20 @@ TEST_F(MapperFaultsTest, ExceptionsAreToldByTheirKind) {
 TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeItAndNothingHalf) {
     std::string const narrow =
         R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
-    write("s.jsonl",
-          std::string(kModeLine) + narrow + "2}\n" + narrow + "16}\n" + std::string(kModeLine));
-    auto const result = runWithMapper({"s.jsonl", "-o", "-", "--report", "r.html"});
+    for (auto const& [ratio, signal] : {std::pair{"16", SIGABRT}, std::pair{"17", SIGSEGV}}) {
+        write("s.jsonl", std::string(kModeLine) + narrow + "2}\n" + narrow + ratio + "}\n" +
+                             std::string(kModeLine));
+        auto const result = runWithMapper({"s.jsonl", "-o", "-", "--report", "r.html"});
 
-    EXPECT_EQ(readAll().size(), 1U);
-    EXPECT_EQ(result.status, -SIGABRT);
-    EXPECT_EQ(result.out,
-              std::string(kModeResult) +
-                  R"({"line": 2, "op": "SensorCropMapper.getSensorCrop", "result": true, )"
-                  R"("output": {"isValid": true, "zoomRatio": 2, )"
-                  R"("sensorCrops": {"0": [0, 0, 1000, 750]}}})"
-                  "\n");
+        EXPECT_EQ(readAll().size(), 1U);
+        EXPECT_EQ(result.status, -signal);
+        EXPECT_EQ(result.out,
+                  std::string(kModeResult) +
+                      R"({"line": 2, "op": "SensorCropMapper.getSensorCrop", "result": true, )"
+                      R"("output": {"isValid": true, "zoomRatio": 2, )"
+                      R"("sensorCrops": {"0": [0, 0, 1000, 750]}}})"
+                      "\n");
+    }
 }
 
 TEST_F(MapperFaultsTest, TextsOfACustomerCannotSteerTheTerminal) {

@@ -203,6 +203,12 @@ TEST_F(OutputTest, OneRunAtATimeWritesToAFile) {
     EXPECT_EQ(read("r.jsonl"), "of the other run");
 }
 
+TEST_F(OutputTest, LinksToAFolderLeadToOneFile) {
+    std::filesystem::create_directory_symlink(".", pathOf("here"));
+    EXPECT_EQ(run({"s.jsonl", "--report", "new", "--trace", "here/new"}).err,
+              "here/new: is written to twice\n");
+}
+
 TEST_F(OutputTest, ClosedStreamsAreNotTakenOver) {
     auto const closing = [](std::vector<int> const& streams) {
         return [streams] {
