@@ -460,6 +460,14 @@ TEST_F(LogLinesTest, RequestsLeaveTheirLinesAtEachLevel) {
         external(c.logLevel);
         EXPECT_EQ(takeLog().size(), c.external);
     }
+
+    // That an answer is kept is a trace line; the manager's own log level is 0.
+    ZoomOverrideP1Need need;
+    mgr->initialize(ZoomOverrideMode::InstantRequest);
+    mgr->getP1CropSetting({5, 0.0F, 1}, need);
+    takeLog();
+    mgr->getP1CropSetting({5, 0.0F, 1}, need);
+    EXPECT_EQ(takeLog().size(), 1U) << "what is asked for";
 }
 
 }  // namespace
