@@ -93,11 +93,14 @@ TEST_F(MapperFaultsTest, ExceptionsAreToldByTheirKind) {
 }
 
 TEST_F(MapperFaultsTest, CrashKeepsEverythingBeforeItAndNothingHalf) {
-    std::string const narrow =
-        R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
+    auto const crashAt = [](std::string const& ratio) {
+        std::string const narrow =
+            R"({"op":"SensorCropMapper.getSensorCrop","enable":true,"zoomRatio":)";
+        return std::string(kModeLine) + narrow + "2}\n" + narrow + ratio + "}\n" +
+               std::string(kModeLine);
+    };
     for (auto const& [ratio, signal] : {std::pair{"16", SIGABRT}, std::pair{"17", SIGSEGV}}) {
-        write("s.jsonl", std::string(kModeLine) + narrow + "2}\n" + narrow + ratio + "}\n" +
-                             std::string(kModeLine));
+        write("s.jsonl", crashAt(ratio));
         auto const result = runWithMapper({"s.jsonl", "-o", "-", "--report", "r.html"});
 
         EXPECT_EQ(readAll().size(), 1U);
