@@ -2,7 +2,6 @@
 import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { writeFileSync } from 'node:fs';
-import { join } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 import { PATIENCE } from './Patience.mjs';
@@ -93,14 +92,13 @@ const SAID = `((roots) => {
 export const saidBy = (browser, roots) => browser.evaluate(`${SAID}('${roots}')`);
 
 /** Holds lines to a file of looks/; with UPDATE_LOOKS=1 it becomes them, for you to check. */
-export const hold = (folder, name, lines) => {
-  const [expected, actual] = [fileURLToPath(new URL(`looks/${name}`, import.meta.url)), join(folder, name)];
+export const hold = (name, lines) => {
+  const expected = fileURLToPath(new URL(`looks/${name}`, import.meta.url));
+  // Log lines have addresses and places in the library's sources.
   const text = lines.map((line) => line.replace(/0x[0-9a-f]{8,12}\b/g, '0x').replace(/(\{#|\.cpp:)\d+/g, '$1N') + '\n').join('');
-  writeFileSync(process.env.UPDATE_LOOKS ? expected : actual, text);
-  if (!process.env.UPDATE_LOOKS) {
-    const { status, stdout } = spawnSync('diff', ['-u', expected, actual]);
-    assert.ok(status === 0, `${stdout}`);
-  }
+  if (process.env.UPDATE_LOOKS) return writeFileSync(expected, text);
+  const { status, stdout, stderr } = spawnSync('diff', ['-u', expected, '-'], { input: text });
+  assert.ok(status === 0, `${stdout}${stderr}`);
 };
 
 const COLOURS = `Object.fromEntries(['--refused', '--overridden', '--cached', '--exception', '--fatal', '--corrected',

@@ -1,4 +1,5 @@
 // Holds what pages say and how they look to looks/*.txt, where nothing depends on fonts: node looks.mjs ZOOMREPLAY FOLDER MOVES.html TOUR.html
+import assert from 'node:assert/strict';
 import { spawnSync } from 'node:child_process';
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { join } from 'node:path';
@@ -110,12 +111,12 @@ const say = (roots) => saidBy(browser, roots);
 test('reports', async () => {
   const bare = join(folder, 'bare.html');
   mkdirSync(folder, { recursive: true });
-  spawnSync(tool, ['bare.jsonl', '-o', '/dev/null', '--report', bare], { cwd: new URL('looks/', import.meta.url) });
+  assert.equal(spawnSync(tool, ['bare.jsonl', '-o', '/dev/null', '--report', bare], { cwd: new URL('looks/', import.meta.url) }).status, 0);
   for (const [name, file, looks, ...requests] of [['moves', reports[0], Object.keys(LOOKS), '7'], ['bare', bare, [SCREEN, ON_PAPER], '1'], ['tour', reports[1], [SCREEN], '2:2', '3', '5', '8', '10']]) {
     await browser.open(pathToFileURL(file).href);
     for (const request of requests) {
       await openAll(request);
-      if (name !== 'tour') hold(folder, `${name}.txt`, await say('body > :not(script)'));
+      if (name !== 'tour') hold(`${name}.txt`, await say('body > :not(script)'));
       await takeStyles(looks);
     }
   }
@@ -124,15 +125,15 @@ test('reports', async () => {
 test('a crop of the active array that was expected elsewhere', async () => {
   const run = (published, ...options) => {
     writeFileSync(join(folder, 'compared.jsonl'), [...SETUP, ...requestLines(1, published)].map((line) => JSON.stringify(line) + '\n').join(''));
-    spawnSync(tool, ['compared.jsonl', ...options], { cwd: folder });
+    return spawnSync(tool, ['compared.jsonl', ...options], { cwd: folder }).status;
   };
-  run(2.5, '-o', 'expected.jsonl');
-  run(2, '-o', '/dev/null', '--compare', 'expected.jsonl', '--report', 'compared.html');
+  assert.equal(run(2.5, '-o', 'expected.jsonl'), 0);
+  assert.equal(run(2, '-o', '/dev/null', '--compare', 'expected.jsonl', '--report', 'compared.html'), 1);
   await browser.open(pathToFileURL(join(folder, 'compared.html')).href);
   await openAll('1');
   const said = await say('main');
   await browser.press('b');
-  hold(folder, 'compared.txt', [...said, ...await say('#sensors, #blink')]);
+  hold('compared.txt', [...said, ...await say('#sensors, #blink')]);
 });
 
 test('a live page', async () => {
@@ -151,7 +152,7 @@ test('a live page', async () => {
   await takeStyles([SCREEN]);
   await live.interrupt();
   await eventually(() => browser.evaluate(`document.getElementById('what-if').hidden`), 'the end');
-  hold(folder, 'live.txt', [...said, ...await say('#live, #what-if')]);
+  hold('live.txt', [...said, ...await say('#live, #what-if')]);
   await takeStyles([SCREEN]);
 });
 
@@ -162,6 +163,6 @@ test('how they look', async () => {
     palettes.push(await browser.evaluate(PALETTE));
   }
   const colours = palettes[0].map(([name], i) => [name, ...palettes.map((palette) => palette[i][1])].join('  '));
-  hold(folder, 'style.txt', ['colours: by day, by night, and on the paper of both:', ...colours, ...Object.entries(styles).flatMap(([what, kinds]) =>
+  hold('style.txt', ['colours: by day, by night, and on the paper of both:', ...colours, ...Object.entries(styles).flatMap(([what, kinds]) =>
     ['', `${what}:`, ...[...kinds].flatMap(([facts, nodes]) => ['', ...nodes, facts || '  nothing'])])]);
 });

@@ -104,7 +104,7 @@ const forEach = (check) => requests.forEach((request, i) => check(request, shown
 
 test('all that it says', async () => {
   const page = await saidBy(browser, '#page > header, #fatal, #requests, footer');
-  hold('.', 'tour.txt', [await browser.evaluate('document.title'), ...page, ...said.flat()].map((line) => line.replaceAll(NAME, 'tour.jsonl')));
+  hold('tour.txt', [await browser.evaluate('document.title'), ...page, ...said.flat()].map((line) => line.replaceAll(NAME, 'tour.jsonl')));
 });
 
 test('it opens where the process was stopped', () => assert.deepEqual(opened, said.at(-1)));
